@@ -1,0 +1,58 @@
+#include "Entry.h"
+
+#include "Roles.h"
+#include "core/ConfigStore.h"
+#include "core/L10n.h"
+#include "core/LaunchMode.h"
+#include "platform/FileBytes.h"
+#include "platform/ParentProcess.h"
+
+namespace Entry {
+
+Dependencies Dependencies::live()
+{
+    return {
+        ParentProcess::executablePath,
+        ParentProcess::desktopLaunchers,
+        []() -> std::optional<Config> {
+            const Expected<QByteArray> bytes = FileBytes::read(ConfigStore::file());
+            if (!bytes)
+                return std::nullopt;
+            const Expected<Config> config = Config::decode(bytes.value());
+            return config ? std::optional(config.value()) : std::nullopt;
+        },
+    };
+}
+
+int main(int argc, char **argv, const Dependencies &dependencies)
+{
+    QStringList arguments;
+    for (int i = 1; i < argc; ++i)
+        arguments << QString::fromLocal8Bit(argv[i]);
+
+    const std::optional<Config> config = dependencies.readConfig();
+    L10n::setLanguageCode(L10n::normalized(config ? config->language : std::nullopt));
+
+    // The parent is only asked when the arguments leave the role open.
+    const bool fromDesktop =
+        arguments.isEmpty() && isDesktopLauncher(dependencies.parentExecutablePath(), dependencies.desktopLaunchers());
+    const Launch launch = decideLaunch(arguments, fromDesktop);
+
+    switch (launch.mode) {
+    case LaunchMode::Window: return runGraphicalInstance(argc, argv, true);
+    case LaunchMode::Background: return runGraphicalInstance(argc, argv, false);
+    case LaunchMode::FocusHelper: {
+        // Without an explicit identifier the helper targets the pinned source, read afresh.
+        QString identifier = launch.focusIdentifier.value_or(QString());
+        if (!launch.focusIdentifier) {
+            const std::optional<Config> current = dependencies.readConfig();
+            identifier = current ? current->sourceID.value_or(QString()) : QString();
+        }
+        return runFocusHelper(argc, argv, identifier);
+    }
+    case LaunchMode::CommandLine: return runCommandLine(argc, argv, arguments);
+    }
+    return 1;
+}
+
+} // namespace Entry

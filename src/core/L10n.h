@@ -1,0 +1,45 @@
+#pragma once
+
+#include <QList>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// Which language's texts are shown, and the lookup itself. The in-app override
+// wins; otherwise the user's system-wide preferences pick among the five
+// shipped languages, and English serves when none of them fits.
+namespace L10n {
+
+struct Language
+{
+    QString code;
+    // The language's own name; never translated.
+    QString displayName;
+};
+
+// In preference order: en, zh-Hans, zh-Hant, ja, ko.
+const QList<Language> &supported();
+
+// The code itself when it is one of the five (exact, case-sensitive), else absent.
+std::optional<QString> normalized(const std::optional<QString> &code);
+
+// The override; absent follows the system. Safe to use from any thread.
+std::optional<QString> languageCode();
+void setLanguageCode(const std::optional<QString> &code);
+
+// The supported code that best serves a list of preferred languages ("fr-FR",
+// "ja_JP.UTF-8", "zh-Hant-TW"...), or "en".
+QString match(const QStringList &preferences);
+
+// The language whose table is consulted now.
+QString activeLanguage();
+
+// The folder holding the text tables, found from the program's real path.
+QString resourceDirectory();
+
+// The text for a key in the active language; the key itself when it has none.
+QString text(const char *key);
+QString text(const QString &key);
+
+} // namespace L10n

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "base/Expected.h"
+
+#include <QByteArray>
+#include <QString>
+
+namespace FileBytes {
+
+// The whole file, or the POSIX error (ENOENT when it does not exist).
+Expected<QByteArray> read(const QString &path);
+
+} // namespace FileBytes

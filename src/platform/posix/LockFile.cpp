@@ -1,0 +1,89 @@
+#include "platform/LockFile.h"
+
+#include <cerrno>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <utility>
+
+Expected<LockFile> LockFile::open(const QString &path, Access access)
+{
+    const QByteArray native = path.toLocal8Bit();
+    const int flags = access == Access::ReadWriteCreate ? O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC
+                                                        : O_RDONLY | O_NOFOLLOW | O_CLOEXEC;
+    const int descriptor = ::open(native.constData(), flags, S_IRUSR | S_IWUSR);
+    if (descriptor < 0)
+        return Error::posix(errno, path);
+    return LockFile(descriptor, path);
+}
+
+LockFile::LockFile(int descriptor, QString path)
+    : m_descriptor(descriptor)
+    , m_path(std::move(path))
+{}
+
+LockFile::LockFile(LockFile &&other) noexcept
+    : m_descriptor(std::exchange(other.m_descriptor, -1))
+    , m_path(std::move(other.m_path))
+{}
+
+LockFile &LockFile::operator=(LockFile &&other) noexcept
+{
+    if (this != &other) {
+        close();
+        m_descriptor = std::exchange(other.m_descriptor, -1);
+        m_path = std::move(other.m_path);
+    }
+    return *this;
+}
+
+LockFile::~LockFile()
+{
+    close();
+}
+
+Expected<void> LockFile::lockExclusive()
+{
+    while (::flock(m_descriptor, LOCK_EX) != 0) {
+        if (errno != EINTR)
+            return Error::posix(errno, m_path);
+    }
+    return {};
+}
+
+Expected<LockFile::Attempt> LockFile::tryLock(Mode mode)
+{
+    const int operation = (mode == Mode::Exclusive ? LOCK_EX : LOCK_SH) | LOCK_NB;
+    if (::flock(m_descriptor, operation) == 0)
+        return Attempt::Locked;
+    if (errno == EWOULDBLOCK)
+        return Attempt::Busy;
+    return Error::posix(errno, m_path);
+}
+
+Expected<bool> LockFile::isRegularFile() const
+{
+    struct stat info
+    {
+    };
+    if (::fstat(m_descriptor, &info) != 0)
+        return Error::posix(errno, m_path);
+    return S_ISREG(info.st_mode);
+}
+
+void LockFile::unlock()
+{
+    if (m_descriptor >= 0)
+        ::flock(m_descriptor, LOCK_UN);
+}
+
+void LockFile::close()
+{
+    if (m_descriptor >= 0) {
+        ::flock(m_descriptor, LOCK_UN);
+        ::close(m_descriptor);
+        m_descriptor = -1;
+    }
+}

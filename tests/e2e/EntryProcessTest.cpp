@@ -1,0 +1,137 @@
+#include "core/Config.h"
+#include "core/StringTable.h"
+#include "platform/ExecutableLocation.h"
+#include "support/Process.h"
+
+#include <QDir>
+#include <QFile>
+#include <QTemporaryDir>
+
+#include "support/ParamName.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString executable = QStringLiteral(TOLVAR_EXECUTABLE);
+
+QString tableText(const QString &code, const QString &key)
+{
+    const auto table = StringTable::load(ExecutableLocation::resourceDirectory(executable), code);
+    return table ? table->text(key).value_or(QString()) : QString();
+}
+
+// A fresh home with an optional config.json, and a command link to the program
+// outside the build tree, as the login item's link would be.
+class EntryProcessTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        ASSERT_TRUE(QDir().mkpath(m_home.filePath(QStringLiteral(".local/bin"))));
+        m_link = m_home.filePath(QStringLiteral(".local/bin/tolvar"));
+        ASSERT_TRUE(QFile::link(executable, m_link));
+        m_environment.insert(QStringLiteral("HOME"), m_home.path());
+        for (const char *name : {"LANGUAGE", "LC_ALL", "LC_MESSAGES"})
+            m_environment.remove(QLatin1String(name));
+        m_environment.insert(QStringLiteral("LANG"), QStringLiteral("C.UTF-8"));
+    }
+
+    void writeConfig(const QByteArray &bytes)
+    {
+        const QString directory = m_home.filePath(QStringLiteral("Library/Application Support/Tolvar"));
+        ASSERT_TRUE(QDir().mkpath(directory));
+        QFile file(QDir(directory).filePath(QStringLiteral("config.json")));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    ProcessResult run(const QStringList &arguments) { return runProcess(m_link, arguments, m_environment); }
+
+    QTemporaryDir m_home;
+    QString m_link;
+    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
+};
+
+QByteArray firstLine(const QByteArray &text)
+{
+    return text.left(text.indexOf('\n'));
+}
+
+struct LanguageCase
+{
+    const char *name;
+    const char *configLanguage; // nullptr: no override stored
+    const char *environmentLanguage;
+    const char *expected;
+};
+
+class EntryLanguageTest : public EntryProcessTest, public testing::WithParamInterface<LanguageCase>
+{
+};
+
+TEST_P(EntryLanguageTest, HelpSpeaksTheChosenLanguageThroughTheLink)
+{
+    const LanguageCase &row = GetParam();
+    if (row.configLanguage)
+        writeConfig(Config{std::nullopt, false, QLatin1String(row.configLanguage), false}.encoded());
+    if (row.environmentLanguage)
+        m_environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(row.environmentLanguage));
+
+    const ProcessResult result = run({QStringLiteral("help")});
+    ASSERT_EQ(result.exitCode, 0) << result.err.constData();
+    EXPECT_TRUE(result.err.isEmpty());
+    const QString expected = tableText(QLatin1String(row.expected), QStringLiteral("cli.usage.header"));
+    ASSERT_FALSE(expected.isEmpty());
+    EXPECT_EQ(QString::fromUtf8(firstLine(result.out)), expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Entry, EntryLanguageTest,
+                         testing::Values(LanguageCase{"StoredJapanese", "ja", nullptr, "ja"},
+                                         LanguageCase{"StoredKoreanBeatsSystem", "ko", "zh_TW", "ko"},
+                                         LanguageCase{"StoredTraditional", "zh-Hant", nullptr, "zh-Hant"},
+                                         LanguageCase{"UnknownStoredFollowsSystem", "fr", "zh_CN", "zh-Hans"},
+                                         LanguageCase{"SystemFrenchThenJapanese", nullptr, "fr_FR:ja_JP", "ja"},
+                                         LanguageCase{"SystemFrenchAlone", nullptr, "fr_FR", "en"},
+                                         LanguageCase{"NothingAnywhere", nullptr, nullptr, "en"}),
+                         ParamName());
+
+TEST_F(EntryProcessTest, BrokenConfigurationFallsBackToTheSystemLanguage)
+{
+    writeConfig(R"({"language":"ja"})"); // undecodable: the booleans are missing
+    m_environment.insert(QStringLiteral("LANGUAGE"), QStringLiteral("ko"));
+    const ProcessResult result = run({QStringLiteral("help")});
+    ASSERT_EQ(result.exitCode, 0);
+    EXPECT_EQ(QString::fromUtf8(firstLine(result.out)),
+              tableText(QStringLiteral("ko"), QStringLiteral("cli.usage.header")));
+}
+
+struct RefusedCase
+{
+    const char *name;
+    QStringList arguments;
+};
+
+class EntryRefusalTest : public EntryProcessTest, public testing::WithParamInterface<RefusedCase>
+{
+};
+
+// Unknown words reach the command line, which answers with the usage on
+// standard error and status 1.
+TEST_P(EntryRefusalTest, UsageOnStandardErrorOnly)
+{
+    const ProcessResult result = run(GetParam().arguments);
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.out.isEmpty());
+    EXPECT_EQ(QString::fromUtf8(firstLine(result.err)),
+              tableText(QStringLiteral("en"), QStringLiteral("cli.usage.header")));
+}
+
+INSTANTIATE_TEST_SUITE_P(Entry, EntryRefusalTest,
+                         testing::Values(RefusedCase{"UnknownWord", {QStringLiteral("lsit")}},
+                                         RefusedCase{"CapitalisedGui", {QStringLiteral("GUI")}},
+                                         RefusedCase{"HelpWithJson",
+                                                     {QStringLiteral("help"), QStringLiteral("--json")}}),
+                         ParamName());
+
+} // namespace

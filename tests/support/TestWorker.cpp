@@ -1,0 +1,107 @@
+// Drives the configuration store and the notifications from a separate
+// process, so the tests can race real processes against each other.
+#include "core/ConfigStore.h"
+#include "platform/Notifications.h"
+
+#include <QCoreApplication>
+#include <QTimer>
+
+#include <cstdio>
+
+namespace {
+
+int mutate(const QString &directory, const QString &mark, int count, const Notifications &notifications)
+{
+    for (int i = 0; i < count; ++i) {
+        const Expected<Config> result = ConfigStore::mutate(
+            directory,
+            [&](Config &config) -> Expected<void> {
+                config.sourceID = config.sourceID.value_or(QString()) + mark;
+                return {};
+            },
+            notifications);
+        if (!result) {
+            std::fprintf(stderr, "%s\n", qPrintable(result.error().description()));
+            return 1;
+        }
+    }
+    return 0;
+}
+
+int write(const QString &directory, int count)
+{
+    // Two records of different sizes, so a torn file could not pass for either.
+    const Config small{QStringLiteral("s"), false, std::nullopt, false};
+    const Config large{QString(4096, QLatin1Char('L')), true, QStringLiteral("ko"), true};
+    for (int i = 0; i < count; ++i) {
+        if (!ConfigStore::write(i % 2 ? large : small, directory))
+            return 1;
+    }
+    return 0;
+}
+
+int read(const QString &directory, int count)
+{
+    int failures = 0;
+    for (int i = 0; i < count; ++i) {
+        if (!ConfigStore::loadFrom(directory))
+            ++failures;
+    }
+    std::printf("%d\n", failures);
+    return failures == 0 ? 0 : 1;
+}
+
+int observe(const QString &name, int count, int timeoutMs)
+{
+    int received = 0;
+    QObject context;
+    if (!Notifications::live().observe(name, &context, [&] {
+            if (++received == count)
+                QCoreApplication::exit(0);
+        })) {
+        std::puts("unavailable");
+        return 3;
+    }
+    std::puts("ready");
+    std::fflush(stdout);
+    QTimer::singleShot(timeoutMs, [] { QCoreApplication::exit(2); });
+    return QCoreApplication::exec();
+}
+
+// With no session bus both calls must come back at once and harmlessly.
+int withoutBus()
+{
+    const Notifications notifications = Notifications::live();
+    notifications.post(ConfigStore::changed);
+    QObject context;
+    const bool observed = notifications.observe(ConfigStore::changed, &context, [] {});
+    std::puts(observed ? "observing" : "unavailable");
+    return 0;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    const QStringList args = QCoreApplication::arguments().mid(1);
+    const QString mode = args.value(0);
+    if (mode == QLatin1String("mutate") && args.size() == 4)
+        return mutate(args[1], args[2], args[3].toInt(), Notifications::none());
+    if (mode == QLatin1String("mutate-announced") && args.size() == 3)
+        return mutate(args[1], args[2], 1, Notifications::live());
+    if (mode == QLatin1String("write") && args.size() == 3)
+        return write(args[1], args[2].toInt());
+    if (mode == QLatin1String("read") && args.size() == 3)
+        return read(args[1], args[2].toInt());
+    if (mode == QLatin1String("post") && args.size() == 2) {
+        Notifications::live().post(args[1]);
+        return 0;
+    }
+    if (mode == QLatin1String("observe") && args.size() == 4)
+        return observe(args[1], args[2].toInt(), args[3].toInt());
+    if (mode == QLatin1String("without-bus"))
+        return withoutBus();
+    std::fprintf(stderr, "usage: tolvar_test_worker mutate|mutate-announced|write|read|post|observe|without-bus ...\n");
+    return 64;
+}

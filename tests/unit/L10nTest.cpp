@@ -1,0 +1,118 @@
+#include "core/L10n.h"
+
+#include "support/ParamName.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace {
+
+struct NormalizeCase
+{
+    const char *name;
+    std::optional<QString> input;
+    std::optional<QString> expected;
+};
+
+class L10nNormalizeTest : public testing::TestWithParam<NormalizeCase>
+{
+};
+
+TEST_P(L10nNormalizeTest, KeepsOnlyTheFiveCodes)
+{
+    EXPECT_EQ(L10n::normalized(GetParam().input), GetParam().expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    L10n, L10nNormalizeTest,
+    testing::Values(NormalizeCase{"English", QStringLiteral("en"), QStringLiteral("en")},
+                    NormalizeCase{"Simplified", QStringLiteral("zh-Hans"), QStringLiteral("zh-Hans")},
+                    NormalizeCase{"Traditional", QStringLiteral("zh-Hant"), QStringLiteral("zh-Hant")},
+                    NormalizeCase{"Japanese", QStringLiteral("ja"), QStringLiteral("ja")},
+                    NormalizeCase{"Korean", QStringLiteral("ko"), QStringLiteral("ko")},
+                    NormalizeCase{"French", QStringLiteral("fr"), std::nullopt},
+                    NormalizeCase{"Empty", QString(), std::nullopt},
+                    NormalizeCase{"UpperCaseEnglish", QStringLiteral("EN"), std::nullopt},
+                    NormalizeCase{"LowerCaseSimplified", QStringLiteral("zh-hans"), std::nullopt},
+                    NormalizeCase{"ChineseForChina", QStringLiteral("zh-CN"), std::nullopt},
+                    NormalizeCase{"Absent", std::nullopt, std::nullopt}),
+    ParamName());
+
+struct MatchCase
+{
+    const char *name;
+    QStringList preferences;
+    const char *expected;
+};
+
+class L10nMatchTest : public testing::TestWithParam<MatchCase>
+{
+};
+
+TEST_P(L10nMatchTest, PicksTheFirstPreferenceWeShip)
+{
+    EXPECT_EQ(L10n::match(GetParam().preferences), QLatin1String(GetParam().expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    L10n, L10nMatchTest,
+    testing::Values(
+        MatchCase{"FrenchThenJapanese", {QStringLiteral("fr-FR"), QStringLiteral("ja-JP")}, "ja"},
+        MatchCase{"FrenchAlone", {QStringLiteral("fr-FR")}, "en"}, MatchCase{"Nothing", {}, "en"},
+        MatchCase{"BritishEnglish", {QStringLiteral("en-GB"), QStringLiteral("ko")}, "en"},
+        MatchCase{"KoreanRegion", {QStringLiteral("ko-KR")}, "ko"},
+        MatchCase{"PosixLocaleName", {QStringLiteral("ja_JP.UTF-8")}, "ja"},
+        MatchCase{"ChinaIsSimplified", {QStringLiteral("zh-CN")}, "zh-Hans"},
+        MatchCase{"BareChineseIsSimplified", {QStringLiteral("zh")}, "zh-Hans"},
+        MatchCase{"TaiwanIsTraditional", {QStringLiteral("zh_TW")}, "zh-Hant"},
+        MatchCase{"HongKongIsTraditional", {QStringLiteral("zh-HK")}, "zh-Hant"},
+        MatchCase{"ExplicitScriptWins", {QStringLiteral("zh-Hant-CN")}, "zh-Hant"},
+        MatchCase{"SimplifiedScriptInSingapore", {QStringLiteral("zh-Hans-SG")}, "zh-Hans"},
+        MatchCase{"SkipsGarbage", {QStringLiteral("??"), QString(), QStringLiteral("C"), QStringLiteral("ko")}, "ko"},
+        MatchCase{"GermanThenTraditional",
+                  {QStringLiteral("de-DE"), QStringLiteral("zh-Hant-TW"), QStringLiteral("en")},
+                  "zh-Hant"}),
+    ParamName());
+
+class L10nOverrideTest : public testing::Test
+{
+protected:
+    void TearDown() override { L10n::setLanguageCode(std::nullopt); }
+};
+
+TEST_F(L10nOverrideTest, OverrideAppliesToTheNextLookup)
+{
+    L10n::setLanguageCode(QStringLiteral("en"));
+    const QString english = L10n::text("cli.usage.header");
+    L10n::setLanguageCode(QStringLiteral("ja"));
+    EXPECT_EQ(L10n::activeLanguage(), QStringLiteral("ja"));
+    const QString japanese = L10n::text("cli.usage.header");
+    EXPECT_NE(english, japanese);
+    L10n::setLanguageCode(std::nullopt);
+    EXPECT_EQ(L10n::languageCode(), std::nullopt);
+}
+
+TEST_F(L10nOverrideTest, MissingKeyShowsTheKey)
+{
+    for (const auto &language : L10n::supported()) {
+        L10n::setLanguageCode(language.code);
+        EXPECT_EQ(L10n::text("no.such.key"), QStringLiteral("no.such.key"));
+    }
+}
+
+// Background work reads texts while the main thread switches languages.
+TEST_F(L10nOverrideTest, ReadsAndWritesFromSeveralThreads)
+{
+    std::atomic<bool> stop = false;
+    std::thread reader([&] {
+        while (!stop)
+            EXPECT_FALSE(L10n::text("app.name").isEmpty());
+    });
+    for (int i = 0; i < 2000; ++i)
+        L10n::setLanguageCode(L10n::supported().at(i % 5).code);
+    stop = true;
+    reader.join();
+}
+
+} // namespace

@@ -1,0 +1,97 @@
+#include "core/L10n.h"
+#include "core/StringTable.h"
+
+#include <QDirIterator>
+#include <QFile>
+#include <QRegularExpression>
+#include <QSet>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString sourceResources = QStringLiteral(TOLVAR_SOURCE_DIR "/resources");
+
+StringTable tableFor(const QString &code)
+{
+    const std::optional<StringTable> table = StringTable::load(sourceResources, code);
+    if (!table)
+        ADD_FAILURE() << "no readable table for " << qPrintable(code);
+    return table.value_or(StringTable());
+}
+
+QSet<QString> placeholders(const QString &text)
+{
+    static const QRegularExpression pattern(QStringLiteral("%\\d+"));
+    QSet<QString> found;
+    for (auto it = pattern.globalMatch(text); it.hasNext();)
+        found.insert(it.next().captured());
+    return found;
+}
+
+// Every key the sources name, by the families' prefixes.
+QSet<QString> keysUsedInCode()
+{
+    static const QRegularExpression literal(QStringLiteral(
+        R"re("((?:about|agent|app|cli|enf|lang|menu|panel|setup|state|ui|warn)\.[a-z][A-Za-z0-9.-]*)")re"));
+    QSet<QString> keys;
+    QDirIterator it(QStringLiteral(TOLVAR_SOURCE_DIR "/src"),
+                    {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.mm")}, QDir::Files,
+                    QDirIterator::Subdirectories);
+    while (it.hasNext()) {
+        QFile file(it.next());
+        if (!file.open(QIODevice::ReadOnly))
+            continue;
+        const QString text = QString::fromUtf8(file.readAll());
+        for (auto match = literal.globalMatch(text); match.hasNext();) {
+            const QString key = match.next().captured(1);
+            if (!key.startsWith(QLatin1String("app.tolvar"))) // notification and service names
+                keys.insert(key);
+        }
+    }
+    return keys;
+}
+
+class StringTablesTest : public testing::TestWithParam<L10n::Language>
+{
+};
+
+TEST_P(StringTablesTest, HasEveryEnglishKeyWithTheSamePlaceholders)
+{
+    const StringTable english = tableFor(QStringLiteral("en"));
+    const StringTable table = tableFor(GetParam().code);
+    for (const QString &key : english.keys()) {
+        const std::optional<QString> text = table.text(key);
+        ASSERT_TRUE(text.has_value()) << "missing " << qPrintable(key);
+        EXPECT_FALSE(text->trimmed().isEmpty()) << "empty " << qPrintable(key);
+        EXPECT_EQ(placeholders(*text), placeholders(*english.text(key))) << qPrintable(key);
+    }
+    EXPECT_EQ(table.keys().size(), english.keys().size()) << "keys that English lacks";
+}
+
+TEST_P(StringTablesTest, HasEveryKeyTheCodeUses)
+{
+    const StringTable table = tableFor(GetParam().code);
+    const QSet<QString> used = keysUsedInCode();
+    EXPECT_FALSE(used.isEmpty());
+    for (const QString &key : used)
+        EXPECT_TRUE(table.text(key).has_value()) << "missing " << qPrintable(key);
+}
+
+TEST_P(StringTablesTest, TheRunningProgramFindsTheTable)
+{
+    EXPECT_TRUE(StringTable::load(L10n::resourceDirectory(), GetParam().code).has_value())
+        << qPrintable(L10n::resourceDirectory());
+}
+
+struct LanguageName
+{
+    std::string operator()(const testing::TestParamInfo<L10n::Language> &row) const
+    {
+        return QString(row.param.code).replace(QLatin1Char('-'), QLatin1Char('_')).toStdString();
+    }
+};
+
+INSTANTIATE_TEST_SUITE_P(L10n, StringTablesTest, testing::ValuesIn(L10n::supported()), LanguageName());
+
+} // namespace
