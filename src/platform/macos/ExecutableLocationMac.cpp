@@ -1,0 +1,30 @@
+#include "platform/ExecutableLocation.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+#include <mach-o/dyld.h>
+
+#include <cstdint>
+#include <vector>
+
+namespace ExecutableLocation {
+
+QString path()
+{
+    uint32_t size = 0;
+    _NSGetExecutablePath(nullptr, &size);
+    std::vector<char> buffer(size + 1, '\0');
+    if (_NSGetExecutablePath(buffer.data(), &size) != 0)
+        return {};
+    return QFileInfo(QString::fromUtf8(buffer.data())).canonicalFilePath();
+}
+
+QString resourceDirectory(const QString &executablePath)
+{
+    // Tolvar.app/Contents/MacOS/tolvar -> Tolvar.app/Contents/Resources.
+    const QDir macos = QFileInfo(executablePath).absoluteDir();
+    return QDir::cleanPath(macos.absoluteFilePath(QStringLiteral("../Resources")));
+}
+
+} // namespace ExecutableLocation
