@@ -76,15 +76,15 @@ Expected<Config> loadFrom(const QString &directory)
     return Config::decode(bytes.value(), path);
 }
 
-Config loadOrDefault(const QString &directory)
+Config loadOrDefault(const QString &configDirectory)
 {
-    const Expected<Config> config = loadFrom(directory);
+    const Expected<Config> config = loadFrom(configDirectory);
     return config ? config.value() : Config{};
 }
 
 Expected<void> save(const Config &config, const Notifications &notifications)
 {
-    const Expected<void> written = write(config, directory());
+    Expected<void> written = write(config, directory());
     if (written)
         notifications.post(changed);
     return written;
@@ -92,7 +92,7 @@ Expected<void> save(const Config &config, const Notifications &notifications)
 
 Expected<Config> mutate(const QString &directory, const Edit &edit, const Notifications &notifications)
 {
-    const Expected<Config> result = withExclusiveLock(directory, [&]() -> Expected<Config> {
+    Expected<Config> result = withExclusiveLock(directory, [&]() -> Expected<Config> {
         Expected<Config> current = loadFrom(directory);
         if (!current)
             return current;

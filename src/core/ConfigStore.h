@@ -26,7 +26,7 @@ QString lockFileIn(const QString &directory);
 Expected<Config> load();
 Expected<Config> loadFrom(const QString &directory);
 // Any failure reads as the default record, for callers that must keep going.
-Config loadOrDefault(const QString &directory = directory());
+Config loadOrDefault(const QString &configDirectory = directory());
 
 using Edit = std::function<Expected<void>(Config &)>;
 

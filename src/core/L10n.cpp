@@ -21,7 +21,7 @@ std::optional<QString> supportedFor(QString preference)
     preference.replace(QLatin1Char('_'), QLatin1Char('-'));
     if (preference.isEmpty())
         return std::nullopt;
-    if (const auto exact = normalized(preference))
+    if (auto exact = normalized(preference))
         return exact;
 
     const QLocale locale(preference);
