@@ -82,8 +82,8 @@ int contend(int processes, int count)
         failures += child->exitCode() != 0;
     }
     const double seconds = double(timer.nsecsElapsed()) / 1e9;
-    std::printf("contended mutate: %d processes x %d edits in %.3f s = %.0f edits/s (%d failed processes)\n",
-                processes, count, seconds, processes * count / seconds, failures);
+    std::printf("contended mutate: %d processes x %d edits in %.3f s = %.0f edits/s (%d failed processes)\n", processes,
+                count, seconds, processes * count / seconds, failures);
     return failures == 0 ? 0 : 1;
 }
 

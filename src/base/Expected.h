@@ -5,47 +5,47 @@
 #include <utility>
 #include <variant>
 
-// A value or the Error that prevented it. Failures travel as values between
+// A value or the error that prevented it. Failures travel as values between
 // layers; nothing here throws.
-template <typename T> class Expected
+template <typename T, typename E = Error> class Expected
 {
 public:
     Expected(T value)
-        : m_state(std::move(value))
+        : m_state(std::in_place_index<0>, std::move(value))
     {}
-    Expected(Error error)
-        : m_state(std::move(error))
+    Expected(E error)
+        : m_state(std::in_place_index<1>, std::move(error))
     {}
 
-    bool ok() const { return std::holds_alternative<T>(m_state); }
+    bool ok() const { return m_state.index() == 0; }
     explicit operator bool() const { return ok(); }
 
-    const T &value() const & { return std::get<T>(m_state); }
-    T &value() & { return std::get<T>(m_state); }
-    T &&value() && { return std::get<T>(std::move(m_state)); }
+    const T &value() const & { return std::get<0>(m_state); }
+    T &value() & { return std::get<0>(m_state); }
+    T &&value() && { return std::get<0>(std::move(m_state)); }
     const T *operator->() const { return &value(); }
     const T &operator*() const { return value(); }
 
-    const Error &error() const { return std::get<Error>(m_state); }
+    const E &error() const { return std::get<1>(m_state); }
 
 private:
-    std::variant<T, Error> m_state;
+    std::variant<T, E> m_state;
 };
 
-template <> class Expected<void>
+template <typename E> class Expected<void, E>
 {
 public:
     Expected() = default;
-    Expected(Error error)
+    Expected(E error)
         : m_error(std::move(error))
         , m_failed(true)
     {}
 
     bool ok() const { return !m_failed; }
     explicit operator bool() const { return ok(); }
-    const Error &error() const { return m_error; }
+    const E &error() const { return m_error; }
 
 private:
-    Error m_error;
+    E m_error{};
     bool m_failed = false;
 };

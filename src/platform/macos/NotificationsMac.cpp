@@ -13,10 +13,13 @@ class DistributedObserver : public QObject
 {
 public:
     DistributedObserver(const QString &name, std::function<void()> callback, QObject *parent)
-        : QObject(parent), m_name(name.toCFString()), m_callback(std::move(callback))
+        : QObject(parent)
+        , m_name(name.toCFString())
+        , m_callback(std::move(callback))
     {
-        CFNotificationCenterAddObserver(CFNotificationCenterGetDistributedCenter(), this, &DistributedObserver::received,
-                                        m_name, nullptr, CFNotificationSuspensionBehaviorDeliverImmediately);
+        CFNotificationCenterAddObserver(CFNotificationCenterGetDistributedCenter(), this,
+                                        &DistributedObserver::received, m_name, nullptr,
+                                        CFNotificationSuspensionBehaviorDeliverImmediately);
     }
 
     ~DistributedObserver() override

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <QString>
+
+// The command line's error: a stable snake-case code and a fixed English
+// sentence, the same in every language.
+struct AutomationFailure
+{
+    QString code;
+    QString message;
+
+    bool operator==(const AutomationFailure &) const = default;
+
+    static AutomationFailure invalidArguments();
+    static AutomationFailure invalidConfig();
+    static AutomationFailure runtimeUnavailable();
+    static AutomationFailure configWriteFailed();
+    static AutomationFailure noTarget();
+    // The pinned source is not selectable, with advice on what to do.
+    static AutomationFailure missingSource();
+    // A one-shot switch found the source missing.
+    static AutomationFailure missingSourceAfterSwitch();
+    static AutomationFailure notAppBundle();
+    static AutomationFailure openFailed();
+    static AutomationFailure installFailed();
+    static AutomationFailure uninstallFailed();
+    static AutomationFailure switchFailed();
+    // The one-shot switch never reported.
+    static AutomationFailure switchEndedWithoutResult();
+    static AutomationFailure busy();
+    static AutomationFailure secureInput();
+    static AutomationFailure operationFailed();
+    static AutomationFailure encodingFailed();
+};
