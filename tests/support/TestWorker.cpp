@@ -6,7 +6,11 @@
 #include <QCoreApplication>
 #include <QTimer>
 
+#include <csignal>
 #include <cstdio>
+#include <thread>
+
+#include <unistd.h>
 
 namespace {
 
@@ -79,6 +83,23 @@ int withoutBus()
     return 0;
 }
 
+// Stand-ins for a focus helper: exit at once, hang, shrug off SIGTERM, or
+// exit with a status of their own when asked to stop.
+int child(const QString &behaviour, int value)
+{
+    if (behaviour == QLatin1String("exit"))
+        return value;
+    if (behaviour == QLatin1String("ignore-term"))
+        std::signal(SIGTERM, SIG_IGN);
+    if (behaviour == QLatin1String("term-exits")) {
+        static int status = 0;
+        status = value;
+        std::signal(SIGTERM, [](int) { _exit(status); });
+    }
+    std::this_thread::sleep_for(std::chrono::seconds(30));
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -100,6 +121,8 @@ int main(int argc, char **argv)
     }
     if (mode == QLatin1String("observe") && args.size() == 4)
         return observe(args[1], args[2].toInt(), args[3].toInt());
+    if (mode == QLatin1String("child") && args.size() == 3)
+        return child(args[1], args[2].toInt());
     if (mode == QLatin1String("without-bus"))
         return withoutBus();
     std::fprintf(stderr, "usage: tolvar_test_worker mutate|mutate-announced|write|read|post|observe|without-bus ...\n");

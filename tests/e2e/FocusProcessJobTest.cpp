@@ -1,0 +1,145 @@
+#include "core/FocusProcessJob.h"
+#include "support/ParamName.h"
+
+#include <QCoreApplication>
+#include <QElapsedTimer>
+#include <QPointer>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+
+namespace {
+
+const QString worker = QStringLiteral(TOLVAR_WORKER);
+using namespace std::chrono_literals;
+
+bool processGone(qint64 pid)
+{
+    return pid <= 0 || ::kill(static_cast<pid_t>(pid), 0) != 0;
+}
+
+// Starts a stand-in helper under a job and collects what the job reports.
+class FocusProcessJobTest : public testing::Test
+{
+protected:
+    void start(const QString &behaviour, int value, std::chrono::milliseconds limit = 3000ms)
+    {
+        m_job = new FocusProcessJob(limit, [this](FocusProcessResult result) { m_results.push_back(result); });
+        const Expected<void> started =
+            m_job->start(worker, {QStringLiteral("child"), behaviour, QString::number(value)});
+        ASSERT_TRUE(started.ok()) << qPrintable(started.error().description());
+        m_pid = m_job->processId();
+    }
+
+    void waitForResult(int timeoutMs = 10000)
+    {
+        QElapsedTimer timer;
+        timer.start();
+        while (m_results.empty() && timer.elapsed() < timeoutMs)
+            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        // Anything reported twice would come now.
+        for (int i = 0; i < 10; ++i)
+            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+    }
+
+    void TearDown() override
+    {
+        EXPECT_TRUE(processGone(m_pid)) << "the helper outlived its job";
+        if (!processGone(m_pid))
+            ::kill(static_cast<pid_t>(m_pid), SIGKILL);
+    }
+
+    QPointer<FocusProcessJob> m_job;
+    std::vector<FocusProcessResult> m_results;
+    qint64 m_pid = 0;
+};
+
+struct ExitCase
+{
+    const char *name;
+    int status;
+};
+
+class FocusProcessExitTest : public FocusProcessJobTest, public testing::WithParamInterface<ExitCase>
+{
+};
+
+TEST_P(FocusProcessExitTest, ReportsTheExitStatusOnce)
+{
+    start(QStringLiteral("exit"), GetParam().status);
+    waitForResult();
+    ASSERT_EQ(m_results.size(), 1u);
+    EXPECT_EQ(m_results.front(), FocusProcessResult::exited(GetParam().status));
+    EXPECT_TRUE(m_job.isNull()) << "the job should delete itself after reporting";
+}
+
+INSTANTIATE_TEST_SUITE_P(FocusProcessJob, FocusProcessExitTest,
+                         testing::Values(ExitCase{"Success", 0}, ExitCase{"SecureInput", 75}, ExitCase{"NotWanted", 76},
+                                         ExitCase{"Missing", 77}, ExitCase{"Failed", 78}, ExitCase{"Unknown", 3}),
+                         ParamName());
+
+TEST_F(FocusProcessJobTest, HangingHelperTimesOut)
+{
+    start(QStringLiteral("sleep"), 0, 200ms);
+    waitForResult();
+    ASSERT_EQ(m_results.size(), 1u);
+    EXPECT_EQ(m_results.front(), FocusProcessResult::timedOut());
+}
+
+TEST_F(FocusProcessJobTest, HelperIgnoringTerminateIsKilled)
+{
+    start(QStringLiteral("ignore-term"), 0);
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 100); // let it install its handler
+    QThread::msleep(100);
+    m_job->stop(FocusProcessResult::cancelled());
+    waitForResult();
+    ASSERT_EQ(m_results.size(), 1u);
+    EXPECT_EQ(m_results.front(), FocusProcessResult::cancelled());
+}
+
+TEST_F(FocusProcessJobTest, FirstStopReasonWinsAndCompletionRunsOnce)
+{
+    start(QStringLiteral("sleep"), 0);
+    m_job->stop(FocusProcessResult::cancelled());
+    m_job->stop(FocusProcessResult::timedOut());
+    waitForResult();
+    ASSERT_EQ(m_results.size(), 1u);
+    EXPECT_EQ(m_results.front(), FocusProcessResult::cancelled());
+}
+
+// The child exits cleanly on SIGTERM, yet the job reports why it stopped it.
+TEST_F(FocusProcessJobTest, ExitAfterStopReportsTheStopReason)
+{
+    start(QStringLiteral("term-exits"), 0);
+    QThread::msleep(100);
+    m_job->stop(FocusProcessResult::cancelled());
+    waitForResult();
+    ASSERT_EQ(m_results.size(), 1u);
+    EXPECT_EQ(m_results.front(), FocusProcessResult::cancelled());
+}
+
+TEST_F(FocusProcessJobTest, StopAfterFinishingChangesNothing)
+{
+    start(QStringLiteral("exit"), 0);
+    QPointer<FocusProcessJob> job = m_job;
+    waitForResult();
+    ASSERT_EQ(m_results.size(), 1u);
+    if (job)
+        job->stop(FocusProcessResult::cancelled());
+    waitForResult(100);
+    EXPECT_EQ(m_results.size(), 1u);
+}
+
+TEST(FocusProcessLaunchTest, MissingExecutableIsAnErrorWithoutCompletion)
+{
+    int completions = 0;
+    FocusProcessJob job(3000ms, [&](FocusProcessResult) { ++completions; });
+    const Expected<void> started = job.start(QStringLiteral("/nonexistent/tolvar"), {QStringLiteral("focus")});
+    EXPECT_FALSE(started.ok());
+    QCoreApplication::processEvents(QEventLoop::AllEvents, 100);
+    EXPECT_EQ(completions, 0);
+}
+
+} // namespace
