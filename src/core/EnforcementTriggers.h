@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QtGlobal>
+
+#include <chrono>
+#include <functional>
+
+class QObject;
+
+// The events that make the engine look again. Each subscription delivers on
+// the thread of `context` until it is destroyed.
+struct EnforcementTriggers
+{
+    using Subscribe = std::function<void(QObject *context, std::function<void()> callback)>;
+
+    Subscribe selectionChanged;
+    Subscribe configChanged;
+    Subscribe wake;
+    std::function<void(QObject *context, std::function<void(qint64 pid)> callback)> activation;
+    std::chrono::milliseconds tick{2000};
+
+    static EnforcementTriggers live();
+    // Nothing but what the owner asks for; no timer either.
+    static EnforcementTriggers none();
+};
