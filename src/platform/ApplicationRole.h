@@ -1,0 +1,18 @@
+#pragma once
+
+#include <QtGlobal>
+
+// How a windowed process presents itself to the desktop.
+namespace ApplicationRole {
+
+// Picks Qt's offscreen platform when there is no display to draw on, so the
+// windowed roles also run on a headless machine. Call before the application object.
+void useOffscreenWithoutDisplay();
+// No taskbar or Dock entry and no menu bar.
+void becomeAccessory();
+// Takes keyboard focus even while another application is active.
+void activateIgnoringOtherApps();
+// Above everything, on every workspace, for the focus helper's tiny window.
+void raiseAboveEverything(quintptr window);
+
+} // namespace ApplicationRole

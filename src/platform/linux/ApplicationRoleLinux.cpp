@@ -1,0 +1,20 @@
+#include "platform/ApplicationRole.h"
+
+#include <QByteArray>
+
+namespace ApplicationRole {
+
+void useOffscreenWithoutDisplay()
+{
+    if (qEnvironmentVariableIsEmpty("DISPLAY") && qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY")
+        && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen"));
+}
+
+// Tool windows stay out of the taskbar already, and the window manager decides
+// about activation and stacking from the window's own flags.
+void becomeAccessory() {}
+void activateIgnoringOtherApps() {}
+void raiseAboveEverything(quintptr) {}
+
+} // namespace ApplicationRole
