@@ -2,31 +2,34 @@
 
 #include <QString>
 
-// How one request to bring the pinned source back ended.
+// The result of one request to bring the pinned source back.
 class SwitchOutcome
 {
 public:
-    enum class Kind { Success, SecureInput, MissingSource, Busy, Failed };
+    enum class Kind {
+        Success,       // the pinned source is current, or there was nothing to do
+        SecureInput,   // not tried: secure text entry is on
+        MissingSource, // nothing pinned, or the pinned source cannot be selected
+        Busy,          // superseded, cancelled, rate-limited or not allowed now; not worth reporting
+        Failed,        // tried, and it did not work
+    };
 
-    static SwitchOutcome success() { return SwitchOutcome(Kind::Success); }
-    static SwitchOutcome secureInput() { return SwitchOutcome(Kind::SecureInput); }
-    static SwitchOutcome missingSource() { return SwitchOutcome(Kind::MissingSource); }
-    // Superseded, cancelled, rate-limited or not allowed now: nothing to report.
-    static SwitchOutcome busy() { return SwitchOutcome(Kind::Busy); }
-    // The switch was tried and did not work; `message` is already localised.
-    static SwitchOutcome failed(QString message) { return SwitchOutcome(Kind::Failed, std::move(message)); }
+    static SwitchOutcome success();
+    static SwitchOutcome secureInput();
+    static SwitchOutcome missingSource();
+    static SwitchOutcome busy();
+    // `message` is already localised.
+    static SwitchOutcome failed(const QString &message);
 
     Kind kind() const { return m_kind; }
     bool isBusy() const { return m_kind == Kind::Busy; }
+    // Empty unless the switch failed.
     const QString &message() const { return m_message; }
 
     bool operator==(const SwitchOutcome &) const = default;
 
 private:
-    explicit SwitchOutcome(Kind kind, QString message = {})
-        : m_kind(kind)
-        , m_message(std::move(message))
-    {}
+    SwitchOutcome(Kind kind, QString message = {});
 
     Kind m_kind;
     QString m_message;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <QString>
+
+#include <optional>
+
+// Everything the runtime state is derived from, as the application model observes it.
+struct RuntimeInputs
+{
+    bool configError = false;        // the configuration could not be loaded
+    bool enabled = false;            // keeping is switched on
+    bool switching = false;          // a manual switch is running
+    bool automaticSwitching = false; // an automatic switch is running
+    std::optional<QString> manualWarning;
+    std::optional<QString> automaticWarning;
+    std::optional<QString> pinnedID;
+    // The name of the pinned source among the selectable ones; absent when it is not there.
+    std::optional<QString> pinnedName;
+    bool secureInput = false;
+    QString currentID;
+};

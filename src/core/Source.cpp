@@ -1,0 +1,75 @@
+#include "Source.h"
+
+#include "SourceIcon.h"
+
+namespace {
+
+QString textOf(const QVariant &value)
+{
+    return value.metaType() == QMetaType::fromType<QString>() ? value.toString() : QString();
+}
+
+// IBus and POSIX write a region or variant after "_" ("ja_JP", "zh_TW"), the
+// Apple platforms after "-" ("zh-Hant"); the language itself is the part
+// before either. Comparing that part keeps "ja_JP" Japanese without letting
+// "kok" (Konkani) pass for "ko".
+QString primaryLanguage(const QString &code)
+{
+    static const QString separators = QStringLiteral("-_.@");
+    for (qsizetype i = 0; i < code.size(); ++i) {
+        if (separators.contains(code.at(i)))
+            return code.left(i);
+    }
+    return code;
+}
+
+} // namespace
+
+Source::Source(SourceProperties properties)
+    : m_properties(std::move(properties))
+{}
+
+QString Source::id() const
+{
+    return textOf(m_properties.id);
+}
+
+QString Source::name() const
+{
+    return textOf(m_properties.localizedName);
+}
+
+std::optional<QImage> Source::icon() const
+{
+    if (std::optional<QImage> image = SourceIcon::fromFile(m_properties.iconURL))
+        return image;
+    return SourceIcon::fromReference(m_properties.iconReference);
+}
+
+bool Source::isCJKV() const
+{
+    const QStringList codes = languages();
+    if (codes.isEmpty())
+        return false;
+    const QString &first = codes.constFirst();
+    if (first.startsWith(QLatin1String("zh")))
+        return true;
+    const QString language = primaryLanguage(first);
+    return language == QLatin1String("ko") || language == QLatin1String("ja") || language == QLatin1String("vi");
+}
+
+QStringList Source::languages() const
+{
+    const QVariant &value = m_properties.languages;
+    if (value.metaType() == QMetaType::fromType<QStringList>())
+        return value.toStringList();
+    if (value.metaType() != QMetaType::fromType<QVariantList>())
+        return {};
+    QStringList codes;
+    for (const QVariant &code : value.toList()) {
+        if (code.metaType() != QMetaType::fromType<QString>())
+            return {};
+        codes << code.toString();
+    }
+    return codes;
+}

@@ -1,0 +1,33 @@
+#pragma once
+
+#include "platform/SourceProperties.h"
+
+#include <QImage>
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// One input source as the system described it when the catalog looked it up.
+class Source
+{
+public:
+    explicit Source(SourceProperties properties);
+
+    // Empty when the system gives no identifier, or one that is not text.
+    QString id() const;
+    // Empty when the system gives no name, or one that is not text.
+    QString name() const;
+    // From the icon file, else from the icon reference; none when neither gives an image.
+    std::optional<QImage> icon() const;
+    // Chinese, Japanese, Korean or Vietnamese by the source's first language:
+    // such sources are switched through the focus helper.
+    bool isCJKV() const;
+
+    const SourceProperties &properties() const { return m_properties; }
+
+private:
+    QStringList languages() const;
+
+    SourceProperties m_properties;
+};

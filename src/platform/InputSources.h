@@ -1,0 +1,44 @@
+#pragma once
+
+#include "SourceProperties.h"
+
+#include <QList>
+#include <QString>
+
+#include <functional>
+
+class QObject;
+
+// The keyboard input sources the system offers. Every call asks the system
+// afresh; nothing is cached. When the system's input-source service is not
+// there, the answers are empty and selecting fails.
+struct InputSources
+{
+    // Another status than 0 comes from the system, or is one of these.
+    static constexpr qint32 unavailable = 1; // no input-source service to ask
+    static constexpr qint32 refused = 2;     // the service declined the source
+    static constexpr qint32 noReply = 3;     // the service did not answer in time
+
+    // The enabled sources, in the system's own order.
+    std::function<QList<SourceProperties>()> enabled;
+    // The sources known by the identifier `id`, each telling whether it is enabled.
+    std::function<QList<SourceProperties>(const QString &id)> matching;
+    // The selected keyboard source's identifier; empty when none is or it cannot be told.
+    std::function<QString()> currentID;
+    // Makes `id` the selected source: 0 when the system accepted it, else a status.
+    std::function<qint32(const QString &id)> select;
+    // Whether secure keyboard entry is on, when no source may be switched.
+    std::function<bool()> secureInput;
+
+    // Calls `callback` on the thread of `context` after each change, until
+    // `context` is destroyed; false when the system cannot report the change.
+    using Observe = std::function<bool(QObject *context, std::function<void()> callback)>;
+    // The selected source changed.
+    Observe observeSelected;
+    // The set of enabled sources changed.
+    Observe observeEnabled;
+
+    static InputSources live();
+    // A system without input sources: no sources, nothing selected, every select `unavailable`.
+    static InputSources none();
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+// What the system says about one input source, property by property. An
+// invalid QVariant is a property the system did not give; a value of another
+// type than the one noted is kept as it came, so that readers can tell
+// "missing" from "wrong type" from a value.
+struct SourceProperties
+{
+    QVariant id;            // QString
+    QVariant localizedName; // QString
+    QVariant enabled;       // bool
+    QVariant selectCapable; // bool
+    QVariant category;      // QString; keyboard sources carry keyboardCategory
+    QVariant languages;     // QStringList, the source's main language first
+    QVariant iconURL;       // QUrl
+    QVariant iconReference; // QString naming a themed icon, or a QImage the system drew
+
+    static inline const QString keyboardCategory = QStringLiteral("keyboard");
+
+    bool operator==(const SourceProperties &) const = default;
+};

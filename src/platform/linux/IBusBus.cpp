@@ -1,0 +1,146 @@
+#include "platform/linux/IBusBus.h"
+
+#include <QDBusError>
+#include <QDBusVariant>
+#include <QMetaObject>
+#include <QMutexLocker>
+#include <QObject>
+
+#include <atomic>
+
+namespace {
+
+const QString ibusPath = QStringLiteral("/org/freedesktop/IBus");
+const QString ibusInterface = QStringLiteral("org.freedesktop.IBus");
+const QString configPath = QStringLiteral("/org/freedesktop/IBus/Config");
+const QString configInterface = QStringLiteral("org.freedesktop.IBus.Config");
+
+// Lives as a child of the observer's context, so that IBus's signals arrive on
+// the context's thread and stop with it.
+class ChangeReceiver : public QObject
+{
+    Q_OBJECT
+public:
+    ChangeReceiver(std::function<void()> callback, QObject *parent)
+        : QObject(parent)
+        , m_callback(std::move(callback))
+    {}
+
+public slots:
+    void deliver() { m_callback(); }
+
+    // The panel's list of engines is the enabled set; other settings do not matter here.
+    void valueChanged(const QString &section, const QString &name, const QDBusVariant &)
+    {
+        if (section == QLatin1String("general")
+            && (name == QLatin1String("preload_engines") || name == QLatin1String("preload-engines")))
+            m_callback();
+    }
+
+private:
+    std::function<void()> m_callback;
+};
+
+QString nextConnectionName()
+{
+    static std::atomic<int> counter = 0;
+    return QStringLiteral("tolvar-ibus-%1").arg(++counter);
+}
+
+} // namespace
+
+IBusBus::IBusBus(std::function<QString()> address)
+    : m_address(std::move(address))
+{}
+
+IBusBus::~IBusBus()
+{
+    disconnect();
+}
+
+QDBusMessage IBusBus::call(const QString &service, const QString &path, const QString &interface, const QString &method,
+                           const QVariantList &arguments)
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    const std::optional<QDBusConnection> bus = connection();
+    if (!bus)
+        return message.createErrorReply(QDBusError::Disconnected, QStringLiteral("IBus is not running"));
+    return bus->call(message, QDBus::Block, callTimeoutMs);
+}
+
+bool IBusBus::observe(Change change, QObject *context, std::function<void()> callback)
+{
+    if (!context)
+        return false;
+    const Subscription subscription{change, new ChangeReceiver(std::move(callback), context)};
+    const std::optional<QDBusConnection> bus = connection();
+    const QMutexLocker locker(&m_mutex);
+    m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
+    m_subscriptions << subscription;
+    if (bus && bus->isConnected())
+        attach(*bus, subscription);
+    return true;
+}
+
+std::optional<QDBusConnection> IBusBus::connection()
+{
+    const QString address = m_address();
+    const QMutexLocker locker(&m_mutex);
+    if (!m_connectionName.isEmpty()) {
+        QDBusConnection current(m_connectionName);
+        if (address == m_connectedAddress && current.isConnected())
+            return current;
+        disconnect();
+    }
+    if (address.isEmpty())
+        return std::nullopt;
+
+    const QString name = nextConnectionName();
+    QDBusConnection fresh = QDBusConnection::connectToBus(address, name);
+    if (!fresh.isConnected()) {
+        QDBusConnection::disconnectFromBus(name);
+        return std::nullopt;
+    }
+    m_connectionName = name;
+    m_connectedAddress = address;
+    // What was seen of an earlier daemon, or of none, may no longer hold.
+    m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
+    for (const Subscription &subscription : std::as_const(m_subscriptions)) {
+        attach(fresh, subscription);
+        QMetaObject::invokeMethod(subscription.receiver, "deliver", Qt::QueuedConnection);
+    }
+    return fresh;
+}
+
+void IBusBus::disconnect()
+{
+    if (m_connectionName.isEmpty())
+        return;
+    QDBusConnection::disconnectFromBus(m_connectionName);
+    m_connectionName.clear();
+    m_connectedAddress.clear();
+}
+
+void IBusBus::attach(const QDBusConnection &connection, const Subscription &subscription) const
+{
+    QDBusConnection bus(connection);
+    QObject *receiver = subscription.receiver.data();
+    if (!receiver)
+        return;
+    // Any sender: only IBus and its components speak on IBus's bus.
+    switch (subscription.change) {
+    case Change::Selected:
+        bus.connect(QString(), ibusPath, ibusInterface, QStringLiteral("GlobalEngineChanged"), receiver,
+                    SLOT(deliver()));
+        break;
+    case Change::Enabled:
+        bus.connect(QString(), configPath, configInterface, QStringLiteral("ValueChanged"), receiver,
+                    SLOT(valueChanged(QString, QString, QDBusVariant)));
+        // Installed or removed engines change which enabled names IBus can describe.
+        bus.connect(QString(), ibusPath, ibusInterface, QStringLiteral("RegistryChanged"), receiver, SLOT(deliver()));
+        break;
+    }
+}
+
+#include "IBusBus.moc"

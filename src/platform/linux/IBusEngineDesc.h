@@ -1,0 +1,26 @@
+#pragma once
+
+#include "platform/SourceProperties.h"
+
+#include <QString>
+#include <QVariant>
+
+#include <optional>
+
+// Reads the engine descriptions IBus sends: a serialized IBusEngineDesc inside
+// a D-Bus variant, the struct (type name, attachments, name, long name,
+// description, language, license, author, icon, layout, ...). Fields that are
+// missing or of another type are passed on as such, never guessed.
+namespace IBusEngineDesc {
+
+// The engine's properties as an input source, with `enabled` left unset;
+// none when the value is not an engine description at all.
+std::optional<SourceProperties> properties(const QVariant &value);
+
+// The engine's name; empty when the value carries none.
+QString name(const QVariant &value);
+
+// The value inside any number of D-Bus variant wrappings.
+QVariant unwrap(QVariant value);
+
+} // namespace IBusEngineDesc

@@ -1,0 +1,145 @@
+#include "platform/linux/IBusInputSources.h"
+
+#include "platform/linux/IBusAddress.h"
+#include "platform/linux/IBusBus.h"
+#include "platform/linux/IBusEngineDesc.h"
+
+#include <QDBusArgument>
+#include <QDBusError>
+#include <QDBusVariant>
+
+#include <memory>
+
+namespace {
+
+const QString ibusService = QStringLiteral("org.freedesktop.IBus");
+const QString ibusPath = QStringLiteral("/org/freedesktop/IBus");
+const QString ibusInterface = QStringLiteral("org.freedesktop.IBus");
+const QString configService = QStringLiteral("org.freedesktop.IBus.Config");
+const QString configPath = QStringLiteral("/org/freedesktop/IBus/Config");
+const QString configInterface = QStringLiteral("org.freedesktop.IBus.Config");
+const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
+
+QVariant firstArgument(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return {};
+    return reply.arguments().constFirst();
+}
+
+// The daemon only accepts the preload list; what the user chose is kept by
+// IBus's configuration service, the same setting the IBus panel preloads from.
+QStringList preloadEngines(IBusBus &bus)
+{
+    const QVariant value = IBusEngineDesc::unwrap(
+        firstArgument(bus.call(configService, configPath, configInterface, QStringLiteral("GetValue"),
+                               {QStringLiteral("general"), QStringLiteral("preload_engines")})));
+    if (value.metaType() == QMetaType::fromType<QStringList>())
+        return value.toStringList();
+    if (value.metaType() == QMetaType::fromType<QDBusArgument>()) {
+        const QDBusArgument argument = value.value<QDBusArgument>();
+        if (argument.currentSignature() == QLatin1String("as"))
+            return qdbus_cast<QStringList>(argument);
+    }
+    return {};
+}
+
+// IBus answers in the order asked and leaves out names it does not know.
+QVariantList engineDescs(IBusBus &bus, const QStringList &names)
+{
+    if (names.isEmpty())
+        return {};
+    const QVariant value =
+        firstArgument(bus.call(ibusService, ibusPath, ibusInterface, QStringLiteral("GetEnginesByNames"), {names}));
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return {};
+    const QDBusArgument argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("av"))
+        return {};
+    QVariantList descs;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QDBusVariant element;
+        argument >> element;
+        descs << element.variant();
+    }
+    argument.endArray();
+    return descs;
+}
+
+QList<SourceProperties> describe(const QVariantList &descs, const QStringList &enabledNames)
+{
+    QList<SourceProperties> sources;
+    for (const QVariant &desc : descs) {
+        std::optional<SourceProperties> source = IBusEngineDesc::properties(desc);
+        if (!source)
+            continue;
+        const bool named = source->id.metaType() == QMetaType::fromType<QString>();
+        source->enabled = named && enabledNames.contains(source->id.toString());
+        sources << *source;
+    }
+    return sources;
+}
+
+QList<SourceProperties> enabled(IBusBus &bus)
+{
+    const QStringList names = preloadEngines(bus);
+    return describe(engineDescs(bus, names), names);
+}
+
+QList<SourceProperties> matching(IBusBus &bus, const QString &id)
+{
+    const QVariantList descs = engineDescs(bus, {id});
+    return descs.isEmpty() ? QList<SourceProperties>() : describe(descs, preloadEngines(bus));
+}
+
+QString currentID(IBusBus &bus)
+{
+    const QDBusMessage reply = bus.call(ibusService, ibusPath, propertiesInterface, QStringLiteral("Get"),
+                                        {ibusInterface, QStringLiteral("GlobalEngine")});
+    return IBusEngineDesc::name(firstArgument(reply));
+}
+
+qint32 select(IBusBus &bus, const QString &id)
+{
+    const QDBusMessage reply = bus.call(ibusService, ibusPath, ibusInterface, QStringLiteral("SetGlobalEngine"), {id});
+    if (reply.type() == QDBusMessage::ReplyMessage)
+        return 0;
+    switch (QDBusError(reply).type()) {
+    case QDBusError::Disconnected:
+    case QDBusError::ServiceUnknown: return InputSources::unavailable;
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut: return InputSources::noReply;
+    default: return InputSources::refused;
+    }
+}
+
+} // namespace
+
+namespace IBusInputSources {
+
+InputSources at(std::function<QString()> address)
+{
+    const auto bus = std::make_shared<IBusBus>(std::move(address));
+    return {[bus] { return enabled(*bus); }, [bus](const QString &id) { return matching(*bus, id); },
+            [bus] { return currentID(*bus); }, [bus](const QString &id) { return select(*bus, id); },
+            // IBus has no system-wide secure entry; password fields are the applications' business.
+            [] { return false; },
+            [bus](QObject *context, std::function<void()> callback) {
+                return bus->observe(IBusBus::Change::Selected, context, std::move(callback));
+            },
+            [bus](QObject *context, std::function<void()> callback) {
+                return bus->observe(IBusBus::Change::Enabled, context, std::move(callback));
+            }};
+}
+
+} // namespace IBusInputSources
+
+InputSources InputSources::live()
+{
+    // One connection per process, kept to the end: closing it while static
+    // objects are torn down would race QtDBus's own shutdown.
+    static const InputSources *const shared = new InputSources(IBusInputSources::at(IBusAddress::published));
+    return *shared;
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+#include "platform/InputSources.h"
+
+#include <QString>
+
+#include <functional>
+
+// Input sources as IBus engines: an engine's name is the source's identifier,
+// the engines the user keeps preloaded are the enabled sources, and IBus's
+// global engine is the selected source.
+namespace IBusInputSources {
+
+// Sources from the IBus daemon at whatever `address` says at each call; an
+// empty address means IBus is not running.
+InputSources at(std::function<QString()> address);
+
+} // namespace IBusInputSources
