@@ -1,5 +1,6 @@
 #include "Roles.h"
 
+#include "FocusHelper.h"
 #include "core/CLI.h"
 
 #include <QCoreApplication>
@@ -19,11 +20,7 @@ int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
 
 int runFocusHelper(int &argc, char **argv, const QString &identifier)
 {
-    Q_UNUSED(argc);
-    Q_UNUSED(argv);
-    Q_UNUSED(identifier);
-    qWarning("tolvar: the focus helper is not part of this build yet");
-    return 1;
+    FocusHelper::run(argc, argv, identifier);
 }
 
 int runCommandLine(int &argc, char **argv, const QStringList &arguments)

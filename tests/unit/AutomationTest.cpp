@@ -1,0 +1,205 @@
+#include "core/Automation.h"
+#include "support/ParamName.h"
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+namespace {
+
+const QString us = "xkb:us::eng";
+const QString hangul = "hangul";
+
+// Services over plain fields; `update` edits `stored` the way the store would.
+struct FakeServices
+{
+    std::optional<Config> stored; // absent: no file
+    std::optional<Error> loadError;
+    std::optional<Error> writeError;
+    QList<InputChoice> choices = {{us, "English (US)"}, {hangul, "Korean"}};
+    InputChoice current{us, "English (US)"};
+    std::optional<bool> running = true; // absent: the lock probe fails
+    bool secure = false;
+    bool login = false;
+    int writes = 0;
+
+    AutomationServices services()
+    {
+        AutomationServices s;
+        s.load = [this]() -> Expected<Config> {
+            if (loadError)
+                return *loadError;
+            return stored.value_or(Config{});
+        };
+        s.update = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
+            if (loadError)
+                return *loadError;
+            Config config = stored.value_or(Config{});
+            if (const Expected<void> edited = edit(config); !edited)
+                return edited.error();
+            if (writeError)
+                return *writeError;
+            ++writes;
+            stored = config;
+            return config;
+        };
+        s.choices = [this] { return choices; };
+        s.current = [this] { return current; };
+        s.running = [this]() -> Expected<bool> {
+            if (!running)
+                return Error::posix(EIO, "gui.lock");
+            return *running;
+        };
+        s.secureInput = [this] { return secure; };
+        s.loginEnabled = [this] { return login; };
+        return s;
+    }
+};
+
+struct StatusCase
+{
+    const char *name;
+    std::function<void(FakeServices &)> arrange;
+    RuntimeState state;
+    std::optional<AutomationTarget> target;
+};
+
+class AutomationStatusTest : public testing::TestWithParam<StatusCase>
+{
+};
+
+TEST_P(AutomationStatusTest, DerivesTheState)
+{
+    FakeServices fake;
+    fake.stored = Config{us, true, std::nullopt, true};
+    GetParam().arrange(fake);
+    const auto status = Automation(fake.services()).status();
+    ASSERT_TRUE(status.ok()) << qPrintable(status.error().code);
+    EXPECT_EQ(status->state.raw(), RuntimeState(GetParam().state).raw());
+    EXPECT_EQ(status->target, GetParam().target);
+    EXPECT_EQ(status->current, (AutomationSource{fake.current.id, fake.current.name}));
+}
+
+const AutomationTarget usTarget{us, QString("English (US)"), true};
+
+INSTANTIATE_TEST_SUITE_P(
+    Automation, AutomationStatusTest,
+    testing::Values(StatusCase{"NoFileNoInstance",
+                               [](auto &f) {
+                                   f.stored.reset();
+                                   f.running = false;
+                               },
+                               RuntimeState::Stopped, std::nullopt},
+                    StatusCase{"NoFileButRunning", [](auto &f) { f.stored.reset(); }, RuntimeState::Paused,
+                               std::nullopt},
+                    StatusCase{"Keeping", [](auto &) {}, RuntimeState::Keeping, usTarget},
+                    StatusCase{"Waiting",
+                               [](auto &f) {
+                                   f.current = {hangul, "Korean"};
+                               },
+                               RuntimeState::Waiting, usTarget},
+                    StatusCase{"StoppedWinsOverEverything",
+                               [](auto &f) {
+                                   f.running = false;
+                                   f.secure = true;
+                               },
+                               RuntimeState::Stopped, usTarget},
+                    StatusCase{"PausedBeforeSetup",
+                               [](auto &f) {
+                                   f.stored = Config{std::nullopt, false, std::nullopt, false};
+                               },
+                               RuntimeState::Paused, std::nullopt},
+                    StatusCase{"EmptyPinIsSetup", [](auto &f) { f.stored->sourceID = QString(); }, RuntimeState::Setup,
+                               AutomationTarget{QString(), std::nullopt, false}},
+                    StatusCase{"UninstalledBeatsSecureInput",
+                               [](auto &f) {
+                                   f.stored->sourceID = "gone";
+                                   f.secure = true;
+                               },
+                               RuntimeState::MissingSource, AutomationTarget{"gone", std::nullopt, false}},
+                    StatusCase{"SecureInputWhateverIsCurrent", [](auto &f) { f.secure = true; },
+                               RuntimeState::SecureInput, usTarget}),
+    ParamName());
+
+TEST(AutomationTest, StatusFailuresAreNamed)
+{
+    FakeServices unreadable;
+    unreadable.loadError = Error::decode("bad");
+    EXPECT_EQ(Automation(unreadable.services()).status().error(), AutomationFailure::invalidConfig());
+
+    FakeServices probeFails;
+    probeFails.running.reset();
+    EXPECT_EQ(Automation(probeFails.services()).status().error(), AutomationFailure::runtimeUnavailable());
+}
+
+struct KeepingCase
+{
+    const char *name;
+    std::optional<Config> stored;
+    CLIRequest::Command command;
+    std::optional<AutomationFailure> failure;
+    bool enabledAfter;
+};
+
+class AutomationKeepingTest : public testing::TestWithParam<KeepingCase>
+{
+};
+
+TEST_P(AutomationKeepingTest, EditsOnlyEnabled)
+{
+    FakeServices fake;
+    fake.stored = GetParam().stored;
+    const std::optional<Config> before = fake.stored;
+    const auto status = Automation(fake.services()).setKeeping(GetParam().command);
+    if (GetParam().failure) {
+        ASSERT_FALSE(status.ok());
+        EXPECT_EQ(status.error(), *GetParam().failure);
+        EXPECT_EQ(fake.stored, before) << "a refused edit writes nothing";
+        EXPECT_EQ(fake.writes, 0);
+        return;
+    }
+    ASSERT_TRUE(status.ok()) << qPrintable(status.error().code);
+    EXPECT_EQ(status->enabled, GetParam().enabledAfter);
+    Config expected = before.value_or(Config{});
+    expected.enabled = GetParam().enabledAfter;
+    EXPECT_EQ(fake.stored, expected);
+}
+
+using C = CLIRequest::Command;
+const Config pinnedOn{us, true, "ja", true};
+const Config pinnedOff{us, false, "ja", true};
+const Config unpinnedOff{std::nullopt, false, std::nullopt, false};
+const Config goneOff{"gone", false, std::nullopt, true};
+
+INSTANTIATE_TEST_SUITE_P(
+    Automation, AutomationKeepingTest,
+    testing::Values(KeepingCase{"Pause", pinnedOn, C::Pause, std::nullopt, false},
+                    KeepingCase{"PauseWithoutPin", unpinnedOff, C::Pause, std::nullopt, false},
+                    KeepingCase{"PauseWithoutFile", std::nullopt, C::Pause, std::nullopt, false},
+                    KeepingCase{"Resume", pinnedOff, C::Resume, std::nullopt, true},
+                    KeepingCase{"ResumeWithoutPin", unpinnedOff, C::Resume, AutomationFailure::noTarget(), false},
+                    KeepingCase{"ResumeWithGoneSource", goneOff, C::Resume, AutomationFailure::missingSource(), false},
+                    KeepingCase{"ToggleOff", pinnedOn, C::Toggle, std::nullopt, false},
+                    KeepingCase{"ToggleOffIgnoresThePin", Config{"gone", true, std::nullopt, true}, C::Toggle,
+                                std::nullopt, false},
+                    KeepingCase{"ToggleOn", pinnedOff, C::Toggle, std::nullopt, true},
+                    KeepingCase{"ToggleOnWithoutPin", unpinnedOff, C::Toggle, AutomationFailure::noTarget(), false}),
+    ParamName());
+
+TEST(AutomationTest, WriteFailuresMapToTheirCodes)
+{
+    FakeServices undecodable;
+    undecodable.loadError = Error::decode("bad");
+    EXPECT_EQ(Automation(undecodable.services()).setKeeping(C::Pause).error(), AutomationFailure::invalidConfig());
+
+    FakeServices unwritable;
+    unwritable.stored = pinnedOn;
+    unwritable.writeError = Error::posix(ELOOP, "config.lock");
+    EXPECT_EQ(Automation(unwritable.services()).setKeeping(C::Pause).error(), AutomationFailure::configWriteFailed());
+
+    FakeServices unreadable;
+    unreadable.loadError = Error::posix(EACCES, "config.json");
+    EXPECT_EQ(Automation(unreadable.services()).setKeeping(C::Pause).error(), AutomationFailure::configWriteFailed());
+}
+
+} // namespace
