@@ -45,7 +45,7 @@ private:
 
     std::optional<QDBusConnection> connection();
     void disconnect();
-    void attach(const QDBusConnection &connection, const Subscription &subscription) const;
+    bool attach(const QDBusConnection &connection, const Subscription &subscription) const;
 
     std::function<QString()> m_address;
     QMutex m_mutex;
