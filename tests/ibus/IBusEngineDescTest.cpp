@@ -41,12 +41,12 @@ public slots:
     }
 };
 
-using Fields = std::function<void(QDBusArgument &)>;
-
 struct DescCase
 {
     const char *name;
-    Fields fields;
+    QString typeName;
+    // After the type name and the attachments; text and numbers only.
+    QVariantList fields;
     std::optional<SourceProperties> expected;
     QString expectedName;
 };
@@ -59,6 +59,21 @@ protected:
         if (!QDBusConnection::sessionBus().isConnected())
             GTEST_SKIP() << "needs the private session bus of scripts/private-session";
     }
+
+    static QDBusArgument serialized(const DescCase &row)
+    {
+        QDBusArgument argument;
+        argument.beginStructure();
+        argument << row.typeName << QVariantMap();
+        for (const QVariant &field : row.fields) {
+            if (field.metaType() == QMetaType::fromType<QString>())
+                argument << field.toString();
+            else
+                argument << field.toUInt();
+        }
+        argument.endStructure();
+        return argument;
+    }
 };
 
 TEST_P(IBusEngineDescTest, ReadsWhatIsThereAndKeepsOddTypes)
@@ -68,11 +83,12 @@ TEST_P(IBusEngineDescTest, ReadsWhatIsThereAndKeepsOddTypes)
     ASSERT_TRUE(
         receiver.connect(QString(), path, interface, QStringLiteral("Desc"), &catcher, SLOT(receive(QDBusMessage))));
 
-    QDBusArgument value;
-    GetParam().fields(value);
-    const QDBusVariant wrapped(QVariant::fromValue(value));
+    // No type name stands for a value that is not a struct at all.
+    const QVariant value = GetParam().typeName.isEmpty() ? QVariant(QStringLiteral("hangul"))
+                                                         : QVariant::fromValue(serialized(GetParam()));
+    const QVariant wrapped = QVariant::fromValue(QDBusVariant(value));
     QDBusMessage signal = QDBusMessage::createSignal(path, interface, QStringLiteral("Desc"));
-    signal << QVariant::fromValue(wrapped) << QVariant::fromValue(wrapped);
+    signal << wrapped << wrapped;
     QDBusConnection sender = QDBusConnection::connectToBus(QDBusConnection::SessionBus, QStringLiteral("sender"));
     ASSERT_TRUE(sender.send(signal));
 
@@ -82,32 +98,20 @@ TEST_P(IBusEngineDescTest, ReadsWhatIsThereAndKeepsOddTypes)
     EXPECT_EQ(catcher.name, GetParam().expectedName);
 }
 
-// The first fields of a serialized engine description, up to and including `count` after the header.
-Fields desc(int count, const QVariantList &overrides = {}, const QString &typeName = QStringLiteral("IBusEngineDesc"))
+const QString engineDesc = QStringLiteral("IBusEngineDesc");
+
+// Name, long name, description, language, license, author, icon, layout, rank.
+QVariantList hangulFields(qsizetype index = -1, const QVariant &value = {})
 {
-    return [=](QDBusArgument &argument) {
-        QVariantList values{
-            QStringLiteral("hangul"),      QStringLiteral("Hangul"), QStringLiteral("Korean Input Method"),
-            QStringLiteral("ko"),          QStringLiteral("GPL"),    QStringLiteral("Peng Huang"),
-            QStringLiteral("ibus-hangul"), QStringLiteral("kr"),     99u};
-        for (qsizetype i = 0; i < overrides.size(); ++i) {
-            if (overrides.at(i).isValid())
-                values[i] = overrides.at(i);
-        }
-        argument.beginStructure();
-        argument << typeName << QVariantMap();
-        for (int i = 0; i < count; ++i) {
-            const QVariant &v = values.at(i);
-            if (v.metaType() == QMetaType::fromType<QString>())
-                argument << v.toString();
-            else
-                argument << v.toUInt();
-        }
-        argument.endStructure();
-    };
+    QVariantList fields{QStringLiteral("hangul"),      QStringLiteral("Hangul"), QStringLiteral("Korean Input Method"),
+                        QStringLiteral("ko"),          QStringLiteral("GPL"),    QStringLiteral("Peng Huang"),
+                        QStringLiteral("ibus-hangul"), QStringLiteral("kr"),     99u};
+    if (index >= 0)
+        fields[index] = value;
+    return fields;
 }
 
-SourceProperties hangul()
+SourceProperties hangul(const std::function<void(SourceProperties &)> &edit = {})
 {
     SourceProperties p;
     p.id = QStringLiteral("hangul");
@@ -116,55 +120,34 @@ SourceProperties hangul()
     p.iconReference = QStringLiteral("ibus-hangul");
     p.selectCapable = true;
     p.category = SourceProperties::keyboardCategory;
+    if (edit)
+        edit(p);
     return p;
 }
-
-template <typename Edit> SourceProperties hangulWith(Edit edit)
-{
-    SourceProperties p = hangul();
-    edit(p);
-    return p;
-}
-
-const QVariant keep;
 
 INSTANTIATE_TEST_SUITE_P(
     IBusEngineDesc, IBusEngineDescTest,
     testing::Values(
-        DescCase{"AsIBusSendsIt", desc(9), hangul(), QStringLiteral("hangul")},
-        DescCase{"IconFileBecomesAFileURL", desc(9, {keep, keep, keep, keep, keep, keep, QStringLiteral("/usr/share/h.png")}),
-                 hangulWith([](SourceProperties &p) {
+        DescCase{"AsIBusSendsIt", engineDesc, hangulFields(), hangul(), QStringLiteral("hangul")},
+        DescCase{"IconFileBecomesAFileURL", engineDesc, hangulFields(6, QStringLiteral("/usr/share/h.png")),
+                 hangul([](SourceProperties &p) {
                      p.iconReference = QVariant();
                      p.iconURL = QUrl::fromLocalFile(QStringLiteral("/usr/share/h.png"));
                  }),
                  QStringLiteral("hangul")},
-        DescCase{"NoIcon", desc(9, {keep, keep, keep, keep, keep, keep, QString()}),
-                 hangulWith([](SourceProperties &p) { p.iconReference = QVariant(); }), QStringLiteral("hangul")},
-        DescCase{"NoLanguage", desc(9, {keep, keep, keep, QString()}),
-                 hangulWith([](SourceProperties &p) { p.languages = QStringList(); }), QStringLiteral("hangul")},
-        DescCase{"ShortDescriptionLacksTheRest", desc(1),
-                 hangulWith([](SourceProperties &p) {
-                     p.localizedName = QVariant();
-                     p.languages = QVariant();
-                     p.iconReference = QVariant();
-                 }),
+        DescCase{"NoLanguage", engineDesc, hangulFields(3, QString()),
+                 hangul([](SourceProperties &p) { p.languages = QStringList(); }), QStringLiteral("hangul")},
+        DescCase{"ShortDescriptionLacksTheRest",
+                 engineDesc,
+                 {QStringLiteral("hangul")},
+                 hangul([](SourceProperties &p) { p.localizedName = p.languages = p.iconReference = QVariant(); }),
                  QStringLiteral("hangul")},
-        DescCase{"NameOfAnotherType", desc(9, {7u}), hangulWith([](SourceProperties &p) { p.id = 7u; }), QString()},
-        DescCase{"LongNameOfAnotherType", desc(9, {keep, 7u}),
-                 hangulWith([](SourceProperties &p) { p.localizedName = 7u; }), QStringLiteral("hangul")},
-        DescCase{"LanguageOfAnotherType", desc(9, {keep, keep, keep, 7u}),
-                 hangulWith([](SourceProperties &p) { p.languages = 7u; }), QStringLiteral("hangul")},
-        DescCase{"IconOfAnotherType", desc(9, {keep, keep, keep, keep, keep, keep, 7u}),
-                 hangulWith([](SourceProperties &p) { p.iconReference = 7u; }), QStringLiteral("hangul")},
-        DescCase{"AnotherSerializedType", desc(9, {}, QStringLiteral("IBusText")), std::nullopt, QString()},
-        DescCase{"NotAStruct", [](QDBusArgument &a) { a << QStringLiteral("hangul"); }, std::nullopt, QString()},
-        DescCase{"EmptyStruct",
-                 [](QDBusArgument &a) {
-                     a.beginStructure();
-                     a << 0u;
-                     a.endStructure();
-                 },
-                 std::nullopt, QString()}),
+        DescCase{"NameOfAnotherType", engineDesc, hangulFields(0, 7u), hangul([](SourceProperties &p) { p.id = 7u; }),
+                 QString()},
+        DescCase{"LanguageOfAnotherType", engineDesc, hangulFields(3, 7u),
+                 hangul([](SourceProperties &p) { p.languages = 7u; }), QStringLiteral("hangul")},
+        DescCase{"AnotherSerializedType", QStringLiteral("IBusText"), hangulFields(), std::nullopt, QString()},
+        DescCase{"NotAStruct", QString(), {}, std::nullopt, QString()}),
     ParamName());
 
 } // namespace

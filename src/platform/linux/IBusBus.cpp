@@ -1,5 +1,7 @@
 #include "platform/linux/IBusBus.h"
 
+#include "platform/linux/IBusNames.h"
+
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QMetaObject>
@@ -9,11 +11,6 @@
 #include <atomic>
 
 namespace {
-
-const QString ibusPath = QStringLiteral("/org/freedesktop/IBus");
-const QString ibusInterface = QStringLiteral("org.freedesktop.IBus");
-const QString configPath = QStringLiteral("/org/freedesktop/IBus/Config");
-const QString configInterface = QStringLiteral("org.freedesktop.IBus.Config");
 
 // Lives as a child of the observer's context, so that IBus's signals arrive on
 // the context's thread and stop with it.
@@ -136,14 +133,14 @@ bool IBusBus::attach(const QDBusConnection &connection, const Subscription &subs
     // Any sender: only IBus and its components speak on IBus's bus.
     switch (subscription.change) {
     case Change::Selected:
-        return bus.connect(QString(), ibusPath, ibusInterface, QStringLiteral("GlobalEngineChanged"), receiver,
-                           SLOT(deliver()));
+        return bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("GlobalEngineChanged"),
+                           receiver, SLOT(deliver()));
     case Change::Enabled:
         // Installed or removed engines change which enabled names IBus can describe.
-        return bus.connect(QString(), configPath, configInterface, QStringLiteral("ValueChanged"), receiver,
-                           SLOT(valueChanged(QDBusMessage)))
-               && bus.connect(QString(), ibusPath, ibusInterface, QStringLiteral("RegistryChanged"), receiver,
-                              SLOT(deliver()));
+        return bus.connect(QString(), IBusNames::configPath, IBusNames::configInterface, QStringLiteral("ValueChanged"),
+                           receiver, SLOT(valueChanged(QDBusMessage)))
+               && bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("RegistryChanged"),
+                              receiver, SLOT(deliver()));
     }
     return false;
 }
