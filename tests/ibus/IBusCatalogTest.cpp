@@ -145,6 +145,28 @@ TEST_F(IBusCatalogTest, FollowsARestartedDaemon)
     EXPECT_TRUE(spinUntil([&] { return announced > 0; }, 10000)) << "the new daemon's selection went unnoticed";
 }
 
+TEST_F(IBusCatalogTest, DaemonStartedLaterIsFoundAtTheNextCall)
+{
+    // The daemon leaves its address file behind, pointing nowhere.
+    ASSERT_TRUE(runProcess(QStringLiteral("ibus"), {QStringLiteral("exit")}).finished);
+    ASSERT_TRUE(spinUntil([] { return Catalog::choices().isEmpty(); }, 10000));
+    EXPECT_EQ(InputSources::live().currentID(), QString());
+    EXPECT_EQ(InputSources::live().select(german), InputSources::unavailable);
+
+    QProcess daemon;
+    daemon.start(QStringLiteral("ibus-daemon"),
+                 {QStringLiteral("--panel=disable"), QStringLiteral("--emoji-extension=disable")});
+    ASSERT_TRUE(daemon.waitForStarted());
+    EXPECT_TRUE(spinUntil([] { return Catalog::choices().size() == 3; }, 10000));
+    EXPECT_EQ(InputSources::live().select(german), 0);
+    EXPECT_EQ(InputSources::live().currentID(), german);
+
+    // Its own way out, so that the engines it started leave with it.
+    runProcess(QStringLiteral("ibus"), {QStringLiteral("exit")});
+    if (!daemon.waitForFinished(10000))
+        daemon.kill();
+}
+
 // Whether an identifier leads to a selectable source, and how it is switched.
 struct FindCase
 {
