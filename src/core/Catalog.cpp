@@ -8,8 +8,6 @@ bool isTrue(const QVariant &value)
     return value.metaType() == QMetaType::fromType<bool>() && value.toBool();
 }
 
-} // namespace
-
 bool isSelectable(const SourceProperties &properties)
 {
     const QVariant &category = properties.category;
@@ -17,6 +15,8 @@ bool isSelectable(const SourceProperties &properties)
            && category.metaType() == QMetaType::fromType<QString>()
            && category.toString() == SourceProperties::keyboardCategory;
 }
+
+} // namespace
 
 QList<Source> selectable(const InputSources &system)
 {

@@ -13,10 +13,8 @@
 // again, so sources enabled or removed meanwhile show at the next call.
 namespace Catalog {
 
-// A source is selectable when it is enabled, can be selected and is a keyboard source.
-bool isSelectable(const SourceProperties &properties);
-
-// The selectable sources, in the system's order.
+// The selectable sources, in the system's order: enabled, able to be selected,
+// and keyboard sources, each property present and of the right type.
 QList<Source> selectable(const InputSources &system = InputSources::live());
 // One choice per selectable source, in the same order; no sorting, no de-duplication.
 QList<InputChoice> choices(const InputSources &system = InputSources::live());

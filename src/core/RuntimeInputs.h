@@ -11,11 +11,11 @@ struct RuntimeInputs
     bool enabled = false;            // keeping is switched on
     bool switching = false;          // a manual switch is running
     bool automaticSwitching = false; // an automatic switch is running
-    std::optional<QString> manualWarning;
-    std::optional<QString> automaticWarning;
-    std::optional<QString> pinnedID;
+    std::optional<QString> manualWarning = {};
+    std::optional<QString> automaticWarning = {};
+    std::optional<QString> pinnedID = {};
     // The name of the pinned source among the selectable ones; absent when it is not there.
-    std::optional<QString> pinnedName;
+    std::optional<QString> pinnedName = {};
     bool secureInput = false;
-    QString currentID;
+    QString currentID = {};
 };

@@ -9,10 +9,11 @@ QString textOf(const QVariant &value)
     return value.metaType() == QMetaType::fromType<QString>() ? value.toString() : QString();
 }
 
-// IBus and POSIX write a region or variant after "_" ("ja_JP", "zh_TW"), the
-// Apple platforms after "-" ("zh-Hant"); the language itself is the part
-// before either. Comparing that part keeps "ja_JP" Japanese without letting
-// "kok" (Konkani) pass for "ko".
+// IBus gives most engines a bare language ("ko" for hangul) and some a region
+// after "_", POSIX-style ("zh_CN", "ja_JP"); the Apple platforms add a script
+// or region after "-" ("zh-Hant"). Only the language before either counts, so
+// "ja_JP" is Japanese while "kok" (Konkani) is not Korean. Chinese needs no
+// such care: any code beginning with "zh" is Chinese.
 QString primaryLanguage(const QString &code)
 {
     static const QString separators = QStringLiteral("-_.@");

@@ -24,8 +24,6 @@ public:
     // such sources are switched through the focus helper.
     bool isCJKV() const;
 
-    const SourceProperties &properties() const { return m_properties; }
-
 private:
     QStringList languages() const;
 

@@ -2,7 +2,7 @@
 
 InputSources InputSources::none()
 {
-    const Observe cannotTell = [](QObject *, std::function<void()>) { return false; };
+    const auto cannotTell = [](QObject *, const std::function<void()> &) { return false; };
     return {[] { return QList<SourceProperties>(); },
             [](const QString &) { return QList<SourceProperties>(); },
             [] { return QString(); },

@@ -1,10 +1,9 @@
 #include "core/ConfigStore.h"
 #include "platform/Notifications.h"
 #include "support/Process.h"
+#include "support/Spin.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
-#include <QEventLoop>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
@@ -14,16 +13,6 @@
 namespace {
 
 const QString worker = QStringLiteral(TOLVAR_WORKER);
-
-// Runs the event loop until `done` or the time is up.
-bool spinUntil(const std::function<bool()> &done, int timeoutMs)
-{
-    QElapsedTimer timer;
-    timer.start();
-    while (!done() && timer.elapsed() < timeoutMs)
-        QCoreApplication::processEvents(QEventLoop::AllEvents | QEventLoop::WaitForMoreEvents, 20);
-    return done();
-}
 
 class NotificationsProcessTest : public testing::Test
 {

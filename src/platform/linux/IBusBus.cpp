@@ -1,7 +1,9 @@
 #include "platform/linux/IBusBus.h"
 
+#include "platform/linux/IBusNames.h"
+
 #include <QDBusError>
-#include <QDBusVariant>
+#include <QDBusMessage>
 #include <QMetaObject>
 #include <QMutexLocker>
 #include <QObject>
@@ -9,11 +11,6 @@
 #include <atomic>
 
 namespace {
-
-const QString ibusPath = QStringLiteral("/org/freedesktop/IBus");
-const QString ibusInterface = QStringLiteral("org.freedesktop.IBus");
-const QString configPath = QStringLiteral("/org/freedesktop/IBus/Config");
-const QString configInterface = QStringLiteral("org.freedesktop.IBus.Config");
 
 // Lives as a child of the observer's context, so that IBus's signals arrive on
 // the context's thread and stop with it.
@@ -30,8 +27,11 @@ public slots:
     void deliver() { m_callback(); }
 
     // The panel's list of engines is the enabled set; other settings do not matter here.
-    void valueChanged(const QString &section, const QString &name, const QDBusVariant &)
+    void valueChanged(const QDBusMessage &message)
     {
+        const QVariantList arguments = message.arguments();
+        const QString section = arguments.value(0).toString();
+        const QString name = arguments.value(1).toString();
         if (section == QLatin1String("general")
             && (name == QLatin1String("preload_engines") || name == QLatin1String("preload-engines")))
             m_callback();
@@ -73,14 +73,16 @@ bool IBusBus::observe(Change change, QObject *context, std::function<void()> cal
 {
     if (!context)
         return false;
-    const Subscription subscription{change, new ChangeReceiver(std::move(callback), context)};
+    auto *receiver = new ChangeReceiver(std::move(callback), nullptr);
+    receiver->moveToThread(context->thread());
+    receiver->setParent(context);
+    const Subscription subscription{change, receiver};
     const std::optional<QDBusConnection> bus = connection();
     const QMutexLocker locker(&m_mutex);
     m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
     m_subscriptions << subscription;
-    if (bus && bus->isConnected())
-        attach(*bus, subscription);
-    return true;
+    // Without IBus now, the subscription waits for the connection to come.
+    return !bus || attach(*bus, subscription);
 }
 
 std::optional<QDBusConnection> IBusBus::connection()
@@ -122,25 +124,25 @@ void IBusBus::disconnect()
     m_connectedAddress.clear();
 }
 
-void IBusBus::attach(const QDBusConnection &connection, const Subscription &subscription) const
+bool IBusBus::attach(const QDBusConnection &connection, const Subscription &subscription) const
 {
     QDBusConnection bus(connection);
     QObject *receiver = subscription.receiver.data();
     if (!receiver)
-        return;
+        return false;
     // Any sender: only IBus and its components speak on IBus's bus.
     switch (subscription.change) {
     case Change::Selected:
-        bus.connect(QString(), ibusPath, ibusInterface, QStringLiteral("GlobalEngineChanged"), receiver,
-                    SLOT(deliver()));
-        break;
+        return bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("GlobalEngineChanged"),
+                           receiver, SLOT(deliver()));
     case Change::Enabled:
-        bus.connect(QString(), configPath, configInterface, QStringLiteral("ValueChanged"), receiver,
-                    SLOT(valueChanged(QString, QString, QDBusVariant)));
         // Installed or removed engines change which enabled names IBus can describe.
-        bus.connect(QString(), ibusPath, ibusInterface, QStringLiteral("RegistryChanged"), receiver, SLOT(deliver()));
-        break;
+        return bus.connect(QString(), IBusNames::configPath, IBusNames::configInterface, QStringLiteral("ValueChanged"),
+                           receiver, SLOT(valueChanged(QDBusMessage)))
+               && bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("RegistryChanged"),
+                              receiver, SLOT(deliver()));
     }
+    return false;
 }
 
 #include "IBusBus.moc"

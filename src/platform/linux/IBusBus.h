@@ -15,7 +15,7 @@ class QObject;
 
 // The connection to the session's IBus daemon on IBus's own bus. The address is
 // asked for on every call, so a daemon that starts late, restarts or goes away
-// is followed without notice; calls never wait longer than callTimeoutMs.
+// is followed without notice; a call waits at most callTimeoutMs for its answer.
 class IBusBus
 {
 public:
@@ -45,7 +45,7 @@ private:
 
     std::optional<QDBusConnection> connection();
     void disconnect();
-    void attach(const QDBusConnection &connection, const Subscription &subscription) const;
+    bool attach(const QDBusConnection &connection, const Subscription &subscription) const;
 
     std::function<QString()> m_address;
     QMutex m_mutex;

@@ -33,6 +33,7 @@ std::optional<QVariantList> fieldsOf(const QVariant &value)
     return fields;
 }
 
+// IBus names one language per engine; an empty one is none.
 QVariant languagesOf(const QVariant &language)
 {
     if (language.metaType() != QMetaType::fromType<QString>())
@@ -69,7 +70,7 @@ std::optional<SourceProperties> properties(const QVariant &value)
     SourceProperties result;
     result.id = fields->value(Name);
     result.localizedName = fields->value(LongName);
-    result.languages = fields->size() > Language ? languagesOf(fields->at(Language)) : QVariant();
+    result.languages = languagesOf(fields->value(Language));
     setIcon(result, fields->value(Icon));
     // Every IBus engine is a keyboard source that can be selected.
     result.selectCapable = true;

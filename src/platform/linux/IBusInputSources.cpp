@@ -3,6 +3,7 @@
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusBus.h"
 #include "platform/linux/IBusEngineDesc.h"
+#include "platform/linux/IBusNames.h"
 
 #include <QDBusArgument>
 #include <QDBusError>
@@ -12,12 +13,6 @@
 
 namespace {
 
-const QString ibusService = QStringLiteral("org.freedesktop.IBus");
-const QString ibusPath = QStringLiteral("/org/freedesktop/IBus");
-const QString ibusInterface = QStringLiteral("org.freedesktop.IBus");
-const QString configService = QStringLiteral("org.freedesktop.IBus.Config");
-const QString configPath = QStringLiteral("/org/freedesktop/IBus/Config");
-const QString configInterface = QStringLiteral("org.freedesktop.IBus.Config");
 const QString propertiesInterface = QStringLiteral("org.freedesktop.DBus.Properties");
 
 QVariant firstArgument(const QDBusMessage &reply)
@@ -31,9 +26,9 @@ QVariant firstArgument(const QDBusMessage &reply)
 // IBus's configuration service, the same setting the IBus panel preloads from.
 QStringList preloadEngines(IBusBus &bus)
 {
-    const QVariant value = IBusEngineDesc::unwrap(
-        firstArgument(bus.call(configService, configPath, configInterface, QStringLiteral("GetValue"),
-                               {QStringLiteral("general"), QStringLiteral("preload_engines")})));
+    const QVariant value = IBusEngineDesc::unwrap(firstArgument(
+        bus.call(IBusNames::configService, IBusNames::configPath, IBusNames::configInterface,
+                 QStringLiteral("GetValue"), {QStringLiteral("general"), QStringLiteral("preload_engines")})));
     if (value.metaType() == QMetaType::fromType<QStringList>())
         return value.toStringList();
     if (value.metaType() == QMetaType::fromType<QDBusArgument>()) {
@@ -49,8 +44,8 @@ QVariantList engineDescs(IBusBus &bus, const QStringList &names)
 {
     if (names.isEmpty())
         return {};
-    const QVariant value =
-        firstArgument(bus.call(ibusService, ibusPath, ibusInterface, QStringLiteral("GetEnginesByNames"), {names}));
+    const QVariant value = firstArgument(bus.call(IBusNames::service, IBusNames::path, IBusNames::interface,
+                                                  QStringLiteral("GetEnginesByNames"), {names}));
     if (value.metaType() != QMetaType::fromType<QDBusArgument>())
         return {};
     const QDBusArgument argument = value.value<QDBusArgument>();
@@ -95,14 +90,15 @@ QList<SourceProperties> matching(IBusBus &bus, const QString &id)
 
 QString currentID(IBusBus &bus)
 {
-    const QDBusMessage reply = bus.call(ibusService, ibusPath, propertiesInterface, QStringLiteral("Get"),
-                                        {ibusInterface, QStringLiteral("GlobalEngine")});
+    const QDBusMessage reply = bus.call(IBusNames::service, IBusNames::path, propertiesInterface, QStringLiteral("Get"),
+                                        {IBusNames::interface, QStringLiteral("GlobalEngine")});
     return IBusEngineDesc::name(firstArgument(reply));
 }
 
 qint32 select(IBusBus &bus, const QString &id)
 {
-    const QDBusMessage reply = bus.call(ibusService, ibusPath, ibusInterface, QStringLiteral("SetGlobalEngine"), {id});
+    const QDBusMessage reply =
+        bus.call(IBusNames::service, IBusNames::path, IBusNames::interface, QStringLiteral("SetGlobalEngine"), {id});
     if (reply.type() == QDBusMessage::ReplyMessage)
         return 0;
     switch (QDBusError(reply).type()) {

@@ -1,0 +1,250 @@
+// The catalog and the input-source port against the private session's own
+// ibus-daemon, which scripts/private-session --ibus starts with the engines
+// xkb:us::eng (selected), xkb:de::deu and hangul.
+#include "core/Catalog.h"
+#include "platform/linux/IBusAddress.h"
+#include "platform/linux/IBusInputSources.h"
+
+#include "support/ParamName.h"
+#include "support/Process.h"
+#include "support/Spin.h"
+
+#include <QCoreApplication>
+#include <QTemporaryDir>
+#include <QThread>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString us = QStringLiteral("xkb:us::eng");
+const QString german = QStringLiteral("xkb:de::deu");
+const QString hangul = QStringLiteral("hangul");
+
+class IBusTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (IBusAddress::published().isEmpty())
+            GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
+    }
+
+    static bool onMainThread() { return QThread::currentThread() == QCoreApplication::instance()->thread(); }
+};
+
+using IBusCatalogTest = IBusTest;
+
+TEST_F(IBusCatalogTest, ChoicesAreThePreloadedEnginesInOrder)
+{
+    EXPECT_EQ(Catalog::choices(), (QList<InputChoice>{{us, QStringLiteral("English (US)")},
+                                                      {german, QStringLiteral("German")},
+                                                      {hangul, QStringLiteral("Hangul")}}));
+}
+
+TEST_F(IBusCatalogTest, ReportsTheSelectedEngine)
+{
+    EXPECT_EQ(InputSources::live().currentID(), us);
+}
+
+TEST_F(IBusCatalogTest, SelectsAnotherEngineAndReadsItBack)
+{
+    const InputSources system = InputSources::live();
+    for (const QString &id : {german, hangul, us}) {
+        const std::optional<Source> source = Catalog::find(id);
+        ASSERT_TRUE(source) << qPrintable(id);
+        EXPECT_EQ(system.select(source->id()), 0) << qPrintable(id);
+        EXPECT_EQ(system.currentID(), id);
+    }
+}
+
+TEST_F(IBusCatalogTest, UnknownEngineIsRefusedAndNothingChanges)
+{
+    const InputSources system = InputSources::live();
+    EXPECT_EQ(system.select(QStringLiteral("no-such-engine")), InputSources::refused);
+    EXPECT_EQ(system.currentID(), us);
+}
+
+TEST_F(IBusCatalogTest, ThemedIconsComeFromTheEngines)
+{
+    for (const QString &id : {us, hangul}) {
+        const std::optional<Source> source = Catalog::find(id);
+        ASSERT_TRUE(source);
+        const std::optional<QImage> icon = source->icon();
+        ASSERT_TRUE(icon) << qPrintable(id);
+        EXPECT_FALSE(icon->isNull());
+    }
+}
+
+TEST_F(IBusCatalogTest, SelectionMadeElsewhereIsAnnouncedOnTheMainThread)
+{
+    QObject context;
+    int announced = 0;
+    bool mainThread = false;
+    ASSERT_TRUE(InputSources::live().observeSelected(&context, [&] {
+        ++announced;
+        mainThread = onMainThread();
+    }));
+    // The ibus tool selects the engine, then fails to apply its layout with
+    // setxkbmap for want of a display; only the selection matters here.
+    ASSERT_TRUE(runProcess(QStringLiteral("ibus"), {QStringLiteral("engine"), hangul}).finished);
+    EXPECT_TRUE(spinUntil([&] { return announced > 0; }, 10000));
+    EXPECT_TRUE(mainThread);
+    EXPECT_EQ(InputSources::live().currentID(), hangul);
+}
+
+TEST_F(IBusCatalogTest, ObservingEndsWithTheContext)
+{
+    int announced = 0;
+    {
+        QObject gone;
+        ASSERT_TRUE(InputSources::live().observeSelected(&gone, [&] { ++announced; }));
+    }
+    QObject marker;
+    bool markerSeen = false;
+    ASSERT_TRUE(InputSources::live().observeSelected(&marker, [&] { markerSeen = true; }));
+    ASSERT_EQ(InputSources::live().select(hangul), 0);
+    ASSERT_TRUE(spinUntil([&] { return markerSeen; }, 10000));
+    EXPECT_EQ(announced, 0);
+}
+
+TEST_F(IBusCatalogTest, ChangedEngineListIsAnnouncedAndSeen)
+{
+    QObject context;
+    int announced = 0;
+    ASSERT_TRUE(InputSources::live().observeEnabled(&context, [&] { ++announced; }));
+    const ProcessResult result = runProcess(
+        QStringLiteral("gsettings"), {QStringLiteral("set"), QStringLiteral("org.freedesktop.ibus.general"),
+                                      QStringLiteral("preload-engines"), QStringLiteral("['hangul', 'xkb:us::eng']")});
+    ASSERT_EQ(result.exitCode, 0) << result.err.constData();
+    EXPECT_TRUE(spinUntil([&] { return announced > 0; }, 10000));
+    EXPECT_EQ(Catalog::choices(),
+              (QList<InputChoice>{{hangul, QStringLiteral("Hangul")}, {us, QStringLiteral("English (US)")}}));
+    EXPECT_FALSE(Catalog::find(german)) << "no longer enabled";
+}
+
+TEST_F(IBusCatalogTest, FollowsARestartedDaemon)
+{
+    const QString before = IBusAddress::published();
+    ASSERT_EQ(Catalog::choices().size(), 3);
+    QObject context;
+    int announced = 0;
+    ASSERT_TRUE(InputSources::live().observeSelected(&context, [&] { ++announced; }));
+
+    const ProcessResult restart =
+        runProcess(QStringLiteral("ibus"), {QStringLiteral("restart"), QStringLiteral("--type=direct")});
+    ASSERT_EQ(restart.exitCode, 0) << restart.err.constData();
+    ASSERT_TRUE(spinUntil(
+        [&] {
+            const QString now = IBusAddress::published();
+            return !now.isEmpty() && now != before && Catalog::choices().size() == 3;
+        },
+        10000));
+    EXPECT_EQ(InputSources::live().select(german), 0);
+    EXPECT_EQ(InputSources::live().currentID(), german);
+    EXPECT_TRUE(spinUntil([&] { return announced > 0; }, 10000)) << "the new daemon's selection went unnoticed";
+}
+
+TEST_F(IBusCatalogTest, DaemonStartedLaterIsFoundAtTheNextCall)
+{
+    // The daemon leaves its address file behind, pointing nowhere.
+    ASSERT_TRUE(runProcess(QStringLiteral("ibus"), {QStringLiteral("exit")}).finished);
+    ASSERT_TRUE(spinUntil([] { return Catalog::choices().isEmpty(); }, 10000));
+    EXPECT_EQ(InputSources::live().currentID(), QString());
+    EXPECT_EQ(InputSources::live().select(german), InputSources::unavailable);
+
+    QProcess daemon;
+    daemon.start(QStringLiteral("ibus-daemon"),
+                 {QStringLiteral("--panel=disable"), QStringLiteral("--emoji-extension=disable")});
+    ASSERT_TRUE(daemon.waitForStarted());
+    EXPECT_TRUE(spinUntil([] { return Catalog::choices().size() == 3; }, 10000));
+    EXPECT_EQ(InputSources::live().select(german), 0);
+    EXPECT_EQ(InputSources::live().currentID(), german);
+
+    // Its own way out, so that the engines it started leave with it.
+    runProcess(QStringLiteral("ibus"), {QStringLiteral("exit")});
+    if (!daemon.waitForFinished(10000))
+        daemon.kill();
+}
+
+// Whether an identifier leads to a selectable source, and how it is switched.
+struct FindCase
+{
+    const char *name;
+    QString id;
+    bool found;
+    bool cjkv;
+};
+
+class IBusFindTest : public IBusTest, public testing::WithParamInterface<FindCase>
+{
+};
+
+TEST_P(IBusFindTest, FindsEnabledEnginesOnly)
+{
+    const std::optional<Source> source = Catalog::find(GetParam().id);
+    ASSERT_EQ(source.has_value(), GetParam().found);
+    if (source) {
+        EXPECT_EQ(source->id(), GetParam().id);
+        EXPECT_EQ(source->isCJKV(), GetParam().cjkv);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(IBus, IBusFindTest,
+                         testing::Values(FindCase{"KoreanEngineGoesThroughFocus", hangul, true, true},
+                                         FindCase{"EnglishLayoutIsDirect", us, true, false},
+                                         FindCase{"GermanLayoutIsDirect", german, true, false},
+                                         FindCase{"InstalledButNotEnabled", QStringLiteral("xkb:fr::fra"), false,
+                                                  false},
+                                         FindCase{"Unknown", QStringLiteral("no-such-engine"), false, false},
+                                         FindCase{"CaseDiffers", QStringLiteral("Hangul"), false, false},
+                                         FindCase{"Empty", QString(), false, false}),
+                         ParamName());
+
+// IBus gone: every answer is empty, selecting fails, and nothing waits for long.
+struct AbsentCase
+{
+    const char *name;
+    QString address;
+};
+
+class IBusAbsentTest : public testing::TestWithParam<AbsentCase>
+{
+};
+
+TEST_P(IBusAbsentTest, NoSourcesAndSelectFails)
+{
+    const QTemporaryDir directory;
+    const QString address = QString(GetParam().address).replace(QStringLiteral("DIR"), directory.path());
+    const InputSources system = IBusInputSources::at([address] { return address; });
+    EXPECT_TRUE(Catalog::choices(system).isEmpty());
+    EXPECT_FALSE(Catalog::find(us, system));
+    EXPECT_EQ(system.currentID(), QString());
+    EXPECT_EQ(system.select(us), InputSources::unavailable);
+    EXPECT_FALSE(system.secureInput());
+}
+
+INSTANTIATE_TEST_SUITE_P(IBus, IBusAbsentTest,
+                         testing::Values(AbsentCase{"NoAddress", QString()},
+                                         AbsentCase{"SocketFileMissing", QStringLiteral("unix:path=DIR/no-ibus")},
+                                         AbsentCase{"AbstractSocketUnused",
+                                                    QStringLiteral("unix:abstract=DIR/no-ibus")},
+                                         AbsentCase{"Malformed", QStringLiteral("not an address")}),
+                         ParamName());
+
+// A program started with IBUS_ADDRESS pointing nowhere must not reach the
+// session's IBus, and must finish.
+TEST(IBusAddressTest, DeadIBusAddressWinsOverTheAddressFile)
+{
+    const QTemporaryDir directory;
+    qputenv("IBUS_ADDRESS", QStringLiteral("unix:path=%1/no-ibus").arg(directory.path()).toUtf8());
+    const QList<InputChoice> choices = Catalog::choices();
+    const QString current = InputSources::live().currentID();
+    const qint32 status = InputSources::live().select(german);
+    qunsetenv("IBUS_ADDRESS");
+    EXPECT_TRUE(choices.isEmpty());
+    EXPECT_EQ(current, QString());
+    EXPECT_NE(status, 0);
+}
+
+} // namespace

@@ -1,0 +1,21 @@
+#include <QGuiApplication>
+#include <QIcon>
+#include <QStandardPaths>
+#include <QStringList>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv)
+{
+    testing::InitGoogleTest(&argc, argv);
+    // Themed icons need the GUI's platform; the private session makes it offscreen.
+    const QGuiApplication application(argc, argv);
+    // The offscreen platform has no icon theme; give it the freedesktop one a
+    // desktop session would.
+    QStringList iconDirectories;
+    for (const QString &data : QStandardPaths::standardLocations(QStandardPaths::GenericDataLocation))
+        iconDirectories << data + QStringLiteral("/icons");
+    QIcon::setThemeSearchPaths(iconDirectories);
+    QIcon::setThemeName(QStringLiteral("hicolor"));
+    return RUN_ALL_TESTS();
+}
