@@ -1,43 +1,28 @@
 #include "core/InstanceLock.h"
 #include "support/ParamName.h"
+#include "support/Process.h"
 
+#include <QDir>
+#include <QFile>
 #include <QFileInfo>
-#include <QProcess>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
-#include <memory>
+#include <cerrno>
 
 namespace {
-
-const QString worker = QStringLiteral(TOLVAR_WORKER);
 
 class InstanceLockProcessTest : public testing::Test
 {
 protected:
-    QString path() const
-    {
-        return InstanceLock::fileIn(m_home.filePath(QStringLiteral("Library/Application Support/Tolvar")));
-    }
+    QString path() const { return InstanceLock::fileIn(m_home.filePath(QStringLiteral("Tolvar"))); }
 
-    // A separate process that takes the lock; returns what it reported.
-    QByteArray startHolder(QProcess &process) const
+    // Another process takes the lock and keeps it until its input closes; returns what it reported.
+    QByteArray startHolder(QProcess &holder) const
     {
-        process.start(worker, {QStringLiteral("hold-lock"), path()});
-        if (!process.waitForReadyRead(30000))
-            return process.readAllStandardError();
-        return process.readLine().trimmed();
-    }
-
-    static int finish(QProcess &process)
-    {
-        if (!process.waitForFinished(30000)) {
-            process.kill();
-            process.waitForFinished();
-            return -1;
-        }
-        return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
+        holder.start(QStringLiteral(TOLVAR_WORKER), {QStringLiteral("hold-lock"), path()});
+        return holder.waitForReadyRead(30000) ? holder.readLine().trimmed() : holder.readAllStandardError();
     }
 
     QTemporaryDir m_home;
@@ -55,16 +40,16 @@ TEST_F(InstanceLockProcessTest, ASecondHolderIsRefused)
 {
     QProcess first;
     ASSERT_EQ(startHolder(first), "held");
+    const QFileInfo file(path());
+    EXPECT_EQ(file.size(), 0);
+    EXPECT_EQ(file.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
+              QFile::ReadOwner | QFile::WriteOwner);
 
     QProcess second;
     EXPECT_EQ(startHolder(second), "busy");
-    EXPECT_EQ(finish(second), 1);
     InstanceLock here;
     EXPECT_FALSE(here.acquire(path()).value());
     EXPECT_TRUE(InstanceLock::isHeld(path()).value());
-
-    first.closeWriteChannel();
-    EXPECT_EQ(finish(first), 0);
 }
 
 struct EndingCase
@@ -88,7 +73,7 @@ TEST_P(InstanceLockEndingTest, FreesTheLock)
         holder.kill();
     else
         holder.closeWriteChannel();
-    finish(holder);
+    ASSERT_TRUE(holder.waitForFinished(30000));
 
     EXPECT_FALSE(InstanceLock::isHeld(path()).value());
     InstanceLock next;
@@ -98,5 +83,50 @@ TEST_P(InstanceLockEndingTest, FreesTheLock)
 INSTANTIATE_TEST_SUITE_P(, InstanceLockEndingTest,
                          testing::Values(EndingCase{"HolderQuits", false}, EndingCase{"HolderIsKilled", true}),
                          ParamName());
+
+struct OccupiedCase
+{
+    const char *name;
+    QStringList make; // a command that puts something at the path, given last
+    int acquireErrno; // 0: not tried
+    int isHeldErrno;
+};
+
+class InstanceLockOccupiedTest : public InstanceLockProcessTest, public testing::WithParamInterface<OccupiedCase>
+{
+};
+
+// Something other than a plain file at the path is an error, never a verdict.
+TEST_P(InstanceLockOccupiedTest, IsAnError)
+{
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path()).absolutePath()));
+    ASSERT_EQ(runProcess(GetParam().make.first(), GetParam().make.mid(1) << path()).exitCode, 0);
+
+    if (GetParam().acquireErrno != 0) {
+        InstanceLock lock;
+        const Expected<bool> acquired = lock.acquire(path());
+        ASSERT_FALSE(acquired.ok());
+        EXPECT_EQ(acquired.error(), Error::posix(GetParam().acquireErrno, path()));
+    }
+    const Expected<bool> held = InstanceLock::isHeld(path());
+    ASSERT_FALSE(held.ok());
+    EXPECT_EQ(held.error(), Error::posix(GetParam().isHeldErrno, path()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , InstanceLockOccupiedTest,
+    testing::Values(OccupiedCase{"Folder", {QStringLiteral("mkdir")}, EISDIR, EINVAL},
+                    OccupiedCase{"LinkToAFile",
+                                 {QStringLiteral("ln"), QStringLiteral("-s"), QStringLiteral("/bin/sh")},
+                                 ELOOP,
+                                 ELOOP},
+                    // Following it would create the target.
+                    OccupiedCase{"DanglingLink",
+                                 {QStringLiteral("ln"), QStringLiteral("-s"), QStringLiteral("missing-target")},
+                                 ELOOP,
+                                 ELOOP},
+                    // The probe must not wait for a writer to open the pipe.
+                    OccupiedCase{"FifoDoesNotHangTheProbe", {QStringLiteral("mkfifo")}, 0, EINVAL}),
+    ParamName());
 
 } // namespace
