@@ -1,6 +1,7 @@
 // Drives the configuration store and the notifications from a separate
 // process, so the tests can race real processes against each other.
 #include "core/ConfigStore.h"
+#include "core/InstanceLock.h"
 #include "platform/Notifications.h"
 
 #include <QCoreApplication>
@@ -100,6 +101,25 @@ int child(const QString &behaviour, int value)
     return 0;
 }
 
+// Takes the instance lock and keeps it until its standard input closes, or
+// until it is killed.
+int holdLock(const QString &path)
+{
+    InstanceLock lock;
+    const Expected<bool> acquired = lock.acquire(path);
+    if (!acquired) {
+        std::printf("error %s\n", qPrintable(acquired.error().description()));
+        return 2;
+    }
+    std::puts(acquired.value() ? "held" : "busy");
+    std::fflush(stdout);
+    if (!acquired.value())
+        return 1;
+    while (std::getchar() != EOF) {
+    }
+    return 0;
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -125,6 +145,10 @@ int main(int argc, char **argv)
         return child(args[1], args[2].toInt());
     if (mode == QLatin1String("without-bus"))
         return withoutBus();
-    std::fprintf(stderr, "usage: tolvar_test_worker mutate|mutate-announced|write|read|post|observe|without-bus ...\n");
+    if (mode == QLatin1String("hold-lock") && args.size() == 2)
+        return holdLock(args[1]);
+    std::fprintf(
+        stderr,
+        "usage: tolvar_test_worker mutate|mutate-announced|write|read|post|observe|without-bus|hold-lock ...\n");
     return 64;
 }

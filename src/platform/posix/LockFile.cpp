@@ -11,8 +11,10 @@
 Expected<LockFile> LockFile::open(const QString &path, Access access)
 {
     const QByteArray native = path.toLocal8Bit();
+    // A read-only open only probes: it must not wait for a writer when a FIFO
+    // stands in the lock file's place.
     const int flags = access == Access::ReadWriteCreate ? O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC
-                                                        : O_RDONLY | O_NOFOLLOW | O_CLOEXEC;
+                                                        : O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
     const int descriptor = ::open(native.constData(), flags, S_IRUSR | S_IWUSR);
     if (descriptor < 0)
         return Error::posix(errno, path);

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "LaunchctlResult.h"
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+// What the login agent needs from the platform's per-user service manager:
+// where the agent's definition lives, what it says, and the command line for
+// each question and change. Every command line runs `program`; a status other
+// than 0 is a failure, and the loaded question is answered by the status alone.
+struct ServiceManager
+{
+    // How the service manager marks the agent, read from the disabled question's answer.
+    enum class Mark { NotDisabled, Disabled, Unreadable, QueryFailed };
+
+    QString program;
+    // Absolute path of the file that defines the agent.
+    QString agentFile;
+    // The definition that starts this executable with "background".
+    std::function<QByteArray(const QString &executable)> agentContent;
+    QStringList loadedQuery;
+    QStringList disabledQuery;
+    std::function<Mark(const LaunchctlResult &answer)> readMark;
+    QStringList enable;
+    QStringList load;
+    QStringList disable;
+    QStringList unload;
+
+    // This platform's service manager for the current user.
+    static ServiceManager live();
+};

@@ -1,0 +1,132 @@
+#include "core/InstanceLock.h"
+#include "support/ParamName.h"
+#include "support/Process.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+namespace {
+
+class InstanceLockProcessTest : public testing::Test
+{
+protected:
+    QString path() const { return InstanceLock::fileIn(m_home.filePath(QStringLiteral("Tolvar"))); }
+
+    // Another process takes the lock and keeps it until its input closes; returns what it reported.
+    QByteArray startHolder(QProcess &holder) const
+    {
+        holder.start(QStringLiteral(TOLVAR_WORKER), {QStringLiteral("hold-lock"), path()});
+        return holder.waitForReadyRead(30000) ? holder.readLine().trimmed() : holder.readAllStandardError();
+    }
+
+    QTemporaryDir m_home;
+};
+
+TEST_F(InstanceLockProcessTest, NothingIsHeldBeforeTheFirstInstanceAndNothingIsCreated)
+{
+    const Expected<bool> held = InstanceLock::isHeld(path());
+    ASSERT_TRUE(held.ok()) << qPrintable(held.error().description());
+    EXPECT_FALSE(held.value());
+    EXPECT_FALSE(QFileInfo::exists(QFileInfo(path()).absolutePath()));
+}
+
+TEST_F(InstanceLockProcessTest, ASecondHolderIsRefused)
+{
+    QProcess first;
+    ASSERT_EQ(startHolder(first), "held");
+    const QFileInfo file(path());
+    EXPECT_EQ(file.size(), 0);
+    EXPECT_EQ(file.permissions() & ~(QFile::ReadUser | QFile::WriteUser | QFile::ExeUser),
+              QFile::ReadOwner | QFile::WriteOwner);
+
+    QProcess second;
+    EXPECT_EQ(startHolder(second), "busy");
+    InstanceLock here;
+    EXPECT_FALSE(here.acquire(path()).value());
+    EXPECT_TRUE(InstanceLock::isHeld(path()).value());
+}
+
+struct EndingCase
+{
+    const char *name;
+    bool killed;
+};
+
+class InstanceLockEndingTest : public InstanceLockProcessTest, public testing::WithParamInterface<EndingCase>
+{
+};
+
+// However the holder ends, the kernel frees the lock with it.
+TEST_P(InstanceLockEndingTest, FreesTheLock)
+{
+    QProcess holder;
+    ASSERT_EQ(startHolder(holder), "held");
+    ASSERT_TRUE(InstanceLock::isHeld(path()).value());
+
+    if (GetParam().killed)
+        holder.kill();
+    else
+        holder.closeWriteChannel();
+    ASSERT_TRUE(holder.waitForFinished(30000));
+
+    EXPECT_FALSE(InstanceLock::isHeld(path()).value());
+    InstanceLock next;
+    EXPECT_TRUE(next.acquire(path()).value());
+}
+
+INSTANTIATE_TEST_SUITE_P(, InstanceLockEndingTest,
+                         testing::Values(EndingCase{"HolderQuits", false}, EndingCase{"HolderIsKilled", true}),
+                         ParamName());
+
+struct OccupiedCase
+{
+    const char *name;
+    QStringList make; // a command that puts something at the path, given last
+    int acquireErrno; // 0: not tried
+    int isHeldErrno;
+};
+
+class InstanceLockOccupiedTest : public InstanceLockProcessTest, public testing::WithParamInterface<OccupiedCase>
+{
+};
+
+// Something other than a plain file at the path is an error, never a verdict.
+TEST_P(InstanceLockOccupiedTest, IsAnError)
+{
+    ASSERT_TRUE(QDir().mkpath(QFileInfo(path()).absolutePath()));
+    ASSERT_EQ(runProcess(GetParam().make.first(), GetParam().make.mid(1) << path()).exitCode, 0);
+
+    if (GetParam().acquireErrno != 0) {
+        InstanceLock lock;
+        const Expected<bool> acquired = lock.acquire(path());
+        ASSERT_FALSE(acquired.ok());
+        EXPECT_EQ(acquired.error(), Error::posix(GetParam().acquireErrno, path()));
+    }
+    const Expected<bool> held = InstanceLock::isHeld(path());
+    ASSERT_FALSE(held.ok());
+    EXPECT_EQ(held.error(), Error::posix(GetParam().isHeldErrno, path()));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    , InstanceLockOccupiedTest,
+    testing::Values(OccupiedCase{"Folder", {QStringLiteral("mkdir")}, EISDIR, EINVAL},
+                    OccupiedCase{"LinkToAFile",
+                                 {QStringLiteral("ln"), QStringLiteral("-s"), QStringLiteral("/bin/sh")},
+                                 ELOOP,
+                                 ELOOP},
+                    // Following it would create the target.
+                    OccupiedCase{"DanglingLink",
+                                 {QStringLiteral("ln"), QStringLiteral("-s"), QStringLiteral("missing-target")},
+                                 ELOOP,
+                                 ELOOP},
+                    // The probe must not wait for a writer to open the pipe.
+                    OccupiedCase{"FifoDoesNotHangTheProbe", {QStringLiteral("mkfifo")}, 0, EINVAL}),
+    ParamName());
+
+} // namespace

@@ -1,0 +1,53 @@
+#include "platform/ProgramRunner.h"
+#include "support/ParamName.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+struct RunCase
+{
+    const char *name;
+    QString program;
+    QString script;
+    LaunchctlResult expected;
+};
+
+class ProgramRunnerTest : public testing::TestWithParam<RunCase>
+{
+};
+
+TEST_P(ProgramRunnerTest, ReportsStatusAndStandardOutput)
+{
+    const LaunchctlResult result = ProgramRunner::run(
+        GetParam().program, {QStringLiteral("-c"), GetParam().script, QStringLiteral("not-a-shell")});
+    EXPECT_EQ(result.status, GetParam().expected.status);
+    EXPECT_EQ(result.output.toStdString(), GetParam().expected.output.toStdString());
+}
+
+const QString shell = QStringLiteral("/bin/sh");
+
+INSTANTIATE_TEST_SUITE_P(
+    , ProgramRunnerTest,
+    testing::Values(
+        RunCase{"StandardErrorIsDiscarded",
+                shell,
+                QStringLiteral("echo hi; echo err >&2; exit 3"),
+                {3, QStringLiteral("hi\n")}},
+        // Arguments reach the program as they are, never through a shell.
+        RunCase{"ArgumentsAreNotInterpreted",
+                shell,
+                QStringLiteral("printf '%s' \"$0\""),
+                {0, QStringLiteral("not-a-shell")}},
+        RunCase{"ProgramThatCannotStart", QStringLiteral("/nonexistent/program"), QString(), {1, QString()}},
+        RunCase{"KilledBySignal", shell, QStringLiteral("kill -9 $$"), {9, QString()}},
+        RunCase{"InvalidUtf8IsRepaired", shell, QStringLiteral("printf 'a\\377b'"), {0, QStringLiteral("a\uFFFDb")}},
+        // More than a pipe holds: the reader must keep draining while the program runs.
+        RunCase{"LongOutputIsReadToTheEnd",
+                shell,
+                QStringLiteral("head -c 1000000 /dev/zero | tr '\\0' a"),
+                {0, QString(1000000, QLatin1Char('a'))}},
+        RunCase{"StandardInputIsEmpty", shell, QStringLiteral("cat; echo done"), {0, QStringLiteral("done\n")}}),
+    ParamName());
+
+} // namespace

@@ -1,0 +1,407 @@
+#include "core/AgentController.h"
+#include "core/AgentError.h"
+#include "platform/LaunchdService.h"
+#include "platform/SystemdService.h"
+#include "support/ParamName.h"
+
+#include <QDir>
+#include <QFile>
+#include <QFileInfo>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+enum class Step { DisabledQuery, LoadedQuery, Enable, Load, Disable, Unload };
+enum class State { NotDisabled, Disabled, Unreadable };
+// What stands at the agent file's or the command link's path.
+enum class Place { Nothing, NewFile, OldFile, Folder, CorrectLink, OtherLink, RegularFile };
+enum class Fault { None, Unrunnable, RefuseLink, RefuseRemove };
+enum class Outcome {
+    Ok,
+    NotExecutable,
+    CommandConflict,
+    StateUnavailable,
+    ReadFailed,
+    PlistConflict,
+    StepFailed,
+    LinkRefused,
+    RollbackFailed
+};
+using enum Step;
+using enum State;
+using enum Place;
+using enum Fault;
+using enum Outcome;
+
+// A service manager, the exact command line of each step, and its answer for each State.
+struct Variant
+{
+    const char *name;
+    std::function<ServiceManager(const QString &home)> make;
+    std::function<QStringList(Step, const QString &home)> line;
+    const char *verbs[6];
+    LaunchctlResult answers[3];
+};
+
+const Variant variants[] = {
+    {"launchd",
+     [](const QString &home) { return LaunchdService::manager(home, 501); },
+     [](Step step, const QString &home) {
+         const QString verb = QLatin1String(variants[0].verbs[static_cast<int>(step)]);
+         if (step == DisabledQuery)
+             return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501")};
+         if (step == Load)
+             return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501"),
+                                home + QStringLiteral("/Library/LaunchAgents/app.tolvar.plist")};
+         return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501/app.tolvar")};
+     },
+     {"print-disabled", "print", "enable", "bootstrap", "disable", "bootout"},
+     {{0, QStringLiteral("disabled services = {\n\t\"com.example.other\" => disabled\n}\n")},
+      {0, QStringLiteral("disabled services = {\n\t\"app.tolvar\" => disabled\n}\n")},
+      {0, QStringLiteral("Unrecognized subcommand\n")}}},
+    {"systemd",
+     [](const QString &home) { return SystemdService::manager(home + QStringLiteral("/.config")); },
+     [](Step step, const QString &) {
+         return QStringList{QStringLiteral("systemctl"), QStringLiteral("--user"),
+                            QLatin1String(variants[1].verbs[static_cast<int>(step)]),
+                            QStringLiteral("app.tolvar.service")};
+     },
+     {"is-enabled", "is-active", "enable", "start", "disable", "stop"},
+     {{0, QStringLiteral("enabled\n")}, {1, QStringLiteral("disabled\n")}, {0, QStringLiteral("static\n")}}},
+};
+
+constexpr int failedStatus = 5;
+
+// A temporary home with a real executable reached through a symbolic link, and
+// a scripted service manager that records every command line it is given.
+class Scene
+{
+public:
+    Scene(const Variant &variant, State state, bool loaded, std::vector<Step> failing)
+        : m_variant(variant)
+        , m_manager(variant.make(m_home.path()))
+        , m_state(state)
+        , m_loaded(loaded)
+        , m_failing(std::move(failing))
+    {
+        QDir().mkpath(m_home.filePath(QStringLiteral("opt")));
+        QFile file(m_home.filePath(QStringLiteral("opt/tolvar")));
+        file.open(QIODevice::WriteOnly);
+        file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
+        m_executable = QFileInfo(file).canonicalFilePath();
+        QFile::link(m_executable, givenExecutable());
+    }
+
+    AgentController controller() const
+    {
+        return AgentController(m_home.path(), m_manager, files,
+                               [this](const QString &program, const QStringList &arguments) {
+                                   return answer(QStringList{program} + arguments);
+                               });
+    }
+
+    void put(const QString &path, Place place) const
+    {
+        QDir().mkpath(QFileInfo(path).absolutePath());
+        QFile file(path);
+        if ((place == OldFile || place == RegularFile) && file.open(QIODevice::WriteOnly))
+            file.write(place == OldFile ? "previous" : "x");
+        if (place == Folder)
+            QDir().mkpath(path);
+        if (place == CorrectLink || place == OtherLink)
+            QFile::link(place == CorrectLink ? m_executable : QStringLiteral("/bin/sh"), path);
+    }
+
+    Place at(const QString &path) const
+    {
+        const QFileInfo info(path);
+        if (info.isSymLink())
+            return info.symLinkTarget() == m_executable ? CorrectLink : OtherLink;
+        if (info.isDir() || !info.exists())
+            return info.isDir() ? Folder : Nothing;
+        QFile file(path);
+        file.open(QIODevice::ReadOnly);
+        const QByteArray bytes = file.readAll();
+        if (bytes == m_manager.agentContent(m_executable))
+            return NewFile;
+        return bytes == "previous" ? OldFile : RegularFile;
+    }
+
+    std::vector<std::string> lines(const std::vector<Step> &steps) const
+    {
+        std::vector<std::string> out;
+        out.reserve(steps.size());
+        for (const Step step : steps)
+            out.push_back(m_variant.line(step, m_home.path()).join(QLatin1Char(' ')).toStdString());
+        return out;
+    }
+
+    Expected<void> expected(Outcome outcome) const
+    {
+        const auto failed = [&](Step step) {
+            return AgentError::commandFailed(QLatin1String(m_variant.verbs[static_cast<int>(step)]), failedStatus);
+        };
+        switch (outcome) {
+        case Ok: return {};
+        case NotExecutable: return AgentError::executable(m_executable);
+        case CommandConflict: return AgentError::commandConflict(commandLink());
+        case StateUnavailable: return AgentError::stateUnavailable();
+        case ReadFailed: return Error::posix(EISDIR, agentFile());
+        case PlistConflict: return AgentError::plistConflict(agentFile());
+        case StepFailed: return failed(m_failing.front());
+        case LinkRefused: return Error::posix(EACCES, commandLink());
+        case RollbackFailed:
+            return AgentError::rollback(
+                failed(Load), {Error::posix(EACCES, agentFile()).description(), failed(Disable).description()});
+        }
+        return {};
+    }
+
+    QString agentFile() const { return m_manager.agentFile; }
+    QString commandLink() const { return m_home.filePath(QStringLiteral(".local/bin/tolvar")); }
+    QString givenExecutable() const { return m_home.filePath(QStringLiteral("tolvar-link")); }
+    const std::vector<std::string> &ran() const { return m_ran; }
+
+    FileOperations files = FileOperations::live();
+
+private:
+    LaunchctlResult answer(const QStringList &line) const
+    {
+        m_ran.push_back(line.join(QLatin1Char(' ')).toStdString());
+        for (const Step step : {DisabledQuery, LoadedQuery, Enable, Load, Disable, Unload}) {
+            if (line != m_variant.line(step, m_home.path()))
+                continue;
+            if (step == DisabledQuery)
+                return m_variant.answers[static_cast<int>(m_state)];
+            if (step == LoadedQuery)
+                return {m_loaded ? 0 : 3, QString()};
+            return {std::count(m_failing.begin(), m_failing.end(), step) ? failedStatus : 0, QString()};
+        }
+        ADD_FAILURE() << "unexpected command line: " << m_ran.back();
+        return {1, QString()};
+    }
+
+    QTemporaryDir m_home;
+    const Variant &m_variant;
+    ServiceManager m_manager;
+    State m_state;
+    bool m_loaded;
+    std::vector<Step> m_failing;
+    QString m_executable;
+    mutable std::vector<std::string> m_ran;
+};
+
+std::string described(const Expected<void> &result)
+{
+    return result ? std::string("ok") : result.error().description().toStdString();
+}
+
+Expected<void> refuse(const QString &path)
+{
+    return Error::posix(EACCES, path);
+}
+
+void inject(Fault fault, FileOperations &files)
+{
+    if (fault == Unrunnable)
+        files.isExecutableFile = [](const QString &) { return false; };
+    if (fault == RefuseLink)
+        files.createLink = [](const QString &link, const QString &) { return refuse(link); };
+    if (fault == RefuseRemove)
+        files.remove = refuse;
+}
+
+struct InstallCase
+{
+    const char *name;
+    bool installCommand;
+    Place agentFile;
+    Place commandLink;
+    State state;
+    bool loaded;
+    std::vector<Step> failing;
+    Fault fault;
+    std::vector<Step> steps;
+    Outcome outcome;
+    Place agentFileAfter;
+    Place commandLinkAfter;
+};
+
+class AgentInstallTest : public testing::TestWithParam<InstallCase>
+{
+};
+
+TEST_P(AgentInstallTest, DrivesTheServiceManagerAndUndoesFailures)
+{
+    const InstallCase &row = GetParam();
+    for (const Variant &variant : variants) {
+        SCOPED_TRACE(variant.name);
+        Scene scene(variant, row.state, row.loaded, row.failing);
+        scene.put(scene.agentFile(), row.agentFile);
+        scene.put(scene.commandLink(), row.commandLink);
+        inject(row.fault, scene.files);
+
+        const Expected<void> result = scene.controller().install(scene.givenExecutable(), row.installCommand);
+
+        EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
+        EXPECT_EQ(scene.ran(), scene.lines(row.steps));
+        EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
+        EXPECT_EQ(scene.at(scene.commandLink()), row.commandLinkAfter);
+    }
+}
+
+const std::vector<Step> fullInstall = {DisabledQuery, LoadedQuery, Enable, Load};
+
+// Each row: with the command link?, agent file and command link before, disabled mark, loaded?, failing
+// commands, file fault; then the commands run, the outcome, agent file and command link after.
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(, AgentInstallTest, testing::Values(
+    InstallCase{"FreshInstallEnablesAndLoads",
+                false, Nothing, Nothing, NotDisabled, false, {}, None,
+                fullInstall, Ok, NewFile, Nothing},
+    InstallCase{"CommandLinkLeadsToTheResolvedExecutable",
+                true, Nothing, Nothing, NotDisabled, false, {}, None,
+                fullInstall, Ok, NewFile, CorrectLink},
+    InstallCase{"LoadedAgentIsNotLoadedAgain",
+                false, Nothing, Nothing, NotDisabled, true, {}, None,
+                {DisabledQuery, LoadedQuery, Enable}, Ok, NewFile, Nothing},
+    InstallCase{"UnrunnableExecutableChangesNothing",
+                false, Nothing, Nothing, NotDisabled, false, {}, Unrunnable,
+                {}, NotExecutable, Nothing, Nothing},
+    InstallCase{"RegularFileAtTheCommandLinkConflicts",
+                true, Nothing, RegularFile, NotDisabled, false, {}, None,
+                {}, CommandConflict, Nothing, RegularFile},
+    InstallCase{"LinkToAnotherProgramConflicts",
+                true, Nothing, OtherLink, NotDisabled, false, {}, None,
+                {}, CommandConflict, Nothing, OtherLink},
+    InstallCase{"UnreadableStateKeepsThePreviousFile",
+                false, OldFile, Nothing, Unreadable, false, {}, None,
+                {DisabledQuery}, StateUnavailable, OldFile, Nothing},
+    InstallCase{"FolderAtTheAgentFileCannotBeRead",
+                false, Folder, Nothing, NotDisabled, false, {}, None,
+                {}, ReadFailed, Folder, Nothing},
+    InstallCase{"FailingLoadRestoresBytesLinkAndDisabledMark",
+                true, OldFile, Nothing, Disabled, false, {Load}, None,
+                {DisabledQuery, LoadedQuery, Enable, Load, Disable}, StepFailed, OldFile, Nothing},
+    InstallCase{"FailingLoadRemovesTheNewFile",
+                false, Nothing, Nothing, NotDisabled, false, {Load}, None,
+                fullInstall, StepFailed, Nothing, Nothing},
+    InstallCase{"LinkThatWasAlreadyThereSurvivesTheRollback",
+                true, Nothing, CorrectLink, NotDisabled, false, {Load}, None,
+                fullInstall, StepFailed, Nothing, CorrectLink},
+    InstallCase{"FailingEnableLeavesTheDisabledMarkAlone",
+                true, Nothing, Nothing, Disabled, false, {Enable}, None,
+                {DisabledQuery, LoadedQuery, Enable}, StepFailed, Nothing, Nothing},
+    InstallCase{"RefusedLinkNeitherRemovesALinkNorDisables",
+                true, Nothing, Nothing, Disabled, false, {}, RefuseLink,
+                {DisabledQuery, LoadedQuery}, LinkRefused, Nothing, Nothing},
+    InstallCase{"FailedRollbackReportsEveryFailure",
+                false, Nothing, Nothing, Disabled, false, {Load, Disable}, RefuseRemove,
+                {DisabledQuery, LoadedQuery, Enable, Load, Disable}, RollbackFailed, NewFile, Nothing}),
+    ParamName());
+// clang-format on
+
+TEST(AgentInstallLaunchdTest, FailedPrintDisabledIsACommandFailure)
+{
+    QTemporaryDir home;
+    const AgentController controller(home.path(), LaunchdService::manager(home.path(), 501), FileOperations::live(),
+                                     [](const QString &, const QStringList &) {
+                                         return LaunchctlResult{113, {}};
+                                     });
+    EXPECT_EQ(described(controller.install(QStringLiteral("/bin/sh"), false)),
+              described(AgentError::commandFailed(QStringLiteral("print-disabled"), 113)));
+    EXPECT_FALSE(QFileInfo::exists(controller.agentFile()));
+}
+
+struct UninstallCase
+{
+    const char *name;
+    Place agentFile;
+    bool stop;
+    bool loaded;
+    std::vector<Step> failing;
+    std::vector<Step> steps;
+    Outcome outcome;
+    Place agentFileAfter;
+};
+
+class AgentUninstallTest : public testing::TestWithParam<UninstallCase>
+{
+};
+
+TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
+{
+    const UninstallCase &row = GetParam();
+    for (const Variant &variant : variants) {
+        SCOPED_TRACE(variant.name);
+        Scene scene(variant, NotDisabled, row.loaded, row.failing);
+        const bool installed = row.agentFile == NewFile;
+        if (installed) {
+            ASSERT_TRUE(scene.controller().install(scene.givenExecutable(), true).ok());
+        }
+        scene.put(scene.agentFile(), row.agentFile);
+        const auto before = static_cast<long>(scene.ran().size());
+
+        const Expected<void> result = scene.controller().uninstall(row.stop);
+
+        EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
+        EXPECT_EQ(std::vector(scene.ran().begin() + before, scene.ran().end()), scene.lines(row.steps));
+        EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
+        EXPECT_EQ(scene.at(scene.commandLink()), installed ? CorrectLink : Nothing)
+            << "uninstalling leaves the command link";
+    }
+}
+
+// Each row: agent file before, stop the running agent?, loaded?, failing commands; then the commands run,
+// the outcome and the agent file after.
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::Values(
+    UninstallCase{"RemovesTheFileAndMarksTheAgentDisabled", NewFile, false, false, {}, {Disable}, Ok, Nothing},
+    UninstallCase{"NeverUnloadsWithoutBeingAsked", NewFile, false, true, {}, {Disable}, Ok, Nothing},
+    UninstallCase{"StopsTheRunningAgentWhenAsked", NewFile, true, true, {}, {Disable, LoadedQuery, Unload}, Ok, Nothing},
+    UninstallCase{"NothingToStop", NewFile, true, false, {}, {Disable, LoadedQuery}, Ok, Nothing},
+    UninstallCase{"MissingFileIsStillDisabled", Nothing, false, false, {}, {Disable}, Ok, Nothing},
+    UninstallCase{"FolderAtTheAgentFileConflicts", Folder, false, false, {}, {}, PlistConflict, Folder},
+    UninstallCase{"FailingDisableStopsNothing", NewFile, true, true, {Disable}, {Disable}, StepFailed, Nothing}),
+    ParamName());
+// clang-format on
+
+struct LoginCase
+{
+    const char *name;
+    bool installed;
+    State state;
+    bool enabled;
+};
+
+class AgentLoginEnabledTest : public testing::TestWithParam<LoginCase>
+{
+};
+
+TEST_P(AgentLoginEnabledTest, NeedsTheFileAndNoDisabledMark)
+{
+    for (const Variant &variant : variants) {
+        SCOPED_TRACE(variant.name);
+        Scene scene(variant, GetParam().state, false, {});
+        scene.put(scene.agentFile(), GetParam().installed ? OldFile : Nothing);
+        EXPECT_EQ(scene.controller().isLoginEnabled(), GetParam().enabled);
+        EXPECT_EQ(scene.ran(), scene.lines(GetParam().installed ? std::vector{DisabledQuery} : std::vector<Step>{}));
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(, AgentLoginEnabledTest,
+                         testing::Values(LoginCase{"NotInstalled", false, NotDisabled, false},
+                                         LoginCase{"Installed", true, NotDisabled, true},
+                                         LoginCase{"MarkedDisabled", true, Disabled, false},
+                                         LoginCase{"UnreadableStateCountsAsOff", true, Unreadable, false}),
+                         ParamName());
+
+} // namespace
