@@ -4,10 +4,7 @@
 #include "core/CLI.h"
 
 #include <QCoreApplication>
-#include <QFile>
 #include <QtGlobal>
-
-#include <cstdio>
 
 int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
 {
@@ -25,11 +22,8 @@ int runFocusHelper(int &argc, char **argv, const QString &identifier)
 
 int runCommandLine(int &argc, char **argv, const QStringList &arguments)
 {
-    // An application object without an event loop: enough for the session bus.
+    // The session bus and a one-shot switch need an application object; only
+    // set and apply run its event loop.
     const QCoreApplication application(argc, argv);
-    QFile out;
-    QFile err;
-    out.open(stdout, QIODevice::WriteOnly);
-    err.open(stderr, QIODevice::WriteOnly);
-    return CLI::main(arguments, out, err);
+    return CLI::main(arguments);
 }

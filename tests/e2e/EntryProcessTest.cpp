@@ -130,8 +130,8 @@ TEST_P(EntryRefusalTest, UsageOnStandardErrorOnly)
 INSTANTIATE_TEST_SUITE_P(Entry, EntryRefusalTest,
                          testing::Values(RefusedCase{"UnknownWord", {QStringLiteral("lsit")}},
                                          RefusedCase{"CapitalisedGui", {QStringLiteral("GUI")}},
-                                         RefusedCase{"HelpWithJson",
-                                                     {QStringLiteral("help"), QStringLiteral("--json")}}),
+                                         RefusedCase{"HelpAfterACommand",
+                                                     {QStringLiteral("status"), QStringLiteral("--help")}}),
                          ParamName());
 
 } // namespace

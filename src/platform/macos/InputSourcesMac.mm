@@ -1,0 +1,182 @@
+#include "platform/InputSources.h"
+#include "platform/Notifications.h"
+
+#include <QImage>
+#include <QUrl>
+
+#import <AppKit/AppKit.h>
+#include <Carbon/Carbon.h>
+
+// Text Input Sources, property by property, as the port's bags.
+namespace {
+
+QVariant stringProperty(TISInputSourceRef source, CFStringRef key)
+{
+    const auto value = static_cast<CFTypeRef>(TISGetInputSourceProperty(source, key));
+    if (!value)
+        return {};
+    if (CFGetTypeID(value) != CFStringGetTypeID())
+        return QVariant::fromValue(quintptr(value)); // present, but not text
+    return QString::fromCFString(static_cast<CFStringRef>(value));
+}
+
+QVariant boolProperty(TISInputSourceRef source, CFStringRef key)
+{
+    const auto value = static_cast<CFTypeRef>(TISGetInputSourceProperty(source, key));
+    if (!value)
+        return {};
+    if (CFGetTypeID(value) != CFBooleanGetTypeID())
+        return QVariant::fromValue(quintptr(value));
+    return bool(CFBooleanGetValue(static_cast<CFBooleanRef>(value)));
+}
+
+QVariant languagesProperty(TISInputSourceRef source)
+{
+    const auto value = static_cast<CFTypeRef>(TISGetInputSourceProperty(source, kTISPropertyInputSourceLanguages));
+    if (!value)
+        return {};
+    if (CFGetTypeID(value) != CFArrayGetTypeID())
+        return QVariant::fromValue(quintptr(value));
+    QStringList languages;
+    const auto array = static_cast<CFArrayRef>(value);
+    for (CFIndex i = 0; i < CFArrayGetCount(array); ++i) {
+        const void *item = CFArrayGetValueAtIndex(array, i);
+        if (CFGetTypeID(item) != CFStringGetTypeID())
+            return QVariant::fromValue(quintptr(value));
+        languages << QString::fromCFString(static_cast<CFStringRef>(item));
+    }
+    return languages;
+}
+
+QVariant iconURLProperty(TISInputSourceRef source)
+{
+    const auto value = static_cast<CFTypeRef>(TISGetInputSourceProperty(source, kTISPropertyIconImageURL));
+    if (!value)
+        return {};
+    if (CFGetTypeID(value) != CFURLGetTypeID())
+        return QVariant::fromValue(quintptr(value));
+    return QUrl::fromCFURL(static_cast<CFURLRef>(value));
+}
+
+QImage imageOf(NSImage *image)
+{
+    CGImageRef cgImage = [image CGImageForProposedRect:nullptr context:nil hints:nil];
+    if (!cgImage)
+        return {};
+    QImage result(int(CGImageGetWidth(cgImage)), int(CGImageGetHeight(cgImage)), QImage::Format_ARGB32_Premultiplied);
+    result.fill(Qt::transparent);
+    CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
+    CGContextRef context =
+        CGBitmapContextCreate(result.bits(), result.width(), result.height(), 8, result.bytesPerLine(), space,
+                              kCGImageAlphaPremultipliedFirst | kCGBitmapByteOrder32Host);
+    CGContextDrawImage(context, CGRectMake(0, 0, result.width(), result.height()), cgImage);
+    CGContextRelease(context);
+    CGColorSpaceRelease(space);
+    return result;
+}
+
+QVariant iconReferenceProperty(TISInputSourceRef source)
+{
+    const auto reference = static_cast<IconRef>(TISGetInputSourceProperty(source, kTISPropertyIconRef));
+    if (!reference)
+        return {};
+    NSImage *image = [[NSImage alloc] initWithIconRef:reference];
+    const QImage drawn = imageOf(image);
+    [image release];
+    return drawn.isNull() ? QVariant() : QVariant(drawn);
+}
+
+SourceProperties propertiesOf(TISInputSourceRef source)
+{
+    SourceProperties properties;
+    properties.id = stringProperty(source, kTISPropertyInputSourceID);
+    properties.localizedName = stringProperty(source, kTISPropertyLocalizedName);
+    properties.enabled = boolProperty(source, kTISPropertyInputSourceIsEnabled);
+    properties.selectCapable = boolProperty(source, kTISPropertyInputSourceIsSelectCapable);
+    QVariant category = stringProperty(source, kTISPropertyInputSourceCategory);
+    if (category.toString() == QString::fromCFString(kTISCategoryKeyboardInputSource))
+        category = SourceProperties::keyboardCategory;
+    properties.category = category;
+    properties.languages = languagesProperty(source);
+    properties.iconURL = iconURLProperty(source);
+    properties.iconReference = iconReferenceProperty(source);
+    return properties;
+}
+
+QList<SourceProperties> list(CFDictionaryRef filter)
+{
+    QList<SourceProperties> result;
+    CFArrayRef sources = TISCreateInputSourceList(filter, false);
+    if (!sources)
+        return result;
+    if (CFGetTypeID(sources) == CFArrayGetTypeID()) {
+        for (CFIndex i = 0; i < CFArrayGetCount(sources); ++i)
+            result << propertiesOf(
+                static_cast<TISInputSourceRef>(const_cast<void *>(CFArrayGetValueAtIndex(sources, i))));
+    }
+    CFRelease(sources);
+    return result;
+}
+
+QList<SourceProperties> matching(const QString &id)
+{
+    CFStringRef value = id.toCFString();
+    const void *keys[] = {kTISPropertyInputSourceID};
+    const void *values[] = {value};
+    CFDictionaryRef filter =
+        CFDictionaryCreate(nullptr, keys, values, 1, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks);
+    QList<SourceProperties> result = list(filter);
+    CFRelease(filter);
+    CFRelease(value);
+    return result;
+}
+
+QString currentID()
+{
+    TISInputSourceRef source = TISCopyCurrentKeyboardInputSource();
+    if (!source)
+        return {};
+    const QVariant id = stringProperty(source, kTISPropertyInputSourceID);
+    CFRelease(source);
+    return id.typeId() == QMetaType::QString ? id.toString() : QString();
+}
+
+qint32 select(const QString &id)
+{
+    CFStringRef value = id.toCFString();
+    const void *keys[] = {kTISPropertyInputSourceID};
+    const void *values[] = {value};
+    CFDictionaryRef filter =
+        CFDictionaryCreate(nullptr, keys, values, 1, &kCFTypeDictionaryKeyCallBacks, &kCFTypeDictionaryValueCallBacks);
+    CFArrayRef sources = TISCreateInputSourceList(filter, false);
+    CFRelease(filter);
+    CFRelease(value);
+    qint32 status = paramErr;
+    if (sources && CFArrayGetCount(sources) > 0)
+        status = TISSelectInputSource(
+            static_cast<TISInputSourceRef>(const_cast<void *>(CFArrayGetValueAtIndex(sources, 0))));
+    if (sources)
+        CFRelease(sources);
+    return status;
+}
+
+InputSources::Observe observing(CFStringRef name)
+{
+    const QString notification = QString::fromCFString(name);
+    return [notification](QObject *context, std::function<void()> callback) {
+        return Notifications::live().observe(notification, context, std::move(callback));
+    };
+}
+
+} // namespace
+
+InputSources InputSources::live()
+{
+    return {[] { return list(nullptr); },
+            matching,
+            currentID,
+            select,
+            [] { return IsSecureEventInputEnabled() != 0; },
+            observing(kTISNotifySelectedKeyboardInputSourceChanged),
+            observing(kTISNotifyEnabledKeyboardInputSourcesChanged)};
+}

@@ -1,0 +1,24 @@
+// The engine alone, on live wiring, for end-to-end tests and benchmarks:
+// keeps the pinned source until it is killed. Started with "focus", it is
+// the focus helper instead, as the real program would be.
+#include "app/Entry.h"
+#include "core/Enforcer.h"
+
+#include <QCoreApplication>
+
+#include <cstdio>
+#include <cstring>
+
+int main(int argc, char **argv)
+{
+    if (argc > 1 && std::strcmp(argv[1], "focus") == 0)
+        return Entry::main(argc, argv);
+
+    const QCoreApplication application(argc, argv);
+    Enforcer &enforcer = Enforcer::shared();
+    enforcer.start();
+    enforcer.enforce(true, false);
+    std::puts("ready");
+    std::fflush(stdout);
+    return QCoreApplication::exec();
+}
