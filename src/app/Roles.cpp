@@ -1,17 +1,24 @@
 #include "Roles.h"
 
 #include "FocusHelper.h"
+#include "GraphicalInstance.h"
 #include "core/CLI.h"
+#include "platform/ApplicationRole.h"
 
-#include <QCoreApplication>
-#include <QtGlobal>
+#include <QApplication>
 
 int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
 {
-    Q_UNUSED(argc);
-    Q_UNUSED(argv);
-    Q_UNUSED(openWindowOnLaunch);
-    qWarning("tolvar: the graphical instance is not part of this build yet");
+    ApplicationRole::useOffscreenWithoutDisplay();
+    const QApplication application(argc, argv);
+    QApplication::setQuitOnLastWindowClosed(false);
+    GraphicalInstance instance(openWindowOnLaunch);
+    switch (instance.launch()) {
+    case GraphicalInstance::Launch::Running: return QApplication::exec();
+    // A second launch has asked the first to show itself and ends quietly.
+    case GraphicalInstance::Launch::HandedOver: return 0;
+    case GraphicalInstance::Launch::LockFailed: return 1;
+    }
     return 1;
 }
 

@@ -59,14 +59,14 @@ IBusBus::~IBusBus()
 }
 
 QDBusMessage IBusBus::call(const QString &service, const QString &path, const QString &interface, const QString &method,
-                           const QVariantList &arguments)
+                           const QVariantList &arguments, int timeoutMs)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
     message.setArguments(arguments);
     const std::optional<QDBusConnection> bus = connection();
     if (!bus)
         return message.createErrorReply(QDBusError::Disconnected, QStringLiteral("IBus is not running"));
-    return bus->call(message, QDBus::Block, callTimeoutMs);
+    return bus->call(message, QDBus::Block, timeoutMs);
 }
 
 bool IBusBus::observe(Change change, QObject *context, std::function<void()> callback)

@@ -20,6 +20,9 @@ class IBusBus
 {
 public:
     static constexpr int callTimeoutMs = 1000;
+    // Selecting an engine that is not running yet waits for IBus to start its
+    // process, which takes over a second on a busy machine.
+    static constexpr int selectTimeoutMs = 2500;
 
     enum class Change { Selected, Enabled };
 
@@ -30,7 +33,7 @@ public:
 
     // The reply, or an error: QDBusError::Disconnected when IBus cannot be reached.
     QDBusMessage call(const QString &service, const QString &path, const QString &interface, const QString &method,
-                      const QVariantList &arguments = {});
+                      const QVariantList &arguments = {}, int timeoutMs = callTimeoutMs);
 
     // Calls `callback` on the thread of `context` after each change and after
     // every new connection, until `context` is destroyed.

@@ -97,8 +97,8 @@ QString currentID(IBusBus &bus)
 
 qint32 select(IBusBus &bus, const QString &id)
 {
-    const QDBusMessage reply =
-        bus.call(IBusNames::service, IBusNames::path, IBusNames::interface, QStringLiteral("SetGlobalEngine"), {id});
+    const QDBusMessage reply = bus.call(IBusNames::service, IBusNames::path, IBusNames::interface,
+                                        QStringLiteral("SetGlobalEngine"), {id}, IBusBus::selectTimeoutMs);
     if (reply.type() == QDBusMessage::ReplyMessage)
         return 0;
     switch (QDBusError(reply).type()) {

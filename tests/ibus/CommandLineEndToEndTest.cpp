@@ -1,0 +1,204 @@
+// The real tolvar command against the private session's ibus-daemon (engines
+// xkb:us::eng selected, xkb:de::deu and hangul) and its temporary HOME.
+#include "core/ConfigStore.h"
+#include "core/L10n.h"
+#include "core/StringTable.h"
+#include "platform/ExecutableLocation.h"
+#include "platform/InputSources.h"
+#include "platform/linux/IBusAddress.h"
+
+#include "support/ParamName.h"
+#include "support/Process.h"
+
+#include <QDir>
+#include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+#include <QRegularExpression>
+
+#include <gtest/gtest.h>
+
+namespace {
+
+const QString executable = TOLVAR_EXECUTABLE;
+const QString us = "xkb:us::eng";
+const QString german = "xkb:de::deu";
+const QString hangul = "hangul";
+
+QString english(const char *key)
+{
+    const auto table = StringTable::load(ExecutableLocation::resourceDirectory(executable), "en");
+    return table ? table->text(QLatin1String(key)).value_or(QString()) : QString();
+}
+
+class CommandLineEndToEndTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (IBusAddress::published().isEmpty())
+            GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
+        m_environment.insert("LANG", "C.UTF-8");
+        m_environment.remove("LANGUAGE");
+        ASSERT_EQ(m_system.select(us), 0);
+    }
+
+    ProcessResult tolvar(const QStringList &arguments) { return runProcess(executable, arguments, m_environment); }
+
+    static QJsonObject json(const ProcessResult &result) { return QJsonDocument::fromJson(result.out).object(); }
+
+    static void writeRaw(const QByteArray &bytes)
+    {
+        QDir().mkpath(ConfigStore::directory());
+        QFile file(ConfigStore::file());
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(bytes);
+    }
+
+    static QByteArray readRaw()
+    {
+        QFile file(ConfigStore::file());
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }
+
+    InputSources m_system = InputSources::live();
+    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
+};
+
+TEST_F(CommandLineEndToEndTest, StatusWithNothingSetUpIsStopped)
+{
+    const ProcessResult result = tolvar({"status", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.err.constData();
+    const QJsonObject status = json(result)["status"].toObject();
+    EXPECT_EQ(status["state"].toString(), "stopped");
+    EXPECT_FALSE(status["running"].toBool(true));
+    EXPECT_FALSE(status["enabled"].toBool(true));
+    EXPECT_FALSE(status.contains("target"));
+    EXPECT_EQ(status["current"].toObject()["id"].toString(), us);
+    EXPECT_FALSE(QFile::exists(ConfigStore::file())) << "status must not write";
+
+    const ProcessResult human = tolvar({});
+    ASSERT_EQ(human.exitCode, 0);
+    EXPECT_TRUE(human.out.endsWith((english("cli.msg.stopped") + "\n").toUtf8()));
+}
+
+TEST_F(CommandLineEndToEndTest, SetSwitchesAndRemembers)
+{
+    for (const QString &id : {german, hangul}) {
+        const ProcessResult result = tolvar({"set", id});
+        EXPECT_EQ(result.exitCode, 0) << qPrintable(id) << result.err.constData();
+        EXPECT_TRUE(result.out.isEmpty());
+        EXPECT_EQ(m_system.currentID(), id);
+        EXPECT_EQ(ConfigStore::load().value(), (Config{id, false, std::nullopt, true}));
+    }
+}
+
+TEST_F(CommandLineEndToEndTest, SetUnknownEngineChangesNothing)
+{
+    writeRaw(Config{german, true, std::nullopt, true}.encoded());
+    const QByteArray before = readRaw();
+    const ProcessResult human = tolvar({"set", "xkb:fr::fra"});
+    EXPECT_EQ(human.exitCode, 1);
+    EXPECT_EQ(human.err, (english("warn.missing") + "\n").toUtf8());
+    EXPECT_TRUE(human.out.isEmpty());
+
+    const ProcessResult machine = tolvar({"set", "xkb:fr::fra", "--json"});
+    EXPECT_EQ(machine.exitCode, 1);
+    EXPECT_EQ(json(machine)["error"].toObject()["code"].toString(), "missing_source");
+    EXPECT_EQ(readRaw(), before);
+    EXPECT_EQ(m_system.currentID(), us);
+}
+
+TEST_F(CommandLineEndToEndTest, ApplySwitchesWhilePaused)
+{
+    writeRaw(Config{german, false, std::nullopt, true}.encoded());
+    const ProcessResult result = tolvar({"apply", "--json"});
+    ASSERT_EQ(result.exitCode, 0) << result.out.constData();
+    EXPECT_EQ(m_system.currentID(), german);
+    EXPECT_EQ(json(result)["command"].toString(), "apply");
+}
+
+struct ApplyCase
+{
+    const char *name;
+    std::optional<QByteArray> file;
+    const char *code;
+};
+
+class CommandLineApplyFailureTest : public CommandLineEndToEndTest, public testing::WithParamInterface<ApplyCase>
+{
+};
+
+TEST_P(CommandLineApplyFailureTest, FailsWithoutTouchingTheFile)
+{
+    if (GetParam().file)
+        writeRaw(*GetParam().file);
+    const ProcessResult result = tolvar({"apply", "--json"});
+    EXPECT_EQ(result.exitCode, 1);
+    EXPECT_TRUE(result.err.isEmpty());
+    EXPECT_EQ(json(result)["error"].toObject()["code"].toString(), GetParam().code);
+    EXPECT_EQ(readRaw(), GetParam().file.value_or(QByteArray()));
+    EXPECT_EQ(m_system.currentID(), us);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLine, CommandLineApplyFailureTest,
+    testing::Values(ApplyCase{"NoFile", std::nullopt, "no_target"},
+                    ApplyCase{"CorruptFile", QByteArray(R"({"sourceID":"hangul"})"), "invalid_config"},
+                    ApplyCase{"NothingPinned", Config{}.encoded(), "no_target"},
+                    ApplyCase{"PinnedEngineGone", Config{"gone", true, std::nullopt, true}.encoded(),
+                              "missing_source"}),
+    ParamName());
+
+TEST_F(CommandLineEndToEndTest, PauseResumeAndToggleFlipKeeping)
+{
+    writeRaw(Config{german, true, "ja", true}.encoded());
+    const auto keeping = [&](const char *command) {
+        const ProcessResult result = tolvar({command, "--json"});
+        EXPECT_EQ(result.exitCode, 0) << command << result.out.constData();
+        EXPECT_EQ(json(result)["status"].toObject()["enabled"].toBool(), ConfigStore::load()->enabled);
+        return ConfigStore::load()->enabled;
+    };
+    EXPECT_FALSE(keeping("pause"));
+    EXPECT_TRUE(keeping("resume"));
+    EXPECT_FALSE(keeping("toggle"));
+    EXPECT_TRUE(keeping("toggle"));
+    EXPECT_EQ(ConfigStore::load()->language, "ja") << "nothing but keeping changes";
+}
+
+TEST_F(CommandLineEndToEndTest, ListMarksExactlyTheCurrentEngine)
+{
+    ASSERT_EQ(m_system.select(german), 0);
+    const ProcessResult result = tolvar({"list"});
+    ASSERT_EQ(result.exitCode, 0);
+    const QStringList lines = QString::fromUtf8(result.out).split('\n', Qt::SkipEmptyParts);
+    ASSERT_EQ(lines.size(), 3);
+    EXPECT_EQ(lines.filter(QRegularExpression("^\\* ")), QStringList{"* xkb:de::deu  German"});
+    EXPECT_EQ(lines.filter(QRegularExpression("^  ")).size(), 2);
+
+    const QJsonArray sources = json(tolvar({"list", "--json"}))["sources"].toArray();
+    ASSERT_EQ(sources.size(), 3);
+    EXPECT_EQ(sources[2].toObject()["id"].toString(), hangul);
+}
+
+TEST_F(CommandLineEndToEndTest, HelpAndUnknownWords)
+{
+    const ProcessResult help = tolvar({"help"});
+    EXPECT_EQ(help.exitCode, 0);
+    EXPECT_TRUE(help.out.startsWith(english("cli.usage.header").toUtf8()));
+    EXPECT_TRUE(help.err.isEmpty());
+
+    const ProcessResult unknown = tolvar({"lsit"});
+    EXPECT_EQ(unknown.exitCode, 1);
+    EXPECT_TRUE(unknown.out.isEmpty());
+    EXPECT_EQ(unknown.err, help.out);
+
+    const ProcessResult unknownJson = tolvar({"lsit", "--json"});
+    EXPECT_EQ(unknownJson.exitCode, 1);
+    EXPECT_TRUE(unknownJson.err.isEmpty());
+    EXPECT_EQ(json(unknownJson)["command"].toString(), "lsit");
+    EXPECT_EQ(json(unknownJson)["error"].toObject()["code"].toString(), "invalid_arguments");
+}
+
+} // namespace
