@@ -1,4 +1,5 @@
 #include "platform/Notifications.h"
+#include "platform/linux/SignalReceiver.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
@@ -19,22 +20,6 @@ QString memberOf(const QString &name)
 {
     return name.section(QLatin1Char('.'), -1);
 }
-
-class SignalReceiver : public QObject
-{
-    Q_OBJECT
-public:
-    SignalReceiver(std::function<void()> callback, QObject *parent)
-        : QObject(parent)
-        , m_callback(std::move(callback))
-    {}
-
-public slots:
-    void deliver() { m_callback(); }
-
-private:
-    std::function<void()> m_callback;
-};
 
 void postSignal(const QString &name)
 {
@@ -69,5 +54,3 @@ Notifications Notifications::live()
 {
     return {postSignal, observeSignal};
 }
-
-#include "NotificationsDBus.moc"

@@ -1,40 +1,21 @@
 #include "platform/WorkspaceEvents.h"
+#include "platform/linux/SignalReceiver.h"
 
 #include <QDBusConnection>
 #include <QObject>
 
 namespace {
 
-// logind announces sleep with PrepareForSleep(true) and wake with PrepareForSleep(false).
-class SleepReceiver : public QObject
-{
-    Q_OBJECT
-public:
-    SleepReceiver(std::function<void()> callback, QObject *parent)
-        : QObject(parent)
-        , m_callback(std::move(callback))
-    {}
-
-public slots:
-    void prepareForSleep(bool sleeping)
-    {
-        if (!sleeping)
-            m_callback();
-    }
-
-private:
-    std::function<void()> m_callback;
-};
-
 bool observeSystemWake(QObject *context, std::function<void()> callback)
 {
     QDBusConnection bus = QDBusConnection::systemBus();
     if (!bus.isConnected())
         return false;
-    auto *receiver = new SleepReceiver(std::move(callback), context);
+    // logind announces sleep with PrepareForSleep(true) and waking with PrepareForSleep(false).
+    auto *receiver = new SignalReceiver(std::move(callback), context);
     if (!bus.connect(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),
                      QStringLiteral("org.freedesktop.login1.Manager"), QStringLiteral("PrepareForSleep"), receiver,
-                     SLOT(prepareForSleep(bool)))) {
+                     SLOT(deliverWhenFalse(bool)))) {
         delete receiver;
         return false;
     }
@@ -54,5 +35,3 @@ WorkspaceEvents WorkspaceEvents::live()
 {
     return {observeSystemWake, observeNoActivation};
 }
-
-#include "WorkspaceEventsLinux.moc"
