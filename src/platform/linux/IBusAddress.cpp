@@ -89,13 +89,13 @@ Session currentSession()
 
 QString published()
 {
-    if (const QString address = environment("IBUS_ADDRESS"); !address.isEmpty())
+    if (QString address = environment("IBUS_ADDRESS"); !address.isEmpty())
         return address;
     for (const QString &file : files(currentSession())) {
         const Expected<QByteArray> contents = FileBytes::read(file);
         if (!contents)
             continue;
-        if (const QString address = parse(*contents); !address.isEmpty())
+        if (QString address = parse(*contents); !address.isEmpty())
             return address;
     }
     return {};
