@@ -3,7 +3,6 @@
 #include "support/ParamName.h"
 
 #include <QBuffer>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -113,21 +112,6 @@ public:
     QBuffer err;
 };
 
-TEST_F(CLITest, HelpPrintsTheUsageOnStandardOutput)
-{
-    EXPECT_EQ(run({"help"}), 0);
-    EXPECT_EQ(stdoutText(), CLI::usage() + "\n");
-    EXPECT_TRUE(stderrText().isEmpty());
-    EXPECT_EQ(CLI::usage().count('\n'), 10);
-}
-
-TEST_F(CLITest, ArgumentErrorWithoutJsonPrintsTheUsageOnStandardError)
-{
-    EXPECT_EQ(run({"lsit"}), 1);
-    EXPECT_TRUE(stdoutText().isEmpty());
-    EXPECT_EQ(stderrText(), CLI::usage() + "\n");
-}
-
 TEST_F(CLITest, ArgumentErrorWithJsonNamesTheFirstWord)
 {
     EXPECT_EQ(run({"--json", "lsit"}), 1);
@@ -153,36 +137,11 @@ TEST_F(CLITest, StatusReportEndsWithTheStoppedLineWhenNothingRuns)
     EXPECT_EQ(lines[6], L10n::text("cli.msg.stopped"));
 }
 
-TEST_F(CLITest, ListMarksExactlyTheCurrentSource)
-{
-    EXPECT_EQ(run({"list"}), 0);
-    EXPECT_EQ(stdoutText(), "  xkb:us::eng  English (US)\n* hangul  Korean\n");
-    EXPECT_EQ(run({"list", "--json"}), 0);
-    EXPECT_EQ(document()["sources"].toArray().size(), 2);
-}
-
-TEST_F(CLITest, SetPinsThenSwitchesKeepingEnabledAsItWas)
-{
-    stored = Config{std::nullopt, false, "ko", false};
-    EXPECT_EQ(run({"set", hangul}), 0);
-    EXPECT_TRUE(stdoutText().isEmpty());
-    EXPECT_TRUE(stderrText().isEmpty());
-    EXPECT_EQ(stored, (Config{hangul, false, "ko", true}));
-    EXPECT_EQ(switches, 1);
-}
-
 TEST_F(CLITest, SetWithJsonReportsTheStatusAfterTheSwitch)
 {
     EXPECT_EQ(run({"set", "--json", hangul}), 0);
     EXPECT_EQ(document()["command"].toString(), "set");
     EXPECT_EQ(document()["status"].toObject()["state"].toString(), "keeping");
-}
-
-TEST_F(CLITest, ApplySwitchesEvenWhilePaused)
-{
-    stored->enabled = false;
-    EXPECT_EQ(run({"apply"}), 0);
-    EXPECT_EQ(switches, 1);
 }
 
 TEST_F(CLITest, InstallPinsKeepsAndSaysSo)
