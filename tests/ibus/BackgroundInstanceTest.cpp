@@ -74,6 +74,16 @@ TEST_F(BackgroundInstanceTest, SecondLaunchHandsOverAndEnds)
     EXPECT_EQ(m_instance->state(), QProcess::Running);
 }
 
+// The started "gui" finds the instance running, asks it to show itself and ends.
+TEST_F(BackgroundInstanceTest, OpenReachesTheRunningInstance)
+{
+    startInstance();
+    const ProcessResult opened = runProcess(executable, {"open", "--json"});
+    EXPECT_EQ(opened.exitCode, 0) << opened.out.constData();
+    EXPECT_EQ(QJsonDocument::fromJson(opened.out).object()["command"].toString(), "open");
+    EXPECT_EQ(m_instance->state(), QProcess::Running);
+}
+
 TEST_F(BackgroundInstanceTest, KilledInstanceLeavesNothingBehind)
 {
     startInstance();
