@@ -2,6 +2,7 @@
 // session's ibus-daemon (xkb:us::eng selected, xkb:de::deu, hangul).
 #include "core/ConfigStore.h"
 #include "platform/InputSources.h"
+#include "platform/Notifications.h"
 #include "platform/linux/IBusAddress.h"
 
 #include "support/Process.h"
@@ -78,9 +79,14 @@ TEST_F(BackgroundInstanceTest, SecondLaunchHandsOverAndEnds)
 TEST_F(BackgroundInstanceTest, OpenReachesTheRunningInstance)
 {
     startInstance();
+    QObject context;
+    bool asked = false;
+    ASSERT_TRUE(Notifications::live().observe(ConfigStore::openWindow, &context, [&] { asked = true; }));
     const ProcessResult opened = runProcess(executable, {"open", "--json"});
     EXPECT_EQ(opened.exitCode, 0) << opened.out.constData();
     EXPECT_EQ(QJsonDocument::fromJson(opened.out).object()["command"].toString(), "open");
+    // Once it has handed over it ends; a test that stopped sooner could leave it to take the lock.
+    EXPECT_TRUE(spinUntil([&] { return asked; }, 10000));
     EXPECT_EQ(m_instance->state(), QProcess::Running);
 }
 
