@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <functional>
 #include <optional>
@@ -146,11 +147,12 @@ bool pin(const QString &id)
     return ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok();
 }
 
+// The sample nearest to the fraction's rank.
 double percentile(const std::vector<double> &sorted, double fraction)
 {
     if (sorted.empty())
         return 0;
-    const auto index = static_cast<std::size_t>(fraction * static_cast<double>(sorted.size() - 1) + 0.5);
+    const auto index = static_cast<std::size_t>(std::lround(fraction * static_cast<double>(sorted.size() - 1)));
     return sorted[index];
 }
 
@@ -348,6 +350,8 @@ std::optional<Options> parse(const QStringList &arguments)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    // Each phase's lines as they come, also into a file.
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     const std::optional<Options> options = parse(QCoreApplication::arguments());
     if (!options) {
         std::fprintf(stderr,
