@@ -1,0 +1,392 @@
+// How soon the engine brings the pinned source back after another program
+// switches away from it, directly and through the focus helper, and what the
+// engine costs while nothing happens. The engine runs alone in a process of its
+// own; this program plays the other program. Run it through bench/run-engine,
+// which gives it a private IBus.
+#include "ProcessStats.h"
+#include "core/ConfigStore.h"
+#include "platform/InputSources.h"
+#include "platform/linux/IBusAddress.h"
+
+#include <QCoreApplication>
+#include <QEventLoop>
+#include <QProcess>
+#include <QRandomGenerator>
+#include <QTimer>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <functional>
+#include <optional>
+#include <vector>
+
+namespace {
+
+using namespace std::chrono_literals;
+using Clock = std::chrono::steady_clock;
+
+const QString us = QStringLiteral("xkb:us::eng");
+const QString german = QStringLiteral("xkb:de::deu");
+const QString hangul = QStringLiteral("hangul");
+
+struct Options
+{
+    int directRounds = 200;
+    int focusRounds = 200;
+    int idleSeconds = 60;
+    // Each phase stops starting rounds after this long, whatever the count.
+    std::chrono::seconds directBudget = 60s;
+    std::chrono::seconds focusBudget = 690s;
+    Clock::duration roundLimit = 5s;
+    // Automatic helper runs are at least 3 s apart: rest this long after each
+    // round, and less only to see what the spacing does.
+    Clock::duration focusRest = 3200ms;
+};
+
+double ms(Clock::duration duration)
+{
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+int timerMs(Clock::duration duration)
+{
+    return static_cast<int>(std::max<Clock::rep>(0, std::chrono::ceil<std::chrono::milliseconds>(duration).count()));
+}
+
+// Runs the event loop meanwhile, so that signals do not pile up.
+void pause(Clock::duration duration)
+{
+    QEventLoop loop;
+    QTimer::singleShot(timerMs(duration), Qt::PreciseTimer, &loop, &QEventLoop::quit);
+    loop.exec();
+}
+
+// The selected source as IBus announces it: woken by GlobalEngineChanged, it
+// reads the source afresh. It never polls.
+class SelectionWatch
+{
+public:
+    bool start()
+    {
+        return m_system.observeSelected(&m_context, [this] {
+            m_changed = true;
+            ++m_signals;
+            if (m_waiting)
+                m_waiting->quit();
+        });
+    }
+
+    struct Seen
+    {
+        Clock::time_point at;
+        int looks = 0; // 1: it was current at the first look
+    };
+
+    // When `id` was first seen current, looking at once and then after each
+    // change signal; nothing if the deadline came first.
+    std::optional<Seen> waitFor(const QString &id, Clock::time_point deadline)
+    {
+        for (int looks = 1;; ++looks) {
+            m_changed = false;
+            if (m_system.currentID() == id)
+                return Seen{Clock::now(), looks};
+            const Clock::duration left = deadline - Clock::now();
+            if (left <= 0s)
+                return std::nullopt;
+            QEventLoop loop;
+            m_waiting = &loop;
+            QTimer::singleShot(timerMs(left), Qt::PreciseTimer, &loop, &QEventLoop::quit);
+            loop.exec();
+            m_waiting = nullptr;
+            if (!m_changed)
+                return std::nullopt;
+        }
+    }
+
+    qint32 select(const QString &id) const { return m_system.select(id); }
+    QString current() const { return m_system.currentID(); }
+    int signalsSeen() const { return m_signals; }
+
+private:
+    InputSources m_system = InputSources::live();
+    QObject m_context;
+    QEventLoop *m_waiting = nullptr;
+    bool m_changed = false;
+    int m_signals = 0;
+};
+
+// The engine alone, on live wiring, in its own process; killed with this object.
+class EngineHost
+{
+public:
+    ~EngineHost()
+    {
+        if (m_process.state() != QProcess::NotRunning) {
+            m_process.kill();
+            m_process.waitForFinished();
+        }
+    }
+
+    bool start()
+    {
+        m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_process.start(QStringLiteral(TOLVAR_ENGINE_HOST), QStringList());
+        return m_process.waitForReadyRead(10000) && m_process.readLine().trimmed() == "ready";
+    }
+
+    qint64 pid() const { return m_process.processId(); }
+
+private:
+    QProcess m_process;
+};
+
+bool pin(const QString &id)
+{
+    return ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok();
+}
+
+// The sample nearest to the fraction's rank.
+double percentile(const std::vector<double> &sorted, double fraction)
+{
+    if (sorted.empty())
+        return 0;
+    const auto index = static_cast<std::size_t>(std::lround(fraction * static_cast<double>(sorted.size() - 1)));
+    return sorted[index];
+}
+
+struct PhaseResult
+{
+    QString name;
+    std::vector<double> latencyMs; // one per round that came back in time
+    std::vector<double> selectMs;  // the outside SetGlobalEngine call alone
+    int timedOut = 0;
+    int missedSignals = 0; // back by the deadline, yet no signal said so
+    int backAtFirstLook = 0;
+    bool completed = false;
+};
+
+void printSlowest(const PhaseResult &result, const std::vector<std::pair<double, int>> &byRound)
+{
+    std::vector<std::pair<double, int>> slowest = byRound;
+    std::sort(slowest.begin(), slowest.end(), std::greater<>());
+    slowest.resize(std::min<std::size_t>(slowest.size(), 5));
+    std::printf("  slowest rounds of %s:", qPrintable(result.name));
+    for (const auto &[latency, round] : slowest)
+        std::printf(" #%d %.1f ms;", round, latency);
+    std::printf("\n");
+}
+
+void printHost(qint64 pid, const ProcessStats::Cpu &before, int rounds)
+{
+    const std::optional<ProcessStats::Cpu> after = ProcessStats::cpu(pid);
+    const std::optional<ProcessStats::Memory> memory = ProcessStats::memory(pid);
+    if (!after || !memory)
+        return;
+    const double children = after->childrenMs - before.childrenMs;
+    std::printf("  engine host during the rounds: CPU %.0f ms of its own, %.0f ms of its finished children "
+                "(%.1f ms a round)\n  engine host after the rounds: VmRSS %lld KiB, VmHWM %lld KiB\n",
+                after->ownMs - before.ownMs, children, rounds > 0 ? children / rounds : 0.0, memory->residentKiB,
+                memory->peakKiB);
+}
+
+// Switches away from `pinned` to `away` from outside, again and again, and
+// times how long until `pinned` is current again.
+PhaseResult measureReaction(SelectionWatch &watch, const QString &pinned, const QString &away, int rounds,
+                            std::chrono::seconds budget, const Options &options,
+                            const std::function<Clock::duration()> &rest)
+{
+    PhaseResult result;
+    result.name = pinned;
+    std::printf("\n== %s pinned, outside switch to %s: %d rounds, budget %lld s (load %s) ==\n", qPrintable(pinned),
+                qPrintable(away), rounds, static_cast<long long>(budget.count()),
+                ProcessStats::loadAverage().constData());
+    if (!pin(pinned)) {
+        std::printf("  could not write the configuration\n");
+        return result;
+    }
+    EngineHost host;
+    if (!host.start()) {
+        std::printf("  the engine host did not start\n");
+        return result;
+    }
+    if (!watch.waitFor(pinned, Clock::now() + 10s)) {
+        std::printf("  %s never became current after the engine started (current: %s)\n", qPrintable(pinned),
+                    qPrintable(watch.current()));
+        return result;
+    }
+    const ProcessStats::Cpu before = ProcessStats::cpu(host.pid()).value_or(ProcessStats::Cpu());
+
+    std::vector<std::pair<double, int>> byRound;
+    const Clock::time_point phaseStart = Clock::now();
+    int round = 0;
+    for (; round < rounds && Clock::now() - phaseStart < budget; ++round) {
+        pause(rest());
+        const Clock::time_point start = Clock::now();
+        const qint32 status = watch.select(away);
+        result.selectMs.push_back(ms(Clock::now() - start));
+        if (status != 0) {
+            std::printf("  round %d: the outside switch failed with status %d\n", round, status);
+            continue;
+        }
+        if (const std::optional<SelectionWatch::Seen> back = watch.waitFor(pinned, start + options.roundLimit)) {
+            if (back->looks == 1)
+                ++result.backAtFirstLook;
+            result.latencyMs.push_back(ms(back->at - start));
+            byRound.emplace_back(result.latencyMs.back(), round);
+            continue;
+        }
+        ++result.timedOut;
+        const QString current = watch.current();
+        if (current == pinned)
+            ++result.missedSignals;
+        std::printf("  round %d: not back within %.0f ms (current: %s)\n", round, ms(options.roundLimit),
+                    qPrintable(current));
+        const std::optional<SelectionWatch::Seen> late = watch.waitFor(pinned, Clock::now() + 15s);
+        if (!late) {
+            std::printf("  still not back 15 s later: stopping this phase\n");
+            break;
+        }
+        std::printf("  round %d: back %.0f ms after the switch\n", round, ms(late->at - start));
+    }
+    result.completed = round == rounds;
+    std::printf("  ran %d of %d rounds in %.0f s%s\n", round, rounds, ms(Clock::now() - phaseStart) / 1000,
+                result.completed ? "" : " (stopped by the budget or a failure)");
+    printSlowest(result, byRound);
+    printHost(host.pid(), before, round);
+    return result;
+}
+
+bool measureIdle(SelectionWatch &watch, int seconds)
+{
+    std::printf("\n== idle: %s pinned and current, nothing happening, %d s (load %s) ==\n", qPrintable(german), seconds,
+                ProcessStats::loadAverage().constData());
+    if (!pin(german))
+        return false;
+    EngineHost host;
+    if (!host.start() || !watch.waitFor(german, Clock::now() + 10s)) {
+        std::printf("  the engine did not start or did not select %s\n", qPrintable(german));
+        return false;
+    }
+    // Past start-up, and past a few ticks of the engine's timer.
+    pause(5s);
+    const std::optional<ProcessStats::Cpu> before = ProcessStats::cpu(host.pid());
+    const std::optional<ProcessStats::Memory> memoryBefore = ProcessStats::memory(host.pid());
+    const int signalsBefore = watch.signalsSeen();
+    const Clock::time_point start = Clock::now();
+    pause(std::chrono::seconds(seconds));
+    const double minutes = ms(Clock::now() - start) / 60000;
+    const std::optional<ProcessStats::Cpu> after = ProcessStats::cpu(host.pid());
+    const std::optional<ProcessStats::Memory> memoryAfter = ProcessStats::memory(host.pid());
+    if (!before || !after || !memoryBefore || !memoryAfter) {
+        std::printf("  could not read /proc for the engine host\n");
+        return false;
+    }
+    std::printf("  %-38s %10.1f ms/min   (utime+stime, tick %.0f ms)\n", "CPU time",
+                (after->ownMs - before->ownMs) / minutes, ProcessStats::tickMs());
+    std::printf("  %-38s %10.2f ms/min   (schedstat, live threads)\n", "CPU time",
+                (after->scheduledMs - before->scheduledMs) / minutes);
+    std::printf("  %-38s %10lld KiB -> %lld KiB\n", "VmRSS at start -> end", memoryBefore->residentKiB,
+                memoryAfter->residentKiB);
+    std::printf("  %-38s %10lld KiB\n", "VmHWM (peak resident)", memoryAfter->peakKiB);
+    std::printf("  %-38s %10d\n", "selection changes seen meanwhile", watch.signalsSeen() - signalsBefore);
+    std::printf("  %-38s %10s\n", "current source at the end", qPrintable(watch.current()));
+    return true;
+}
+
+void printTable(const std::vector<PhaseResult> &results)
+{
+    std::printf("\n%-14s %7s %9s %8s %8s %8s %8s %8s %9s\n", "pinned", "rounds", "timed out", "min ms", "median", "p95",
+                "max", "mean", "select ms");
+    for (PhaseResult result : results) {
+        std::sort(result.latencyMs.begin(), result.latencyMs.end());
+        std::sort(result.selectMs.begin(), result.selectMs.end());
+        double sum = 0;
+        for (const double latency : result.latencyMs)
+            sum += latency;
+        const double count = static_cast<double>(std::max<std::size_t>(result.latencyMs.size(), 1));
+        std::printf("%-14s %7zu %9d %8.1f %8.1f %8.1f %8.1f %8.1f %9.2f\n", qPrintable(result.name),
+                    result.latencyMs.size() + static_cast<std::size_t>(result.timedOut), result.timedOut,
+                    result.latencyMs.empty() ? 0 : result.latencyMs.front(), percentile(result.latencyMs, 0.5),
+                    percentile(result.latencyMs, 0.95), result.latencyMs.empty() ? 0 : result.latencyMs.back(),
+                    sum / count, percentile(result.selectMs, 0.5));
+        if (result.missedSignals > 0)
+            std::printf("%-14s %d rounds were back by the deadline without a change signal\n", "",
+                        result.missedSignals);
+        std::printf("%-14s back already when first looked after the switch: %d rounds\n", "", result.backAtFirstLook);
+    }
+}
+
+std::optional<Options> parse(const QStringList &arguments)
+{
+    Options options;
+    for (qsizetype i = 1; i < arguments.size(); i += 2) {
+        bool ok = false;
+        const int value = arguments.value(i + 1).toInt(&ok);
+        if (!ok || value < 0)
+            return std::nullopt;
+        const QString &name = arguments[i];
+        if (name == QLatin1String("--direct-rounds"))
+            options.directRounds = value;
+        else if (name == QLatin1String("--focus-rounds"))
+            options.focusRounds = value;
+        else if (name == QLatin1String("--idle-seconds"))
+            options.idleSeconds = value;
+        else if (name == QLatin1String("--direct-budget"))
+            options.directBudget = std::chrono::seconds(value);
+        else if (name == QLatin1String("--focus-budget"))
+            options.focusBudget = std::chrono::seconds(value);
+        else if (name == QLatin1String("--focus-rest-ms"))
+            options.focusRest = std::chrono::milliseconds(value);
+        else
+            return std::nullopt;
+    }
+    return options;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    const QCoreApplication application(argc, argv);
+    // Each phase's lines as they come, also into a file.
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    const std::optional<Options> options = parse(QCoreApplication::arguments());
+    if (!options) {
+        std::fprintf(stderr,
+                     "usage: %s [--direct-rounds N] [--focus-rounds N] [--idle-seconds N] "
+                     "[--direct-budget S] [--focus-budget S] [--focus-rest-ms MS]\n",
+                     argv[0]);
+        return 2;
+    }
+    SelectionWatch watch;
+    if (IBusAddress::published().isEmpty() || !watch.start() || watch.current().isEmpty()) {
+        std::fprintf(stderr, "No IBus to watch: run this through bench/run-engine.\n");
+        return 1;
+    }
+    std::printf("Latency: from just before the outside SetGlobalEngine call until this process, woken by\n"
+                "GlobalEngineChanged, reads the pinned engine back from IBus. Wait per round: %.0f ms.\n",
+                ms(options->roundLimit));
+
+    std::vector<PhaseResult> results;
+    bool failed = false;
+    if (options->directRounds > 0) {
+        // Rest a little between rounds, at random, so that rounds do not fall into step with the engine's timer.
+        results.push_back(
+            measureReaction(watch, german, us, options->directRounds, options->directBudget, *options, [] {
+                return Clock::duration(50ms + std::chrono::milliseconds(QRandomGenerator::global()->bounded(100)));
+            }));
+        failed = failed || results.back().latencyMs.empty();
+    }
+    if (options->focusRounds > 0) {
+        results.push_back(measureReaction(watch, hangul, german, options->focusRounds, options->focusBudget, *options,
+                                          [&] { return options->focusRest; }));
+        failed = failed || results.back().latencyMs.empty();
+    }
+    if (options->idleSeconds > 0)
+        failed = !measureIdle(watch, options->idleSeconds) || failed;
+    if (!results.empty())
+        printTable(results);
+    return failed ? 1 : 0;
+}
