@@ -35,7 +35,10 @@ Enforcer::Enforcer(EnforcementDependencies dependencies, EnforcementTriggers tri
     : QObject(parent)
     , m_dependencies(std::move(dependencies))
     , m_triggers(std::move(triggers))
-{}
+{
+    m_focusRetry.setSingleShot(true);
+    connect(&m_focusRetry, &QTimer::timeout, this, &Enforcer::trigger);
+}
 
 void Enforcer::start()
 {
@@ -146,8 +149,10 @@ void Enforcer::startFocus(const EnforcementTarget &target)
     if (!m_active->holdFocus)
         return complete(token, SwitchOutcome::busy());
     const Clock::time_point now = m_dependencies.now();
-    if (!m_active->force && now < m_nextFocusAt)
+    if (!m_active->force && now < m_nextFocusAt) {
+        m_focusRetry.start(std::chrono::ceil<std::chrono::milliseconds>(m_nextFocusAt - now));
         return complete(token, SwitchOutcome::busy());
+    }
     m_nextFocusAt = now + focusRunSpacing;
 
     QPointer<Enforcer> self(this);

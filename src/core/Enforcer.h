@@ -72,4 +72,7 @@ private:
     quint64 m_nextToken = 1;
     bool m_started = false;
     QTimer m_timer;
+    // Looks again as soon as a refused helper run would be allowed, rather than
+    // at the tick after that.
+    QTimer m_focusRetry;
 };

@@ -1,8 +1,8 @@
 #include "core/FocusProcessJob.h"
 #include "support/ParamName.h"
+#include "support/Spin.h"
 
 #include <QCoreApplication>
-#include <QElapsedTimer>
 #include <QPointer>
 #include <QThread>
 
@@ -35,13 +35,9 @@ protected:
 
     void waitForResult(int timeoutMs = 10000)
     {
-        QElapsedTimer timer;
-        timer.start();
-        while (m_results.empty() && timer.elapsed() < timeoutMs)
-            QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents, 20);
+        spinUntil([this] { return !m_results.empty(); }, timeoutMs);
         // Anything reported twice would come now.
-        for (int i = 0; i < 10; ++i)
-            QCoreApplication::processEvents(QEventLoop::AllEvents, 20);
+        spinUntil([] { return false; }, 100);
     }
 
     void TearDown() override
@@ -91,8 +87,7 @@ TEST_F(FocusProcessJobTest, HangingHelperTimesOut)
 TEST_F(FocusProcessJobTest, HelperIgnoringTerminateIsKilled)
 {
     start(QStringLiteral("ignore-term"), 0);
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 100); // let it install its handler
-    QThread::msleep(100);
+    spinUntil([] { return false; }, 200); // let it install its handler
     m_job->stop(FocusProcessResult::cancelled());
     waitForResult();
     ASSERT_EQ(m_results.size(), 1u);
@@ -138,7 +133,7 @@ TEST(FocusProcessLaunchTest, MissingExecutableIsAnErrorWithoutCompletion)
     FocusProcessJob job(3000ms, [&](FocusProcessResult) { ++completions; });
     const Expected<void> started = job.start(QStringLiteral("/nonexistent/tolvar"), {QStringLiteral("focus")});
     EXPECT_FALSE(started.ok());
-    QCoreApplication::processEvents(QEventLoop::AllEvents, 100);
+    spinUntil([] { return false; }, 100);
     EXPECT_EQ(completions, 0);
 }
 

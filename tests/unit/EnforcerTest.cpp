@@ -2,6 +2,7 @@
 #include "core/L10n.h"
 #include "support/FakeEnforcementWorld.h"
 #include "support/ParamName.h"
+#include "support/Spin.h"
 
 #include <QCoreApplication>
 
@@ -372,6 +373,19 @@ TEST_F(EnforcerTest, AutomaticHelperRunsAreSpacedThreeSecondsApart)
     request("later", false);
     EXPECT_EQ(m_world.helpers.size(), 3u);
     EXPECT_TRUE(m_log.contains("tooSoon:busy"));
+}
+
+TEST_F(EnforcerTest, RefusedHelperRunIsRetriedWhenItIsAllowed)
+{
+    pin(hangul);
+    request("first", false);
+    m_world.finishHelper(0, FocusProcessResult::exited(78));
+    m_world.clock += 2950ms;
+    request("tooSoon", false);
+    ASSERT_EQ(m_world.helpers.size(), 1u);
+    m_world.clock += 50ms;
+    EXPECT_TRUE(spinUntil([&] { return m_world.helpers.size() == 2; }, 1000)) << "no retry when the spacing ended";
+    EXPECT_TRUE(m_world.helpers[1].automatic);
 }
 
 TEST_F(EnforcerTest, RequestsFromInsideCallbacksDoNotNest)
