@@ -4,7 +4,6 @@
 #include "core/ConfigStore.h"
 #include "core/L10n.h"
 #include "core/LaunchMode.h"
-#include "platform/FileBytes.h"
 #include "platform/ParentProcess.h"
 
 namespace Entry {
@@ -14,13 +13,7 @@ Dependencies Dependencies::live()
     return {
         ParentProcess::executablePath,
         ParentProcess::desktopLaunchers,
-        []() -> std::optional<Config> {
-            const Expected<QByteArray> bytes = FileBytes::read(ConfigStore::file());
-            if (!bytes)
-                return std::nullopt;
-            const Expected<Config> config = Config::decode(bytes.value());
-            return config ? std::optional(config.value()) : std::nullopt;
-        },
+        [] { return ConfigStore::loadOrDefault(); },
     };
 }
 
@@ -30,8 +23,7 @@ int main(int argc, char **argv, const Dependencies &dependencies)
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
 
-    const std::optional<Config> config = dependencies.readConfig();
-    L10n::setLanguageCode(L10n::normalized(config ? config->language : std::nullopt));
+    L10n::setLanguageCode(L10n::normalized(dependencies.readConfig().language));
 
     // The parent is only asked when the arguments leave the role open.
     const bool fromDesktop =
@@ -44,10 +36,8 @@ int main(int argc, char **argv, const Dependencies &dependencies)
     case LaunchMode::FocusHelper: {
         // Without an explicit identifier the helper targets the pinned source, read afresh.
         QString identifier = launch.focusIdentifier.value_or(QString());
-        if (!launch.focusIdentifier) {
-            const std::optional<Config> current = dependencies.readConfig();
-            identifier = current ? current->sourceID.value_or(QString()) : QString();
-        }
+        if (!launch.focusIdentifier)
+            identifier = dependencies.readConfig().sourceID.value_or(QString());
         return runFocusHelper(argc, argv, identifier);
     }
     case LaunchMode::CommandLine: return runCommandLine(argc, argv, arguments);

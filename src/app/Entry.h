@@ -16,8 +16,8 @@ struct Dependencies
 {
     std::function<QString()> parentExecutablePath;
     std::function<QStringList()> desktopLaunchers;
-    // config.json read without the lock; absent when missing or unreadable.
-    std::function<std::optional<Config>()> readConfig;
+    // config.json read without the lock; defaults when missing or unreadable.
+    std::function<Config()> readConfig;
 
     static Dependencies live();
 };

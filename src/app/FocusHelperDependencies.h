@@ -11,7 +11,7 @@
 // What the focus helper process asks of the world.
 struct FocusHelperDependencies
 {
-    // config.json read without the lock; absent when missing, unreadable or undecodable.
+    // config.json read without the lock; defaults when missing, absent when unreadable or undecodable.
     std::function<std::optional<Config>()> readConfig;
     std::function<bool()> secureInput;
     std::function<bool(const QString &id)> isSelectable;

@@ -3,7 +3,6 @@
 #include "core/Catalog.h"
 #include "core/ConfigStore.h"
 #include "platform/ApplicationRole.h"
-#include "platform/FileBytes.h"
 #include "platform/InputSources.h"
 
 #include <QGuiApplication>
@@ -20,10 +19,7 @@ FocusHelperDependencies FocusHelperDependencies::live()
 
     FocusHelperDependencies d;
     d.readConfig = []() -> std::optional<Config> {
-        const Expected<QByteArray> bytes = FileBytes::read(ConfigStore::file());
-        if (!bytes)
-            return std::nullopt;
-        const Expected<Config> config = Config::decode(bytes.value());
+        const Expected<Config> config = ConfigStore::load();
         return config ? std::optional(config.value()) : std::nullopt;
     };
     d.secureInput = system.secureInput;

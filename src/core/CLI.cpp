@@ -193,13 +193,12 @@ Expected<void, AutomationFailure> CLI::writePin(const CLIRequest &request)
 
 int CLI::apply(const CLIRequest &request)
 {
-    // Read directly and without the lock: apply switches even while keeping is off.
-    const Expected<std::optional<Config>> config = m_services.readConfig();
-    if (config && !config.value())
-        return fail(AutomationFailure::noTarget(), request);
+    // Read without the lock; a missing file pins nothing. Apply switches even
+    // while keeping is off.
+    const Expected<Config> config = m_services.automation.load();
     if (!config)
         return fail(AutomationFailure::invalidConfig(), request);
-    const std::optional<QString> &pinned = config.value()->sourceID;
+    const std::optional<QString> &pinned = config->sourceID;
     if (!pinned || pinned->isEmpty())
         return fail(AutomationFailure::noTarget(), request);
     if (const auto required = Automation(m_services.automation).requireTarget(pinned); !required)

@@ -8,12 +8,9 @@
 #include "platform/AppLauncher.h"
 #include "platform/ApplicationRole.h"
 #include "platform/ExecutableLocation.h"
-#include "platform/FileBytes.h"
 #include "platform/InputSources.h"
 
 #include <QEventLoop>
-
-#include <cerrno>
 
 namespace {
 
@@ -68,18 +65,6 @@ CLIServices CLIServices::live()
 {
     CLIServices s;
     s.automation = AutomationServices::live();
-    s.readConfig = []() -> Expected<std::optional<Config>> {
-        const Expected<QByteArray> bytes = FileBytes::read(ConfigStore::file());
-        if (!bytes) {
-            if (bytes.error().code() == ENOENT)
-                return std::optional<Config>();
-            return bytes.error();
-        }
-        const Expected<Config> config = Config::decode(bytes.value(), ConfigStore::file());
-        if (!config)
-            return config.error();
-        return std::optional(config.value());
-    };
     s.switchOnce = switchWithTheEngine;
     s.installLogin = [](const QString &executable) -> Expected<void, QString> {
         if (const auto installed = Agent::controller().install(executable, true); !installed)

@@ -15,8 +15,6 @@
 struct CLIServices
 {
     AutomationServices automation;
-    // config.json read directly: absent when there is no file; read and decode errors passed on.
-    std::function<Expected<std::optional<Config>>()> readConfig;
     // One manual switch with the engine in this process; absent if it never reported.
     std::function<std::optional<SwitchOutcome>()> switchOnce;
     // The login item; a failure carries its readable description.

@@ -114,8 +114,10 @@ QString resourceDirectory()
 
 QString text(const QString &key)
 {
+    if (const StringTable *table = tableFor(activeLanguage()))
+        return table->text(key).value_or(key);
     // A language without a table falls back to the system's choice, then to English.
-    for (const QString &code : {activeLanguage(), match(SystemLanguages::preferred()), QStringLiteral("en")}) {
+    for (const QString &code : {match(SystemLanguages::preferred()), QStringLiteral("en")}) {
         if (const StringTable *table = tableFor(code))
             return table->text(key).value_or(key);
     }

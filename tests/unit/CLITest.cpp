@@ -46,11 +46,6 @@ public:
         s.automation.running = [this]() -> Expected<bool> { return running; };
         s.automation.secureInput = [] { return false; };
         s.automation.loginEnabled = [this] { return login; };
-        s.readConfig = [this]() -> Expected<std::optional<Config>> {
-            if (corrupt)
-                return Error::decode("bad");
-            return stored;
-        };
         s.switchOnce = [this]() -> std::optional<SwitchOutcome> {
             ++switches;
             if (outcome && *outcome == SwitchOutcome::success() && stored)
