@@ -1,36 +1,26 @@
 #include "ConfigStore.h"
 
 #include "platform/FileBytes.h"
+#include "platform/FileOperations.h"
 #include "platform/LockFile.h"
 
 #include <QDir>
-#include <QSaveFile>
 
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
 
 namespace ConfigStore {
 namespace {
 
 Expected<void> writeUnlocked(const Config &config, const QString &directory)
 {
-    const QString path = fileIn(directory);
-    // QSaveFile writes beside the target and renames it into place.
-    QSaveFile file(path);
-    const QByteArray bytes = config.encoded();
-    errno = 0;
-    if (!file.open(QIODevice::WriteOnly) || file.write(bytes) != bytes.size() || !file.commit())
-        return Error::posix(errno != 0 ? errno : EIO, path);
-    return {};
+    // Written beside the target and renamed into place, so readers never see half a file.
+    return FileOperations::live().writeAtomically(fileIn(directory), config.encoded());
 }
 
 template <typename Body> auto withExclusiveLock(const QString &directory, Body body) -> decltype(body())
 {
-    std::error_code created;
-    std::filesystem::create_directories(directory.toStdString(), created);
-    if (created)
-        return Error::posix(created.value(), directory);
+    if (const Expected<void> created = FileOperations::live().makeDirectories(directory); !created)
+        return created.error();
     Expected<LockFile> lock = LockFile::open(lockFileIn(directory), LockFile::Access::ReadWriteCreate);
     if (!lock)
         return lock.error();

@@ -1,12 +1,11 @@
 #include "InstanceLock.h"
 
+#include "platform/FileOperations.h"
+
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 
 #include <cerrno>
-#include <filesystem>
-#include <system_error>
 
 QString InstanceLock::fileIn(const QString &directory)
 {
@@ -18,10 +17,8 @@ Expected<bool> InstanceLock::acquire(const QString &path)
     if (m_lock)
         return true;
     const QString directory = QFileInfo(path).absolutePath();
-    std::error_code created;
-    std::filesystem::create_directories(QFile::encodeName(directory).toStdString(), created);
-    if (created)
-        return Error::posix(created.value(), directory);
+    if (const Expected<void> created = FileOperations::live().makeDirectories(directory); !created)
+        return created.error();
 
     Expected<LockFile> file = LockFile::open(path, LockFile::Access::ReadWriteCreate);
     if (!file)
