@@ -1,6 +1,7 @@
 #include "platform/linux/IBusBus.h"
 
 #include "platform/linux/IBusNames.h"
+#include "platform/linux/SignalReceiver.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -14,18 +15,13 @@ namespace {
 
 // Lives as a child of the observer's context, so that IBus's signals arrive on
 // the context's thread and stop with it.
-class ChangeReceiver : public QObject
+class ChangeReceiver : public SignalReceiver
 {
     Q_OBJECT
 public:
-    ChangeReceiver(std::function<void()> callback, QObject *parent)
-        : QObject(parent)
-        , m_callback(std::move(callback))
-    {}
+    using SignalReceiver::SignalReceiver;
 
 public slots:
-    void deliver() { m_callback(); }
-
     // The panel's list of engines is the enabled set; other settings do not matter here.
     void valueChanged(const QDBusMessage &message)
     {
@@ -34,11 +30,8 @@ public slots:
         const QString name = arguments.value(1).toString();
         if (section == QLatin1String("general")
             && (name == QLatin1String("preload_engines") || name == QLatin1String("preload-engines")))
-            m_callback();
+            deliver();
     }
-
-private:
-    std::function<void()> m_callback;
 };
 
 QString nextConnectionName()
