@@ -1,7 +1,7 @@
 // How long one call of the catalog takes against the session's input-source
 // system (IBus on Linux): every call is timed on its own, and each benchmark
 // reports the median and the 95th percentile in microseconds.
-#include "core/Catalog.h"
+#include "core/sources/Catalog.h"
 
 #include <QCoreApplication>
 

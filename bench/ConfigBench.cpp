@@ -1,6 +1,6 @@
 // Throughput of the configuration store: lock-free loads, locked mutations on
 // their own, and mutations from several processes contending for the lock.
-#include "core/ConfigStore.h"
+#include "core/config/ConfigStore.h"
 
 #include <QCoreApplication>
 #include <QElapsedTimer>

@@ -4,7 +4,7 @@
 // own; this program plays the other program. Run it through bench/run-engine,
 // which gives it a private IBus.
 #include "ProcessStats.h"
-#include "core/ConfigStore.h"
+#include "core/config/ConfigStore.h"
 #include "platform/InputSources.h"
 #include "platform/linux/IBusAddress.h"
 

@@ -1,9 +1,9 @@
 #include "Entry.h"
 
 #include "Roles.h"
-#include "core/ConfigStore.h"
-#include "core/L10n.h"
-#include "core/LaunchMode.h"
+#include "core/config/ConfigStore.h"
+#include "core/config/L10n.h"
+#include "core/login/LaunchMode.h"
 #include "platform/ParentProcess.h"
 
 namespace Entry {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/Config.h"
+#include "core/config/Config.h"
 
 #include <QRect>
 #include <QString>

@@ -1,7 +1,7 @@
 #include "FocusHelperDependencies.h"
 
-#include "core/Catalog.h"
-#include "core/ConfigStore.h"
+#include "core/config/ConfigStore.h"
+#include "core/sources/Catalog.h"
 #include "platform/ApplicationRole.h"
 #include "platform/InputSources.h"
 

@@ -1,7 +1,7 @@
 #include "GraphicalInstance.h"
 
-#include "core/ConfigStore.h"
-#include "core/Enforcer.h"
+#include "core/config/ConfigStore.h"
+#include "core/engine/Enforcer.h"
 #include "platform/ApplicationRole.h"
 #include "platform/Notifications.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/InstanceLock.h"
+#include "core/login/InstanceLock.h"
 
 #include <QObject>
 

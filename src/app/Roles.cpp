@@ -2,7 +2,7 @@
 
 #include "FocusHelper.h"
 #include "GraphicalInstance.h"
-#include "core/CLI.h"
+#include "core/cli/CLI.h"
 #include "platform/ApplicationRole.h"
 
 #include <QApplication>

@@ -1,4 +1,4 @@
-#include "core/ConfigStore.h"
+#include "core/config/ConfigStore.h"
 #include "support/Process.h"
 
 #include <QTemporaryDir>

@@ -1,5 +1,5 @@
-#include "core/Config.h"
-#include "core/StringTable.h"
+#include "core/config/Config.h"
+#include "core/config/StringTable.h"
 #include "platform/ExecutableLocation.h"
 #include "support/Process.h"
 

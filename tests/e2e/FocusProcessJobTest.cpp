@@ -1,4 +1,4 @@
-#include "core/FocusProcessJob.h"
+#include "core/engine/FocusProcessJob.h"
 #include "support/ParamName.h"
 #include "support/Spin.h"
 

@@ -1,4 +1,4 @@
-#include "core/InstanceLock.h"
+#include "core/login/InstanceLock.h"
 #include "support/ParamName.h"
 #include "support/Process.h"
 

@@ -1,6 +1,6 @@
 // `tolvar background`, as the login item starts it, against the private
 // session's ibus-daemon (xkb:us::eng selected, xkb:de::deu, hangul).
-#include "core/ConfigStore.h"
+#include "core/config/ConfigStore.h"
 #include "platform/InputSources.h"
 #include "platform/Notifications.h"
 #include "platform/linux/IBusAddress.h"

@@ -1,8 +1,8 @@
 // The real tolvar command against the private session's ibus-daemon (engines
 // xkb:us::eng selected, xkb:de::deu and hangul) and its temporary HOME.
-#include "core/ConfigStore.h"
-#include "core/L10n.h"
-#include "core/StringTable.h"
+#include "core/config/ConfigStore.h"
+#include "core/config/L10n.h"
+#include "core/config/StringTable.h"
 #include "platform/ExecutableLocation.h"
 #include "platform/InputSources.h"
 #include "platform/linux/IBusAddress.h"

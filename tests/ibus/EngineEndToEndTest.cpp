@@ -1,6 +1,6 @@
 // The engine on live wiring, in its own process, against the private session's
 // ibus-daemon (engines xkb:us::eng, xkb:de::deu and hangul).
-#include "core/ConfigStore.h"
+#include "core/config/ConfigStore.h"
 #include "platform/InputSources.h"
 #include "platform/linux/IBusAddress.h"
 

@@ -1,7 +1,7 @@
 // The catalog and the input-source port against the private session's own
 // ibus-daemon, which scripts/private-session --ibus starts with the engines
 // xkb:us::eng (selected), xkb:de::deu and hangul.
-#include "core/Catalog.h"
+#include "core/sources/Catalog.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/EnforcementDependencies.h"
+#include "core/engine/EnforcementDependencies.h"
 
 #include <QHash>
 #include <QStringList>

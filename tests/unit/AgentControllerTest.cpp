@@ -1,5 +1,5 @@
-#include "core/AgentController.h"
-#include "core/AgentError.h"
+#include "core/login/AgentController.h"
+#include "core/login/AgentError.h"
 #include "platform/LaunchdService.h"
 #include "platform/SystemdService.h"
 #include "support/ParamName.h"

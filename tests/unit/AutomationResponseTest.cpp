@@ -1,4 +1,4 @@
-#include "core/AutomationResponse.h"
+#include "core/cli/AutomationResponse.h"
 #include "support/ParamName.h"
 
 #include <QJsonDocument>

@@ -1,4 +1,4 @@
-#include "core/Automation.h"
+#include "core/cli/Automation.h"
 #include "support/ParamName.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,4 @@
-#include "core/CLIRequest.h"
+#include "core/cli/CLIRequest.h"
 #include "support/ParamName.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,5 @@
-#include "core/CLI.h"
-#include "core/L10n.h"
+#include "core/cli/CLI.h"
+#include "core/config/L10n.h"
 #include "support/ParamName.h"
 
 #include <QBuffer>

@@ -1,4 +1,4 @@
-#include "core/Catalog.h"
+#include "core/sources/Catalog.h"
 
 #include "support/FakeInputSources.h"
 #include "support/ParamName.h"

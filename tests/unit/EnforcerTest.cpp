@@ -1,5 +1,5 @@
-#include "core/Enforcer.h"
-#include "core/L10n.h"
+#include "core/engine/Enforcer.h"
+#include "core/config/L10n.h"
 #include "support/FakeEnforcementWorld.h"
 #include "support/ParamName.h"
 #include "support/Spin.h"

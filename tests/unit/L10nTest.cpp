@@ -1,4 +1,4 @@
-#include "core/L10n.h"
+#include "core/config/L10n.h"
 
 #include "support/ParamName.h"
 

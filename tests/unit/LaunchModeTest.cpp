@@ -1,4 +1,4 @@
-#include "core/LaunchMode.h"
+#include "core/login/LaunchMode.h"
 
 #include "support/ParamName.h"
 

@@ -1,5 +1,5 @@
-#include "core/RuntimeState.h"
-#include "core/SwitchOutcome.h"
+#include "core/sources/RuntimeState.h"
+#include "core/sources/SwitchOutcome.h"
 
 #include "support/ParamName.h"
 

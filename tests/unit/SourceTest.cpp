@@ -1,4 +1,4 @@
-#include "core/Source.h"
+#include "core/sources/Source.h"
 
 #include "support/FakeInputSources.h"
 #include "support/ParamName.h"

@@ -1,5 +1,5 @@
-#include "core/L10n.h"
-#include "core/StringTable.h"
+#include "core/config/L10n.h"
+#include "core/config/StringTable.h"
 
 #include <QDirIterator>
 #include <QFile>

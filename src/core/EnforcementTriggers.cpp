@@ -1,8 +1,0 @@
-#include "EnforcementTriggers.h"
-
-using namespace std::chrono_literals;
-
-EnforcementTriggers EnforcementTriggers::none()
-{
-    return {{}, {}, {}, {}, 0ms};
-}

@@ -1,0 +1,120 @@
+#include "core/cli/Automation.h"
+
+#include <cassert>
+
+namespace {
+
+std::optional<AutomationTarget> targetFor(const Config &config, const QList<InputChoice> &choices)
+{
+    if (!config.sourceID)
+        return std::nullopt;
+    for (const InputChoice &choice : choices) {
+        if (choice.id == *config.sourceID)
+            return AutomationTarget{*config.sourceID, choice.name, true};
+    }
+    return AutomationTarget{*config.sourceID, std::nullopt, false};
+}
+
+RuntimeState stateFor(const Config &config, bool running, const std::optional<AutomationTarget> &target,
+                      bool secureInput, const QString &currentID)
+{
+    if (!running)
+        return RuntimeState::Stopped;
+    if (!config.enabled)
+        return RuntimeState::Paused;
+    if (!config.sourceID || config.sourceID->isEmpty())
+        return RuntimeState::Setup;
+    if (!target || !target->available)
+        return RuntimeState::MissingSource;
+    if (secureInput)
+        return RuntimeState::SecureInput;
+    return currentID == *config.sourceID ? RuntimeState::Keeping : RuntimeState::Waiting;
+}
+
+} // namespace
+
+Automation::Automation(AutomationServices services)
+    : m_services(std::move(services))
+{}
+
+Expected<AutomationStatus, AutomationFailure> Automation::status(const std::optional<Config> &given) const
+{
+    Config config;
+    if (given) {
+        config = *given;
+    } else {
+        const Expected<Config> loaded = m_services.load();
+        if (!loaded)
+            return AutomationFailure::invalidConfig();
+        config = loaded.value();
+    }
+
+    const InputChoice current = m_services.current();
+    const std::optional<AutomationTarget> target =
+        config.sourceID ? targetFor(config, m_services.choices()) : std::nullopt;
+    const Expected<bool> running = m_services.running();
+    if (!running)
+        return AutomationFailure::runtimeUnavailable();
+    const bool secureInput = m_services.secureInput();
+
+    AutomationStatus status;
+    status.enabled = config.enabled;
+    status.running = running.value();
+    status.state = stateFor(config, running.value(), target, secureInput, current.id);
+    status.current = {current.id, current.name};
+    status.target = target;
+    status.loginEnabled = m_services.loginEnabled();
+    status.onboardingCompleted = config.onboardingCompleted;
+    return status;
+}
+
+Expected<AutomationStatus, AutomationFailure> Automation::setKeeping(CLIRequest::Command command) const
+{
+    assert(command == CLIRequest::Command::Pause || command == CLIRequest::Command::Resume
+           || command == CLIRequest::Command::Toggle);
+    const Expected<Config, AutomationFailure> written =
+        editConfig([&](Config &config) -> Expected<void, AutomationFailure> {
+            const bool turnOn =
+                command == CLIRequest::Command::Resume || (command == CLIRequest::Command::Toggle && !config.enabled);
+            if (turnOn) {
+                if (const auto required = requireTarget(config.sourceID); !required)
+                    return required.error();
+            }
+            config.enabled = turnOn;
+            return {};
+        });
+    if (!written)
+        return written.error();
+    return status(written.value());
+}
+
+Expected<void, AutomationFailure> Automation::requireTarget(const std::optional<QString> &sourceID) const
+{
+    if (!sourceID || sourceID->isEmpty())
+        return AutomationFailure::noTarget();
+    for (const InputChoice &choice : m_services.choices()) {
+        if (choice.id == *sourceID)
+            return {};
+    }
+    return AutomationFailure::missingSource();
+}
+
+Expected<Config, AutomationFailure> Automation::editConfig(const Edit &edit) const
+{
+    // The store knows nothing of our failures: carry one out beside it.
+    std::optional<AutomationFailure> refused;
+    const Expected<Config> written = m_services.update([&](Config &config) -> Expected<void> {
+        if (const auto edited = edit(config); !edited) {
+            refused = edited.error();
+            return Error::other(edited.error().message);
+        }
+        return {};
+    });
+    if (written)
+        return written.value();
+    if (refused)
+        return *refused;
+    if (written.error().domain() == Error::Domain::Decode)
+        return AutomationFailure::invalidConfig();
+    return AutomationFailure::configWriteFailed();
+}

@@ -1,0 +1,96 @@
+#include "core/cli/AutomationFailure.h"
+
+namespace {
+
+AutomationFailure make(const char *code, const char *message)
+{
+    return {QString::fromLatin1(code), QString::fromLatin1(message)};
+}
+
+} // namespace
+
+AutomationFailure AutomationFailure::invalidArguments()
+{
+    return make("invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.");
+}
+
+AutomationFailure AutomationFailure::invalidConfig()
+{
+    return make("invalid_config", "Unable to read the configuration. The file has not been changed.");
+}
+
+AutomationFailure AutomationFailure::runtimeUnavailable()
+{
+    return make("runtime_unavailable", "Unable to inspect the running application.");
+}
+
+AutomationFailure AutomationFailure::configWriteFailed()
+{
+    return make("config_write_failed", "Unable to update the configuration.");
+}
+
+AutomationFailure AutomationFailure::noTarget()
+{
+    return make("no_target", "No input source is selected. Use tolvar set <source-id> first.");
+}
+
+AutomationFailure AutomationFailure::missingSource()
+{
+    return make("missing_source",
+                "The selected input source is not available. Run tolvar list and select an available source.");
+}
+
+AutomationFailure AutomationFailure::missingSourceAfterSwitch()
+{
+    return make("missing_source", "The selected input source is not available.");
+}
+
+AutomationFailure AutomationFailure::notAppBundle()
+{
+    return make("not_app_bundle", "This command must run from the packaged Tolvar application.");
+}
+
+AutomationFailure AutomationFailure::openFailed()
+{
+    return make("open_failed", "Unable to open Tolvar.");
+}
+
+AutomationFailure AutomationFailure::installFailed()
+{
+    return make("install_failed", "Unable to install the login item.");
+}
+
+AutomationFailure AutomationFailure::uninstallFailed()
+{
+    return make("uninstall_failed", "Unable to remove the login item.");
+}
+
+AutomationFailure AutomationFailure::switchFailed()
+{
+    return make("switch_failed", "The input source could not be switched.");
+}
+
+AutomationFailure AutomationFailure::switchEndedWithoutResult()
+{
+    return make("switch_failed", "The switching operation ended without a result.");
+}
+
+AutomationFailure AutomationFailure::busy()
+{
+    return make("busy", "Another switching operation is in progress.");
+}
+
+AutomationFailure AutomationFailure::secureInput()
+{
+    return make("secure_input", "Switching is temporarily paused during secure input.");
+}
+
+AutomationFailure AutomationFailure::operationFailed()
+{
+    return make("operation_failed", "The operation could not be completed.");
+}
+
+AutomationFailure AutomationFailure::encodingFailed()
+{
+    return make("encoding_failed", "Unable to encode the response.");
+}

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "core/cli/AutomationFailure.h"
+#include "core/cli/AutomationStatus.h"
+
+#include <QByteArray>
+#include <QList>
+#include <QString>
+
+#include <optional>
+
+// The one JSON document a command prints with --json. Schema version 1:
+// compact, keys in byte order, absent members left out, slashes plain.
+struct AutomationResponse
+{
+    bool ok = true;
+    QString command;
+    std::optional<AutomationStatus> status;
+    std::optional<QList<AutomationSource>> sources;
+    std::optional<AutomationFailure> error;
+
+    static AutomationResponse success(const QString &command, const AutomationStatus &status);
+    static AutomationResponse listing(const QString &command, const QList<AutomationSource> &sources);
+    static AutomationResponse failure(const QString &command, const AutomationFailure &error);
+
+    QByteArray encoded() const;
+    // Printed in place of a document that could not be encoded.
+    static QByteArray fallback();
+};

@@ -1,0 +1,27 @@
+#pragma once
+
+#include "base/Expected.h"
+#include "core/config/Config.h"
+#include "core/config/ConfigStore.h"
+#include "core/sources/InputChoice.h"
+
+#include <QList>
+
+#include <functional>
+
+// The command line's contacts with the world, so its logic can run on fakes.
+struct AutomationServices
+{
+    // config.json without the lock; defaults when missing; read and decode errors passed on.
+    std::function<Expected<Config>()> load;
+    // Locked read-modify-write, announced to every process.
+    std::function<Expected<Config>(const ConfigStore::Edit &edit)> update;
+    std::function<QList<InputChoice>()> choices;
+    std::function<InputChoice()> current;
+    // Whether a windowed instance holds the instance lock.
+    std::function<Expected<bool>()> running;
+    std::function<bool()> secureInput;
+    std::function<bool()> loginEnabled;
+
+    static AutomationServices live();
+};

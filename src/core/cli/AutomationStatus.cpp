@@ -1,0 +1,98 @@
+#include "core/cli/AutomationStatus.h"
+
+#include <QJsonValue>
+
+namespace {
+
+std::optional<QString> stringMember(const QJsonObject &object, QLatin1StringView key)
+{
+    const QJsonValue value = object.value(key);
+    return value.isString() ? std::optional(value.toString()) : std::nullopt;
+}
+
+std::optional<bool> boolMember(const QJsonObject &object, QLatin1StringView key)
+{
+    const QJsonValue value = object.value(key);
+    return value.isBool() ? std::optional(value.toBool()) : std::nullopt;
+}
+
+} // namespace
+
+QJsonObject AutomationSource::toJson() const
+{
+    return {{QStringLiteral("id"), id}, {QStringLiteral("name"), name}};
+}
+
+std::optional<AutomationSource> AutomationSource::fromJson(const QJsonValue &value)
+{
+    const QJsonObject object = value.toObject();
+    const auto id = stringMember(object, QLatin1StringView("id"));
+    const auto name = stringMember(object, QLatin1StringView("name"));
+    if (!value.isObject() || !id || !name)
+        return std::nullopt;
+    return AutomationSource{*id, *name};
+}
+
+QJsonObject AutomationTarget::toJson() const
+{
+    QJsonObject object{{QStringLiteral("id"), id}, {QStringLiteral("available"), available}};
+    if (name)
+        object.insert(QStringLiteral("name"), *name);
+    return object;
+}
+
+std::optional<AutomationTarget> AutomationTarget::fromJson(const QJsonValue &value)
+{
+    const QJsonObject object = value.toObject();
+    const auto id = stringMember(object, QLatin1StringView("id"));
+    const auto available = boolMember(object, QLatin1StringView("available"));
+    const QJsonValue name = object.value(QLatin1StringView("name"));
+    if (!value.isObject() || !id || !available || !(name.isUndefined() || name.isNull() || name.isString()))
+        return std::nullopt;
+    return AutomationTarget{*id, name.isString() ? std::optional(name.toString()) : std::nullopt, *available};
+}
+
+QJsonObject AutomationStatus::toJson() const
+{
+    QJsonObject object{
+        {QStringLiteral("enabled"), enabled},           {QStringLiteral("running"), running},
+        {QStringLiteral("state"), state.raw()},         {QStringLiteral("current"), current.toJson()},
+        {QStringLiteral("loginEnabled"), loginEnabled}, {QStringLiteral("onboardingCompleted"), onboardingCompleted},
+    };
+    if (target)
+        object.insert(QStringLiteral("target"), target->toJson());
+    return object;
+}
+
+std::optional<AutomationStatus> AutomationStatus::fromJson(const QJsonValue &value)
+{
+    const QJsonObject object = value.toObject();
+    const auto enabled = boolMember(object, QLatin1StringView("enabled"));
+    const auto running = boolMember(object, QLatin1StringView("running"));
+    const auto stateWord = stringMember(object, QLatin1StringView("state"));
+    const auto state = stateWord ? RuntimeState::fromRaw(*stateWord) : std::nullopt;
+    const auto current = AutomationSource::fromJson(object.value(QLatin1StringView("current")));
+    const auto loginEnabled = boolMember(object, QLatin1StringView("loginEnabled"));
+    const auto onboarding = boolMember(object, QLatin1StringView("onboardingCompleted"));
+    const QJsonValue targetValue = object.value(QLatin1StringView("target"));
+    const auto target = AutomationTarget::fromJson(targetValue);
+    const bool targetAbsent = targetValue.isUndefined() || targetValue.isNull();
+    if (!enabled || !running || !state || !current || !loginEnabled || !onboarding || (!target && !targetAbsent))
+        return std::nullopt;
+    return AutomationStatus{*enabled, *running, *state, *current, target, *loginEnabled, *onboarding};
+}
+
+QJsonObject toJson(const AutomationFailure &failure)
+{
+    return {{QStringLiteral("code"), failure.code}, {QStringLiteral("message"), failure.message}};
+}
+
+std::optional<AutomationFailure> failureFromJson(const QJsonValue &value)
+{
+    const QJsonObject object = value.toObject();
+    const auto code = stringMember(object, QLatin1StringView("code"));
+    const auto message = stringMember(object, QLatin1StringView("message"));
+    if (!code || !message)
+        return std::nullopt;
+    return AutomationFailure{*code, *message};
+}

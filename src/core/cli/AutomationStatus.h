@@ -1,0 +1,51 @@
+#pragma once
+
+#include "core/cli/AutomationFailure.h"
+#include "core/sources/RuntimeState.h"
+
+#include <QJsonObject>
+#include <QString>
+
+#include <optional>
+
+// One input source as scripts see it.
+struct AutomationSource
+{
+    QString id;
+    QString name;
+
+    bool operator==(const AutomationSource &) const = default;
+    QJsonObject toJson() const;
+    static std::optional<AutomationSource> fromJson(const QJsonValue &value);
+};
+
+// The pinned source; `name` is absent when it is not among the selectable sources.
+struct AutomationTarget
+{
+    QString id;
+    std::optional<QString> name;
+    bool available = false;
+
+    bool operator==(const AutomationTarget &) const = default;
+    QJsonObject toJson() const;
+    static std::optional<AutomationTarget> fromJson(const QJsonValue &value);
+};
+
+// The whole system as the command line reports it.
+struct AutomationStatus
+{
+    bool enabled = false;
+    bool running = false;
+    RuntimeState state = RuntimeState::Stopped;
+    AutomationSource current;
+    std::optional<AutomationTarget> target;
+    bool loginEnabled = false;
+    bool onboardingCompleted = false;
+
+    bool operator==(const AutomationStatus &) const = default;
+    QJsonObject toJson() const;
+    static std::optional<AutomationStatus> fromJson(const QJsonValue &value);
+};
+
+QJsonObject toJson(const AutomationFailure &failure);
+std::optional<AutomationFailure> failureFromJson(const QJsonValue &value);

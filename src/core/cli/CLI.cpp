@@ -1,0 +1,291 @@
+#include "core/cli/CLI.h"
+
+#include "core/cli/Automation.h"
+#include "core/cli/AutomationResponse.h"
+#include "core/config/L10n.h"
+
+#include <QIODevice>
+
+namespace {
+
+using Command = CLIRequest::Command;
+
+QString stateText(RuntimeState state)
+{
+    switch (state) {
+    case RuntimeState::Setup: return L10n::text("state.setup");
+    case RuntimeState::Paused: return L10n::text("state.paused");
+    case RuntimeState::Keeping: return L10n::text("state.active");
+    case RuntimeState::Switching: return L10n::text("state.switching");
+    case RuntimeState::Waiting: return L10n::text("state.waiting");
+    case RuntimeState::SecureInput: return L10n::text("state.secure");
+    case RuntimeState::MissingSource: return L10n::text("state.missing");
+    case RuntimeState::Error: return L10n::text("state.error");
+    case RuntimeState::Stopped: return L10n::text("state.stopped");
+    }
+    return {};
+}
+
+QString onOff(bool value)
+{
+    return L10n::text(value ? "cli.on" : "cli.off");
+}
+
+// The human line for a failure that comes without one of its own.
+QString humanText(const AutomationFailure &failure)
+{
+    if (failure.code == QLatin1String("invalid_config"))
+        return L10n::text("warn.config");
+    if (failure.code == QLatin1String("no_target"))
+        return L10n::text("cli.err.no-pin");
+    if (failure.code == QLatin1String("missing_source"))
+        return L10n::text("warn.missing");
+    if (failure.code == QLatin1String("not_app_bundle"))
+        return L10n::text("cli.err.not-app");
+    if (failure.code == QLatin1String("runtime_unavailable"))
+        return L10n::text("cli.err.runtime");
+    if (failure.code == QLatin1String("config_write_failed"))
+        return L10n::text("cli.err.write").arg(failure.message);
+    if (failure.code == QLatin1String("open_failed"))
+        return L10n::text("cli.err.open").arg(failure.message);
+    return failure.message;
+}
+
+// The configuration-write mapping shared with the keeping commands.
+AutomationFailure writeFailure(const Error &error)
+{
+    return error.domain() == Error::Domain::Decode ? AutomationFailure::invalidConfig()
+                                                   : AutomationFailure::configWriteFailed();
+}
+
+} // namespace
+
+CLI::CLI(CLIServices services, QIODevice &out, QIODevice &err)
+    : m_services(std::move(services))
+    , m_out(out)
+    , m_err(err)
+{}
+
+QString CLI::usage()
+{
+    static const char *const keys[] = {
+        "cli.usage.header", "cli.usage.status",  "cli.usage.list",      "cli.usage.pause",
+        "cli.usage.resume", "cli.usage.toggle",  "cli.usage.set",       "cli.usage.apply",
+        "cli.usage.open",   "cli.usage.install", "cli.usage.uninstall",
+    };
+    QStringList lines;
+    for (const char *key : keys)
+        lines << L10n::text(key);
+    return lines.join(QLatin1Char('\n'));
+}
+
+int CLI::run(const QStringList &arguments)
+{
+    const auto request = CLIRequest::parse(arguments);
+    if (request)
+        return execute(request.value());
+
+    static const QString jsonFlag = QStringLiteral("--json");
+    if (arguments.contains(jsonFlag)) {
+        QString command = QStringLiteral("status");
+        for (const QString &argument : arguments) {
+            if (argument != jsonFlag) {
+                command = argument;
+                break;
+            }
+        }
+        printDocument(AutomationResponse::failure(command, request.error()).encoded());
+        return 1;
+    }
+    line(m_err, usage());
+    return 1;
+}
+
+int CLI::execute(const CLIRequest &request)
+{
+    switch (request.command) {
+    case Command::Status: return reportStatus(request);
+    case Command::Pause:
+    case Command::Resume:
+    case Command::Toggle: {
+        const auto status = Automation(m_services.automation).setKeeping(request.command);
+        if (!status)
+            return fail(status.error(), request);
+        return reportStatus(request, status.value());
+    }
+    case Command::List: return list(request);
+    case Command::Set:
+        if (const auto pinned = writePin(request); !pinned)
+            return fail(pinned.error(), request);
+        return runOnce(request);
+    case Command::Apply: return apply(request);
+    case Command::Open: {
+        if (const auto opened = m_services.openApp(); !opened)
+            return fail(opened.error(), request);
+        return request.json ? reportStatus(request) : 0;
+    }
+    case Command::Install:
+        if (const auto pinned = writePin(request); !pinned)
+            return fail(pinned.error(), request);
+        return install(request);
+    case Command::Uninstall: return uninstall(request);
+    case Command::Help: line(m_out, usage()); return 0;
+    }
+    return fail(AutomationFailure::operationFailed(), request);
+}
+
+int CLI::reportStatus(const CLIRequest &request, const std::optional<AutomationStatus> &given)
+{
+    AutomationStatus status;
+    if (given) {
+        status = *given;
+    } else {
+        const auto computed = Automation(m_services.automation).status();
+        if (!computed)
+            return fail(computed.error(), request);
+        status = computed.value();
+    }
+    if (request.json)
+        printDocument(AutomationResponse::success(CLIRequest::word(request.command), status).encoded());
+    else
+        printStatus(status);
+    return 0;
+}
+
+int CLI::list(const CLIRequest &request)
+{
+    const QList<InputChoice> choices = m_services.automation.choices();
+    if (request.json) {
+        QList<AutomationSource> sources;
+        for (const InputChoice &choice : choices)
+            sources << AutomationSource{choice.id, choice.name};
+        printDocument(AutomationResponse::listing(CLIRequest::word(request.command), sources).encoded());
+        return 0;
+    }
+    const QString current = m_services.automation.current().id;
+    for (const InputChoice &choice : choices) {
+        const bool marked = !current.isEmpty() && choice.id == current;
+        line(m_out,
+             (marked ? QStringLiteral("* ") : QStringLiteral("  ")) + choice.id + QStringLiteral("  ") + choice.name);
+    }
+    return 0;
+}
+
+Expected<void, AutomationFailure> CLI::writePin(const CLIRequest &request)
+{
+    const QString id = request.sourceID.value_or(QString());
+    if (id.isEmpty())
+        return AutomationFailure::noTarget();
+    if (const auto required = Automation(m_services.automation).requireTarget(id); !required)
+        return required.error();
+    const bool install = request.command == Command::Install;
+    const Expected<Config> written = m_services.automation.update([&](Config &config) -> Expected<void> {
+        config.sourceID = id;
+        config.onboardingCompleted = true;
+        if (install)
+            config.enabled = true;
+        return {};
+    });
+    if (!written)
+        return writeFailure(written.error());
+    return {};
+}
+
+int CLI::apply(const CLIRequest &request)
+{
+    // Read without the lock; a missing file pins nothing. Apply switches even
+    // while keeping is off.
+    const Expected<Config> config = m_services.automation.load();
+    if (!config)
+        return fail(AutomationFailure::invalidConfig(), request);
+    const std::optional<QString> &pinned = config->sourceID;
+    if (!pinned || pinned->isEmpty())
+        return fail(AutomationFailure::noTarget(), request);
+    if (const auto required = Automation(m_services.automation).requireTarget(pinned); !required)
+        return fail(required.error(), request);
+    return runOnce(request);
+}
+
+int CLI::runOnce(const CLIRequest &request)
+{
+    const std::optional<SwitchOutcome> outcome = m_services.switchOnce();
+    if (!outcome)
+        return fail(AutomationFailure::switchEndedWithoutResult(), request);
+    switch (outcome->kind()) {
+    case SwitchOutcome::Kind::Success: return request.json ? reportStatus(request) : 0;
+    case SwitchOutcome::Kind::SecureInput:
+        return fail(AutomationFailure::secureInput(), request, L10n::text("enf.secure"));
+    case SwitchOutcome::Kind::MissingSource:
+        return fail(AutomationFailure::missingSourceAfterSwitch(), request, L10n::text("warn.missing"));
+    case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request, L10n::text("warn.busy"));
+    case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->message());
+    }
+    return fail(AutomationFailure::switchFailed(), request);
+}
+
+int CLI::install(const CLIRequest &request)
+{
+    // The pin written before stays, whatever happens to the login item.
+    if (const auto installed = m_services.installLogin(m_services.executablePath()); !installed)
+        return fail(AutomationFailure::installFailed(), request, installed.error());
+    if (request.json)
+        return reportStatus(request);
+    line(m_out, L10n::text("cli.msg.pinned").arg(*request.sourceID));
+    line(m_out, L10n::text("cli.msg.login").arg(L10n::text("app.name")));
+    return 0;
+}
+
+int CLI::uninstall(const CLIRequest &request)
+{
+    if (const auto removed = m_services.uninstallLogin(); !removed)
+        return fail(AutomationFailure::uninstallFailed(), request, removed.error());
+    if (request.json)
+        return reportStatus(request);
+    line(m_out, L10n::text("cli.msg.uninstalled").arg(m_services.configFile()));
+    return 0;
+}
+
+int CLI::fail(const AutomationFailure &failure, const CLIRequest &request, const std::optional<QString> &human)
+{
+    return fail(failure, CLIRequest::word(request.command), request.json, human);
+}
+
+int CLI::fail(const AutomationFailure &failure, const QString &command, bool json, const std::optional<QString> &human)
+{
+    if (json)
+        printDocument(AutomationResponse::failure(command, failure).encoded());
+    else
+        line(m_err, human.value_or(humanText(failure)));
+    return 1;
+}
+
+void CLI::printDocument(const QByteArray &document)
+{
+    m_out.write((document.isEmpty() ? AutomationResponse::fallback() : document) + '\n');
+}
+
+void CLI::printStatus(const AutomationStatus &status)
+{
+    const QString format = L10n::text("cli.line");
+    const auto print = [&](const char *label, const QString &value) {
+        line(m_out, format.arg(L10n::text(label), value));
+    };
+
+    print("cli.label.state", stateText(status.state));
+    print("cli.label.running", onOff(status.running));
+    print("cli.label.current", status.current.name + QStringLiteral("  ") + status.current.id);
+    QString pinned = L10n::text("cli.unset");
+    if (status.target)
+        pinned =
+            status.target->name ? *status.target->name + QStringLiteral("  ") + status.target->id : status.target->id;
+    print("cli.label.pinned", pinned);
+    print("cli.label.keep", onOff(status.enabled));
+    print("cli.label.login", onOff(status.loginEnabled));
+    if (!status.running)
+        line(m_out, L10n::text("cli.msg.stopped"));
+}
+
+void CLI::line(QIODevice &device, const QString &text)
+{
+    device.write((text + QLatin1Char('\n')).toUtf8());
+}

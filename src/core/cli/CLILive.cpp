@@ -1,0 +1,90 @@
+// The command line wired to this machine.
+#include "core/cli/CLIServices.h"
+#include "core/config/ConfigStore.h"
+#include "core/engine/Enforcer.h"
+#include "core/login/Agent.h"
+#include "core/login/InstanceLock.h"
+#include "core/sources/Catalog.h"
+#include "platform/AppLauncher.h"
+#include "platform/ApplicationRole.h"
+#include "platform/ExecutableLocation.h"
+#include "platform/InputSources.h"
+
+#include <QEventLoop>
+
+namespace {
+
+InputChoice currentChoice(const InputSources &system)
+{
+    const QString id = system.currentID();
+    if (id.isEmpty())
+        return {};
+    for (const SourceProperties &properties : system.matching(id)) {
+        if (properties.localizedName.typeId() == QMetaType::QString)
+            return {id, properties.localizedName.toString()};
+    }
+    return {id, QString()};
+}
+
+// One manual switch on this process's engine, waited for in an event loop.
+std::optional<SwitchOutcome> switchWithTheEngine()
+{
+    ApplicationRole::becomeAccessory();
+    std::optional<SwitchOutcome> outcome;
+    QEventLoop loop;
+    QMetaObject::invokeMethod(
+        &loop,
+        [&] {
+            Enforcer::shared().enforce(true, true, [&](const SwitchOutcome &result) {
+                outcome = result;
+                loop.quit();
+            });
+        },
+        Qt::QueuedConnection);
+    loop.exec();
+    return outcome;
+}
+
+} // namespace
+
+AutomationServices AutomationServices::live()
+{
+    const InputSources system = InputSources::live();
+    AutomationServices s;
+    s.load = [] { return ConfigStore::load(); };
+    s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
+    s.choices = [system] { return Catalog::choices(system); };
+    s.current = [system] { return currentChoice(system); };
+    s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())); };
+    s.secureInput = system.secureInput;
+    s.loginEnabled = [] { return Agent::isLoginEnabled(); };
+    return s;
+}
+
+CLIServices CLIServices::live()
+{
+    CLIServices s;
+    s.automation = AutomationServices::live();
+    s.switchOnce = switchWithTheEngine;
+    s.installLogin = [](const QString &executable) -> Expected<void, QString> {
+        if (const auto installed = Agent::controller().install(executable, true); !installed)
+            return installed.error().description();
+        return {};
+    };
+    s.uninstallLogin = []() -> Expected<void, QString> {
+        if (const auto removed = Agent::controller().uninstall(true); !removed)
+            return removed.error().description();
+        return {};
+    };
+    s.openApp = []() -> Expected<void, AutomationFailure> {
+        switch (AppLauncher::openWindowedInstance(ExecutableLocation::path())) {
+        case AppLauncher::Result::Opened: return {};
+        case AppLauncher::Result::NotAppBundle: return AutomationFailure::notAppBundle();
+        case AppLauncher::Result::Failed: return AutomationFailure::openFailed();
+        }
+        return AutomationFailure::openFailed();
+    };
+    s.executablePath = [] { return ExecutableLocation::path(); };
+    s.configFile = [] { return ConfigStore::file(); };
+    return s;
+}

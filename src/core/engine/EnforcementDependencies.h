@@ -1,0 +1,35 @@
+#pragma once
+
+#include "base/Expected.h"
+#include "core/config/Config.h"
+#include "core/engine/EnforcementTarget.h"
+#include "core/engine/FocusProcessResult.h"
+
+#include <QString>
+
+#include <chrono>
+#include <functional>
+#include <optional>
+
+// Everything the engine asks of the world, so tests can stand in for it.
+struct EnforcementDependencies
+{
+    using Clock = std::chrono::steady_clock;
+    using FocusCompletion = std::function<void(FocusProcessResult)>;
+    using CancelFocus = std::function<void()>;
+
+    // Never fails: an unreadable file reads as the default record.
+    std::function<Config()> config;
+    std::function<bool()> secureInput;
+    // Empty when there is no current source.
+    std::function<QString()> currentID;
+    std::function<std::optional<EnforcementTarget>(const QString &id)> find;
+    // The platform's status; 0 is success.
+    std::function<qint32(const QString &id)> select;
+    // Starts a helper run; the returned operation stops it as cancelled.
+    std::function<Expected<CancelFocus>(const QString &id, bool automatic, FocusCompletion completion)> launchFocus;
+    // Monotonic, so clock changes cannot hold back or hurry the rate limits.
+    std::function<Clock::time_point()> now;
+
+    static EnforcementDependencies live();
+};
