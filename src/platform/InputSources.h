@@ -38,6 +38,12 @@ struct InputSources
     // The set of enabled sources changed.
     Observe observeEnabled;
 
+    // The backend's name in reports: "ibus", "gnome", "fcitx5", "plasma" or "macos".
+    QString backend = {};
+    // Whether a Chinese, Japanese, Korean or Vietnamese source takes effect only
+    // once focus moves, so that selecting it needs the focus helper.
+    bool cjkvNeedsFocus = false;
+
     static InputSources live();
     // A system without input sources: no sources, nothing selected, every select `unavailable`.
     static InputSources none();

@@ -127,15 +127,10 @@ InputSources at(std::function<QString()> address)
             },
             [bus](QObject *context, std::function<void()> callback) {
                 return bus->observe(IBusBus::Change::Enabled, context, std::move(callback));
-            }};
+            },
+            QStringLiteral("ibus"),
+            // IBus applies every engine at SetGlobalEngine.
+            false};
 }
 
 } // namespace IBusInputSources
-
-InputSources InputSources::live()
-{
-    // One connection per process, kept to the end: closing it while static
-    // objects are torn down would race QtDBus's own shutdown.
-    static const InputSources *const shared = new InputSources(IBusInputSources::at(IBusAddress::published));
-    return *shared;
-}

@@ -172,11 +172,9 @@ InputSources::Observe observing(CFStringRef name)
 
 InputSources InputSources::live()
 {
-    return {[] { return list(nullptr); },
-            matching,
-            currentID,
-            select,
-            [] { return IsSecureEventInputEnabled() != 0; },
+    return {[] { return list(nullptr); }, matching, currentID, select, [] { return IsSecureEventInputEnabled() != 0; },
             observing(kTISNotifySelectedKeyboardInputSourceChanged),
-            observing(kTISNotifyEnabledKeyboardInputSourcesChanged)};
+            observing(kTISNotifyEnabledKeyboardInputSourcesChanged), QStringLiteral("macos"),
+            // Text Input Sources applies a CJKV source only when focus moves.
+            true};
 }

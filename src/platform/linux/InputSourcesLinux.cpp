@@ -1,0 +1,28 @@
+#include "platform/InputSources.h"
+#include "platform/linux/IBusAddress.h"
+#include "platform/linux/IBusInputSources.h"
+#include "platform/linux/LinuxInputBackend.h"
+
+namespace {
+
+InputSources forBackend(LinuxInputBackend::Kind kind)
+{
+    switch (kind) {
+    case LinuxInputBackend::Kind::ibus:
+    case LinuxInputBackend::Kind::gnome:
+    case LinuxInputBackend::Kind::fcitx5:
+    case LinuxInputBackend::Kind::plasma: break;
+    }
+    return IBusInputSources::at(IBusAddress::published);
+}
+
+} // namespace
+
+InputSources InputSources::live()
+{
+    // Probed once, and one connection per process kept to the end: closing it
+    // while static objects are torn down would race QtDBus's own shutdown.
+    static const InputSources *const shared =
+        new InputSources(forBackend(LinuxInputBackend::choose(LinuxInputBackend::probe())));
+    return *shared;
+}

@@ -1,0 +1,69 @@
+#include "platform/linux/LinuxInputBackend.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+
+#include <array>
+#include <utility>
+
+namespace {
+
+constexpr std::array names = {
+    std::pair{LinuxInputBackend::Kind::ibus, "ibus"},
+    std::pair{LinuxInputBackend::Kind::gnome, "gnome"},
+    std::pair{LinuxInputBackend::Kind::fcitx5, "fcitx5"},
+    std::pair{LinuxInputBackend::Kind::plasma, "plasma"},
+};
+
+bool hasOwner(const QString &service)
+{
+    const QDBusConnection bus = QDBusConnection::sessionBus();
+    return bus.isConnected() && bus.interface()->isServiceRegistered(service).value();
+}
+
+} // namespace
+
+namespace LinuxInputBackend {
+
+std::optional<Kind> parse(const QString &name)
+{
+    for (const auto &[kind, text] : names)
+        if (name == QLatin1String(text))
+            return kind;
+    return std::nullopt;
+}
+
+QString name(Kind kind)
+{
+    for (const auto &[candidate, text] : names)
+        if (candidate == kind)
+            return QLatin1String(text);
+    return {};
+}
+
+Kind choose(const Session &session)
+{
+    if (const std::optional<Kind> requested = parse(session.requested))
+        return *requested;
+    if (session.fcitx5Running)
+        return Kind::fcitx5;
+    if (session.desktops.contains(QLatin1String("GNOME"), Qt::CaseInsensitive))
+        return Kind::gnome;
+    if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive) && session.plasmaLayouts)
+        return Kind::plasma;
+    return Kind::ibus;
+}
+
+Session probe()
+{
+    Session session;
+    session.requested = qEnvironmentVariable("TOLVAR_INPUT_BACKEND");
+    session.desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts);
+    if (parse(session.requested))
+        return session;
+    session.fcitx5Running = hasOwner(QStringLiteral("org.fcitx.Fcitx5"));
+    session.plasmaLayouts = hasOwner(QStringLiteral("org.kde.keyboard"));
+    return session;
+}
+
+} // namespace LinuxInputBackend

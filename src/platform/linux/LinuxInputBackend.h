@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QString>
+#include <QStringList>
+
+#include <optional>
+
+// Which input-method stack owns the current source in this session. Probed
+// once per process; everything above the port sees only InputSources.
+namespace LinuxInputBackend {
+
+enum class Kind { ibus, gnome, fcitx5, plasma };
+
+struct Session
+{
+    QString requested;    // $TOLVAR_INPUT_BACKEND: a backend name, or empty
+    QStringList desktops; // $XDG_CURRENT_DESKTOP, split at ':'
+    bool fcitx5Running = false;
+    bool plasmaLayouts = false;
+};
+
+// The backend for `session`: a valid request wins; Fcitx5 handles the keyboard
+// whenever it runs; then the desktop's own stack; IBus otherwise.
+Kind choose(const Session &session);
+std::optional<Kind> parse(const QString &name);
+QString name(Kind kind);
+// The session as the environment and the session bus describe it.
+Session probe();
+
+} // namespace LinuxInputBackend
