@@ -48,7 +48,8 @@ class AppModel : public QObject
     Q_PROPERTY(bool configError READ configError NOTIFY configErrorChanged)
     Q_PROPERTY(bool showsOnboarding READ showsOnboarding NOTIFY showsOnboardingChanged)
     Q_PROPERTY(int setupStep READ setupStep WRITE setSetupStep NOTIFY setupStepChanged)
-    Q_PROPERTY(std::optional<QString> setupSourceID READ setupSourceID WRITE setSetupSourceID NOTIFY setupSourceIDChanged)
+    Q_PROPERTY(
+        std::optional<QString> setupSourceID READ setupSourceID WRITE setSetupSourceID NOTIFY setupSourceIDChanged)
     Q_PROPERTY(bool setupKeepEnabled READ setupKeepEnabled WRITE setSetupKeepEnabled NOTIFY setupKeepEnabledChanged)
     Q_PROPERTY(std::optional<bool> setupLoginRequested READ setupLoginRequested WRITE setSetupLoginRequested NOTIFY
                    setupLoginRequestedChanged)

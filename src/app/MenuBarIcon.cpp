@@ -1,10 +1,10 @@
 #include "app/MenuBarIcon.h"
 
 #include <QGuiApplication>
-#include <QtMath>
 #include <QPainter>
 #include <QPainterPath>
 #include <QPixmap>
+#include <QtMath>
 
 #include <algorithm>
 #include <cmath>
