@@ -140,7 +140,7 @@ QImage AppModel::sourceIcon(const QString &id)
         return MenuBarIcon::image();
     if (const auto cached = m_sourceArtwork.constFind(id); cached != m_sourceArtwork.cend())
         return *cached;
-    const QImage image = MenuBarIcon::inputSourceImage(m_services.sourceIcon(id));
+    QImage image = MenuBarIcon::inputSourceImage(m_services.sourceIcon(id));
     m_sourceArtwork.insert(id, image);
     return image;
 }

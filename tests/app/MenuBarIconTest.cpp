@@ -1,4 +1,4 @@
-// Menu-bar images from generated icons: sizes, and which may take the panel's colour.
+// Menu-bar images from generated icons: their size, and which may take the panel's colour.
 #include "app/MenuBarIcon.h"
 
 #include "support/ParamName.h"
@@ -7,139 +7,80 @@
 
 #include <gtest/gtest.h>
 
-#include <cmath>
 #include <limits>
 
 namespace {
 
-QImage filled(QSize size, const QColor &background, const std::function<void(QPainter &)> &draw = {})
+// An icon of `size` on `background`, with `fills` painted as rectangles of their colours.
+QImage icon(QSize size, const QColor &background, const QList<std::pair<QRect, QColor>> &fills = {}, qreal ratio = 1)
 {
     QImage image(size, QImage::Format_ARGB32);
     image.fill(background);
-    if (draw) {
-        QPainter painter(&image);
-        draw(painter);
-    }
-    return image;
-}
-
-QImage withRatio(QImage image, qreal ratio)
-{
+    QPainter painter(&image);
+    for (const auto &[rect, colour] : fills)
+        painter.fillRect(rect, colour);
+    painter.end();
     image.setDevicePixelRatio(ratio);
     return image;
 }
 
-struct UnusableCase
+struct IconCase
 {
     std::string name;
     std::optional<QImage> icon;
+    QSizeF size; // empty: the default image
+    bool isTemplate = false;
 };
 
-class MenuBarIconUnusableTest : public testing::TestWithParam<UnusableCase>
-{};
-
-TEST_P(MenuBarIconUnusableTest, GivesTheDefaultImage)
+class MenuBarIconTest : public testing::TestWithParam<IconCase>
 {
-    EXPECT_EQ(MenuBarIcon::inputSourceImage(GetParam().icon).cacheKey(), MenuBarIcon::image().cacheKey());
+};
+
+TEST_P(MenuBarIconTest, FitsTheBoxAndTemplatesOnlyOneFlatGreyOnTransparency)
+{
+    const QImage result = MenuBarIcon::inputSourceImage(GetParam().icon);
+    if (GetParam().size.isEmpty()) {
+        EXPECT_EQ(result.cacheKey(), MenuBarIcon::image().cacheKey());
+        return;
+    }
+    EXPECT_EQ(result.deviceIndependentSize(), GetParam().size);
+    EXPECT_EQ(MenuBarIcon::isTemplate(result), GetParam().isTemplate);
 }
 
-const QImage square = filled({16, 16}, Qt::black);
+const QSize box(44, 36);
+const QSizeF fitted(22, 18);
+const QRect left(4, 4, 16, 28);
+const QRect right(24, 4, 16, 28);
 
 INSTANTIATE_TEST_SUITE_P(
-    Icons, MenuBarIconUnusableTest,
-    testing::Values(UnusableCase{"Absent", std::nullopt}, UnusableCase{"Null", QImage()},
-                    UnusableCase{"ZeroByZero", QImage(0, 0, QImage::Format_ARGB32)},
-                    UnusableCase{"InfiniteSize", withRatio(square, 0)},
-                    UnusableCase{"NotANumberSize", withRatio(square, std::numeric_limits<qreal>::quiet_NaN())}),
-    ParamName());
-
-struct ScaleCase
-{
-    std::string name;
-    QSize size;
-    QSizeF expected;
-};
-
-class MenuBarIconScaleTest : public testing::TestWithParam<ScaleCase>
-{};
-
-TEST_P(MenuBarIconScaleTest, FillsTheBoxKeepingTheAspect)
-{
-    const QImage icon = filled(GetParam().size, Qt::red);
-    EXPECT_EQ(MenuBarIcon::inputSourceImage(icon).deviceIndependentSize(), GetParam().expected);
-    EXPECT_EQ(icon.size(), GetParam().size) << "the given image stays as it was";
-}
-
-INSTANTIATE_TEST_SUITE_P(Icons, MenuBarIconScaleTest,
-                         testing::Values(ScaleCase{"SmallSquareGrows", {16, 16}, {18, 18}},
-                                         ScaleCase{"WideShrinks", {44, 22}, {22, 11}},
-                                         ScaleCase{"TallFitsTheHeight", {10, 20}, {9, 18}}),
-                         ParamName());
-
-struct TemplateCase
-{
-    std::string name;
-    QImage icon;
-    bool isTemplate;
-};
-
-class MenuBarIconTemplateTest : public testing::TestWithParam<TemplateCase>
-{};
-
-TEST_P(MenuBarIconTemplateTest, OnlyOneFlatGreyOnTransparencyIsATemplate)
-{
-    EXPECT_EQ(MenuBarIcon::isTemplate(MenuBarIcon::inputSourceImage(GetParam().icon)), GetParam().isTemplate);
-}
-
-QImage glyph(const QColor &ink)
-{
-    return filled({44, 36}, Qt::transparent, [&](QPainter &p) {
-        p.setRenderHint(QPainter::Antialiasing);
-        p.setBrush(ink);
-        p.setPen(Qt::NoPen);
-        p.drawEllipse(QRectF(8, 6, 28, 24));
-    });
-}
-
-// Two greys side by side, `apart` steps of 1/255 from each other.
-QImage twoGreys(int apart)
-{
-    return filled({44, 36}, Qt::transparent, [&](QPainter &p) {
-        p.fillRect(4, 4, 16, 28, QColor(64, 64, 64));
-        p.fillRect(24, 4, 16, 28, QColor(64 + apart, 64 + apart, 64 + apart));
-    });
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Icons, MenuBarIconTemplateTest,
+    Icons, MenuBarIconTest,
     testing::Values(
-        TemplateCase{"BlackGlyphOnTransparency", glyph(Qt::black), true},
-        TemplateCase{"ColouredFlag", filled({44, 36}, Qt::transparent,
-                                            [](QPainter &p) {
-                                                p.fillRect(0, 6, 44, 12, QColor(0, 56, 168));
-                                                p.fillRect(0, 18, 44, 12, QColor(255, 215, 0));
-                                            }),
-                     false},
-        TemplateCase{"GreysWithinTolerance", twoGreys(30), true},
-        TemplateCase{"GreysFurtherApart", twoGreys(32), false},
-        TemplateCase{"OpaqueGreySquare", filled({44, 36}, Qt::gray), false},
-        TemplateCase{"FullyTransparent", filled({44, 36}, Qt::transparent), false},
-        TemplateCase{"AlreadyMarked", MenuBarIcon::markedAsTemplate(filled({44, 36}, Qt::red)), true}),
+        IconCase{"Absent", std::nullopt, {}}, IconCase{"ZeroByZero", QImage(0, 0, QImage::Format_ARGB32), {}},
+        IconCase{"InfiniteSize", icon({16, 16}, Qt::black, {}, 0), {}},
+        IconCase{"NotANumberSize", icon({16, 16}, Qt::black, {}, std::numeric_limits<qreal>::quiet_NaN()), {}},
+        IconCase{"SmallSquareGrows", icon({16, 16}, Qt::red), {18, 18}},
+        IconCase{"WideShrinks", icon({44, 22}, Qt::red), {22, 11}},
+        IconCase{"TallFitsTheHeight", icon({10, 20}, Qt::red), {9, 18}},
+        IconCase{"BlackGlyphOnTransparency", icon(box, Qt::transparent, {{left, Qt::black}}), fitted, true},
+        IconCase{"ColouredFlag", icon(box, Qt::transparent, {{left, QColor(0, 56, 168)}, {right, QColor(255, 215, 0)}}),
+                 fitted},
+        IconCase{"GreysWithinTolerance",
+                 icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(94, 94, 94)}}), fitted, true},
+        IconCase{"GreysFurtherApart",
+                 icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(96, 96, 96)}}), fitted},
+        IconCase{"OpaqueGreySquare", icon(box, Qt::gray), fitted},
+        IconCase{"FullyTransparent", icon(box, Qt::transparent), fitted},
+        IconCase{"AlreadyMarked", MenuBarIcon::markedAsTemplate(icon(box, Qt::red)), fitted, true}),
     ParamName());
 
-TEST(MenuBarIconTest, DefaultIsATemplateOfTheBoxAtTheScreensRatio)
+TEST(MenuBarIconDrawingTest, DefaultIsATemplateAndTemplatesTakeTheForeground)
 {
-    const QImage image = MenuBarIcon::image();
-    EXPECT_TRUE(MenuBarIcon::isTemplate(image));
-    EXPECT_EQ(image.deviceIndependentSize(), QSizeF(22, 18));
-}
-
-TEST(MenuBarIconTest, TemplatesAreDrawnInTheForegroundAndOthersKeepTheirColours)
-{
-    const QImage mark = MenuBarIcon::inputSourceImage(glyph(Qt::black));
-    EXPECT_EQ(MenuBarIcon::drawn(mark, Qt::white).pixelColor(11, 9), QColor(Qt::white));
-    const QImage flag = MenuBarIcon::inputSourceImage(filled({44, 36}, Qt::red));
-    EXPECT_EQ(MenuBarIcon::drawn(flag, Qt::white).pixelColor(11, 9), QColor(Qt::red));
+    EXPECT_TRUE(MenuBarIcon::isTemplate(MenuBarIcon::image()));
+    EXPECT_EQ(MenuBarIcon::image().deviceIndependentSize(), fitted);
+    const QImage mark = MenuBarIcon::inputSourceImage(icon(box, Qt::transparent, {{left, Qt::black}}));
+    EXPECT_EQ(MenuBarIcon::drawn(mark, Qt::white).pixelColor(5, 9), QColor(Qt::white));
+    const QImage flag = MenuBarIcon::inputSourceImage(icon(box, Qt::red));
+    EXPECT_EQ(MenuBarIcon::drawn(flag, Qt::white).pixelColor(5, 9), QColor(Qt::red));
 }
 
 } // namespace
