@@ -58,7 +58,7 @@ TEST_P(InfoPlistTest, RendersTheKeysTheSystemAndTheAppRead)
     cmake.start(TOLVAR_CMAKE,
                 {"-DOUTPUT=" + output, QString("-DVERSION=") + row.version, QString("-DBUILD=") + row.build,
                  "-DMINIMUM_SYSTEM=13.0", QString("-DUPDATE_URL=") + row.updateURL, "-P",
-                 TOLVAR_SOURCE_DIR "/cmake/InfoPlist.cmake"});
+                 QString(TOLVAR_SOURCE_DIR) + "/cmake/InfoPlist.cmake"});
     ASSERT_TRUE(cmake.waitForFinished(60000) && cmake.exitCode() == 0) << cmake.readAllStandardError().toStdString();
 
     const QVariantMap plist = readPlist(output);
