@@ -11,6 +11,7 @@
 #include "platform/InputSources.h"
 
 #include <QEventLoop>
+#include <QHash>
 
 namespace {
 
@@ -24,6 +25,19 @@ InputChoice currentChoice(const InputSources &system)
             return {id, properties.localizedName.toString()};
     }
     return {id, QString()};
+}
+
+// The framework's own spelling, for messages.
+QString frameworkName(const QString &backend)
+{
+    static const QHash<QString, QString> names = {
+        {QStringLiteral("ibus"), QStringLiteral("IBus")},
+        {QStringLiteral("gnome"), QStringLiteral("GNOME Shell")},
+        {QStringLiteral("fcitx5"), QStringLiteral("Fcitx 5")},
+        {QStringLiteral("plasma"), QStringLiteral("KDE Plasma")},
+        {QStringLiteral("macos"), QStringLiteral("Text Input Sources")},
+    };
+    return names.value(backend, backend);
 }
 
 // One manual switch on this process's engine, waited for in an event loop.
@@ -58,6 +72,8 @@ AutomationServices AutomationServices::live()
     s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
+    s.availability = system.availability;
+    s.framework = frameworkName(system.backend);
     return s;
 }
 
