@@ -10,5 +10,7 @@ void guard();
 // Whether standard output or standard error was closed when guard() ran.
 bool outputWasClosed();
 bool errorWasClosed();
+// Whether standard output is a terminal: someone started us by hand and reads it.
+bool outputIsTerminal();
 
 } // namespace StandardStreams

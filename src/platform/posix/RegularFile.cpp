@@ -10,8 +10,6 @@ namespace {
 
 QString kind(mode_t mode)
 {
-    if (S_ISDIR(mode))
-        return QStringLiteral("a folder");
     if (S_ISFIFO(mode))
         return QStringLiteral("a FIFO");
     if (S_ISSOCK(mode))
@@ -46,8 +44,9 @@ Expected<int> open(const QString &path, int flags)
     }
     if (!S_ISREG(info.st_mode)) {
         ::close(descriptor);
-        return Error::posix(S_ISDIR(info.st_mode) ? EISDIR : EINVAL, path,
-                            QStringLiteral("is %1, not a regular file").arg(kind(info.st_mode)));
+        if (S_ISDIR(info.st_mode))
+            return Error::posix(EISDIR, path);
+        return Error::posix(EINVAL, path, QStringLiteral("is %1, not a regular file").arg(kind(info.st_mode)));
     }
     // Reads from a regular file never wait; clearing the flag keeps it that way for what follows.
     ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);

@@ -32,4 +32,9 @@ bool errorWasClosed()
     return closedAtStart[2];
 }
 
+bool outputIsTerminal()
+{
+    return ::isatty(1) == 1;
+}
+
 } // namespace StandardStreams
