@@ -11,17 +11,20 @@
 #include "support/Process.h"
 #include "support/Spin.h"
 
+#include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QLocalServer>
 
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <sys/socket.h>
 #include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
 
 namespace {
 
@@ -89,17 +92,44 @@ void signalDaemon(int signal)
     ::kill(qEnvironmentVariableIntValue("TOLVAR_IBUS_DAEMON"), signal);
 }
 
+// A bus that listens and never accepts: the kernel completes connections
+// that nobody ever reads or answers.
+class SilentBus
+{
+public:
+    ~SilentBus()
+    {
+        if (m_socket >= 0)
+            ::close(m_socket);
+    }
+    QString listen(const QString &name)
+    {
+        const QByteArray path = QFile::encodeName(QDir::temp().filePath(name));
+        ::unlink(path.constData());
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
+        m_socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        EXPECT_EQ(::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+        EXPECT_EQ(::listen(m_socket, 16), 0);
+        return "unix:path=" + QFile::decodeName(path);
+    }
+
+private:
+    int m_socket = -1;
+};
+
 struct Fault
 {
     const char *name;
     QStringList arguments;
     // Sets the scene: files, daemons, the environment. Returns what the report must name.
-    std::function<QString(QProcessEnvironment &, QLocalServer &)> arrange;
+    std::function<QString(QProcessEnvironment &, SilentBus &)> arrange;
 };
 
 Fault atFile(const char *name, Standing what, QString (*path)())
 {
-    return {name, {"pause"}, [what, path](QProcessEnvironment &, QLocalServer &) {
+    return {name, {"pause"}, [what, path](QProcessEnvironment &, SilentBus &) {
                 place(what, path());
                 return path();
             }};
@@ -126,6 +156,7 @@ protected:
         if (IBusAddress::published().isEmpty())
             GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
         m_environment.insert("LANG", "C.UTF-8");
+        QDir(directory()).removeRecursively();
         ASSERT_TRUE(ConfigStore::write(Config{german, true, std::nullopt, true}, directory()).ok());
     }
     void TearDown() override { signalDaemon(SIGCONT); }
@@ -144,7 +175,7 @@ class FaultTableTest : public FaultEndToEndTest, public testing::WithParamInterf
 
 TEST_P(FaultTableTest, ReturnsSoonReportsOnceNamesTheCauseAndChangesNothing)
 {
-    QLocalServer silent;
+    SilentBus silent;
     const QString cause = GetParam().arrange(m_environment, silent);
     const QStringList before = snapshot();
 
@@ -166,46 +197,45 @@ TEST_P(FaultTableTest, ReturnsSoonReportsOnceNamesTheCauseAndChangesNothing)
     EXPECT_EQ(snapshot(), before);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Faults, FaultTableTest,
-    testing::Values(atFile("FifoAtConfig", Standing::Fifo, configFile),
-                    atFile("FolderAtConfig", Standing::Folder, configFile),
-                    atFile("LinkToNothingAtConfig", Standing::DanglingLink, configFile),
-                    atFile("FifoAtConfigLock", Standing::Fifo, configLock),
-                    atFile("FolderAtConfigLock", Standing::Folder, configLock),
-                    atFile("LinkToNothingAtConfigLock", Standing::DanglingLink, configLock),
-                    atFile("FifoAtInstanceLock", Standing::Fifo, instanceLock),
-                    atFile("FolderAtInstanceLock", Standing::Folder, instanceLock),
-                    atFile("LinkToNothingAtInstanceLock", Standing::DanglingLink, instanceLock),
-                    Fault{"FrozenIBus",
-                          {"set", german},
-                          [](QProcessEnvironment &, QLocalServer &) {
-                              signalDaemon(SIGSTOP);
-                              return QStringLiteral("IBus");
-                          }},
-                    Fault{"IBusThatAcceptsAndNeverAnswers",
-                          {"list"},
-                          [](QProcessEnvironment &environment, QLocalServer &silent) {
-                              // Listening, never accepting: the kernel completes connections nobody reads.
-                              silent.listen(
-                                  QDir::temp().filePath("tolvar-silent-%1").arg(QCoreApplication::applicationPid()));
-                              environment.insert("IBUS_ADDRESS", "unix:path=" + silent.fullServerName());
-                              return QStringLiteral("IBus");
-                          }},
-                    Fault{"NoIBus",
-                          {"apply"},
-                          [](QProcessEnvironment &environment, QLocalServer &) {
-                              environment.insert("IBUS_ADDRESS", "unix:path=/nonexistent/ibus");
-                              return QStringLiteral("IBus");
-                          }}),
-    ParamName());
+INSTANTIATE_TEST_SUITE_P(Faults, FaultTableTest,
+                         testing::Values(atFile("FifoAtConfig", Standing::Fifo, configFile),
+                                         atFile("FolderAtConfig", Standing::Folder, configFile),
+                                         atFile("LinkToNothingAtConfig", Standing::DanglingLink, configFile),
+                                         atFile("FifoAtConfigLock", Standing::Fifo, configLock),
+                                         atFile("FolderAtConfigLock", Standing::Folder, configLock),
+                                         atFile("LinkToNothingAtConfigLock", Standing::DanglingLink, configLock),
+                                         atFile("FifoAtInstanceLock", Standing::Fifo, instanceLock),
+                                         atFile("FolderAtInstanceLock", Standing::Folder, instanceLock),
+                                         atFile("LinkToNothingAtInstanceLock", Standing::DanglingLink, instanceLock),
+                                         Fault{"FrozenIBus",
+                                               {"set", german},
+                                               [](QProcessEnvironment &, SilentBus &) {
+                                                   signalDaemon(SIGSTOP);
+                                                   return QStringLiteral("IBus");
+                                               }},
+                                         Fault{"IBusThatAcceptsAndNeverAnswers",
+                                               {"list"},
+                                               [](QProcessEnvironment &environment, SilentBus &silent) {
+                                                   environment.insert(
+                                                       "IBUS_ADDRESS",
+                                                       silent.listen(QStringLiteral("tolvar-ibus-%1")
+                                                                         .arg(QCoreApplication::applicationPid())));
+                                                   return QStringLiteral("IBus");
+                                               }},
+                                         Fault{"NoIBus",
+                                               {"apply"},
+                                               [](QProcessEnvironment &environment, SilentBus &) {
+                                                   environment.insert("IBUS_ADDRESS", "unix:path=/nonexistent/ibus");
+                                                   return QStringLiteral("IBus");
+                                               }}),
+                         ParamName());
 
 TEST_F(FaultEndToEndTest, SilentSessionBusHoldsUpNothing)
 {
-    QLocalServer silent;
-    ASSERT_TRUE(silent.listen(QDir::temp().filePath("tolvar-bus-%1").arg(QCoreApplication::applicationPid())));
-    m_environment.insert("DBUS_SESSION_BUS_ADDRESS", "unix:path=" + silent.fullServerName());
-    for (const char *command : {"pause", "resume", "uninstall"}) {
+    SilentBus silent;
+    m_environment.insert("DBUS_SESSION_BUS_ADDRESS",
+                         silent.listen(QStringLiteral("tolvar-bus-%1").arg(QCoreApplication::applicationPid())));
+    for (const char *command : {"pause", "resume"}) {
         const ProcessResult result = tolvar({command, "--json"});
         ASSERT_TRUE(result.finished) << command;
         EXPECT_EQ(result.exitCode, 0) << command << result.out.constData();
@@ -231,7 +261,12 @@ TEST_F(FaultEndToEndTest, OpenReturnsAtOnceInsideCommandSubstitution)
     ASSERT_TRUE(opened.finished);
     EXPECT_EQ(opened.out, "[]\n");
     // The instance it started takes the lock; end it, found by that lock's holder.
-    ASSERT_TRUE(spinUntil([] { return InstanceLock::isHeld(instanceLock()).value_or(false); }, boundMs));
+    ASSERT_TRUE(spinUntil(
+        [] {
+            const Expected<bool> held = InstanceLock::isHeld(instanceLock());
+            return held && held.value();
+        },
+        boundMs));
     for (const int pid : holders(instanceLock()))
         ::kill(pid, SIGTERM);
 }
