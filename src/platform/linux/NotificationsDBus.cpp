@@ -27,7 +27,7 @@ void postSignal(const QString &name)
     const std::optional<QDBusConnection> session = DBusBuses::session();
     if (!session)
         return;
-    QDBusConnection bus = *session;
+    const QDBusConnection &bus = *session;
     bus.send(QDBusMessage::createSignal(objectPath, interfaceOf(name), memberOf(name)));
     // Signals leave from QtDBus's own thread; a round trip behind the signal makes
     // sure it is on the bus before a short-lived client exits.
