@@ -5,6 +5,7 @@
 #include "core/config/L10n.h"
 #include "core/login/LaunchMode.h"
 #include "platform/ParentProcess.h"
+#include "platform/StandardStreams.h"
 
 namespace Entry {
 
@@ -19,6 +20,7 @@ Dependencies Dependencies::live()
 
 int main(int argc, char **argv, const Dependencies &dependencies)
 {
+    StandardStreams::guard();
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);

@@ -44,6 +44,11 @@ struct InputSources
     // once focus moves, so that selecting it needs the focus helper.
     bool cjkvNeedsFocus = false;
 
+    enum class Availability { Available, NotRunning, NotAnswering };
+    // Whether the input method framework can be asked now, in a bounded time;
+    // a backend without this field is always there.
+    std::function<Availability()> availability = {};
+
     static InputSources live();
     // A system without input sources: no sources, nothing selected, every select `unavailable`.
     static InputSources none();

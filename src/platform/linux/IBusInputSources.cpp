@@ -130,7 +130,7 @@ InputSources at(std::function<QString()> address)
             },
             QStringLiteral("ibus"),
             // IBus applies every engine at SetGlobalEngine.
-            false};
+            false, [bus] { return bus->availability(); }};
 }
 
 } // namespace IBusInputSources
