@@ -1,6 +1,7 @@
 #include "core/update/NetworkLoader.h"
 #include "core/update/UpdateChecker.h"
 #include "support/ParamName.h"
+#include "support/UpdatePrinting.h"
 
 #include <QEventLoop>
 #include <QJsonDocument>

@@ -30,6 +30,7 @@ public:
 
 private:
     void redirected(const QUrl &target);
+    bool isRedirect(int status) const;
     void headArrived();
     void bodyArrived();
     void finished();
@@ -70,6 +71,14 @@ RequestJob::RequestJob(QNetworkRequest request, const NetworkLoader::Options &op
     QTimer::singleShot(options.totalTimeout, this, [this] { fail(UpdateCheckFailure::Kind::Network); });
 }
 
+bool RequestJob::isRedirect(int status) const
+{
+    // Qt reports a redirect's head before asking whether to follow it; what counts is the answer after it.
+    static constexpr int followed[] = {301, 302, 303, 305, 307, 308};
+    return std::find(std::begin(followed), std::end(followed), status) != std::end(followed)
+           && m_reply->hasRawHeader("Location");
+}
+
 void RequestJob::redirected(const QUrl &target)
 {
     if (secureURL(m_reply->url().resolved(target).toString(QUrl::FullyEncoded)))
@@ -83,7 +92,7 @@ void RequestJob::headArrived()
     if (m_settled || m_headSeen)
         return;
     const QVariant status = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute);
-    if (!status.isValid())
+    if (!status.isValid() || isRedirect(status.toInt()))
         return;
     m_headSeen = true;
     // An error page is never read.
