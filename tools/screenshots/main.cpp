@@ -54,6 +54,9 @@ int main(int argc, char **argv)
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
                 widget->adjustSize();
+                // Wrapped text needs the height for the width it got, which the size hint underestimates.
+                if (widget->hasHeightForWidth())
+                    widget->resize(widget->width(), std::max(widget->height(), widget->heightForWidth(widget->width())));
                 QApplication::processEvents();
                 const QString file = output.filePath(
                     QStringLiteral("%1.%2.%3.png")
