@@ -53,7 +53,11 @@ int main(int argc, char **argv)
                 const std::unique_ptr<QWidget> widget(scene.build({language.code, dark}));
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
-                widget->adjustSize();
+                // Wrapped text needs its height for the sheet's own width, not for the widest line.
+                const int width = widget->minimumWidth() == widget->maximumWidth() ? widget->width()
+                                                                                   : widget->sizeHint().width();
+                widget->resize(width, widget->hasHeightForWidth() ? widget->heightForWidth(width)
+                                                                  : widget->sizeHint().height());
                 QApplication::processEvents();
                 const QString file = output.filePath(
                     QStringLiteral("%1.%2.%3.png")
