@@ -243,7 +243,7 @@ QWidget *sourceListStates(const Scene::Context &)
     sheet.add(sourceList(none));
     sheet.caption(QStringLiteral("Increased contrast"));
     auto *strong = new QWidget;
-    Theme::setPreferences(strong, {.increasedContrast = true});
+    Theme::setPreferences(strong, DisplayPreferences{true, false, false});
     auto *column = new QVBoxLayout(strong);
     column->setContentsMargins(0, 0, 0, 0);
     column->addWidget(sourceList(listContent(3, true)));

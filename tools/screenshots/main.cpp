@@ -53,10 +53,11 @@ int main(int argc, char **argv)
                 const std::unique_ptr<QWidget> widget(scene.build({language.code, dark}));
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
-                widget->adjustSize();
-                // Wrapped text needs the height for the width it got, which the size hint underestimates.
-                if (widget->hasHeightForWidth())
-                    widget->resize(widget->width(), std::max(widget->height(), widget->heightForWidth(widget->width())));
+                // Wrapped text needs its height for the sheet's own width, not for the widest line.
+                const int width = widget->minimumWidth() == widget->maximumWidth() ? widget->width()
+                                                                                   : widget->sizeHint().width();
+                widget->resize(width, widget->hasHeightForWidth() ? widget->heightForWidth(width)
+                                                                  : widget->sizeHint().height());
                 QApplication::processEvents();
                 const QString file = output.filePath(
                     QStringLiteral("%1.%2.%3.png")

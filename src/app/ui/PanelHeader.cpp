@@ -19,8 +19,7 @@ PanelHeader::PanelHeader(bool inWindow, const QString &title, QWidget *leading, 
     }
     m_title = new ThemedLabel(title, 13, QFont::DemiBold, ThemedLabel::primary, this);
     // One line: a long title is cut short rather than pushing the controls away.
-    m_title->setWordWrap(false);
-    m_title->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    m_title->setElided(true);
     m_title->setAccessibleName(title);
     AccessibleComponent::setHeading(m_title);
     row->addWidget(m_title, 1);

@@ -55,8 +55,8 @@ void SourceList::setContent(SourceListContent content)
 
 void SourceList::changeEvent(QEvent *event)
 {
-    // The rows read the contrast setting when built; a new palette rebuilds them.
-    if (event->type() == QEvent::PaletteChange)
+    // The rows read the contrast setting when built; new surroundings rebuild them.
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange)
         QTimer::singleShot(0, this, [this] { rebuild(); });
     QWidget::changeEvent(event);
 }
@@ -120,9 +120,10 @@ void SourceList::rebuild()
     m_scroll->setWidgetResizable(true);
     m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     m_scroll->setFixedHeight(scrollHeight);
+    m_scroll->setWidget(rows);
+    // The surface shows through the scrolled rows.
     m_scroll->viewport()->setAutoFillBackground(false);
     rows->setAutoFillBackground(false);
-    m_scroll->setWidget(rows);
     m_column->addWidget(m_scroll);
     // The range is known once the rows are laid out.
     QTimer::singleShot(0, m_scroll,

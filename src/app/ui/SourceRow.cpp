@@ -30,6 +30,7 @@ SourceRow::SourceRow(const InputChoice &source, const QImage &icon, bool selecte
     row->addWidget(new SourceArtwork(icon, SourceArtwork::defaultSize, this));
     auto *name =
         new ThemedLabel(source.name, 13, selected ? QFont::DemiBold : QFont::Normal, ThemedLabel::primary, this);
+    name->setElided(true);
     name->setAttribute(Qt::WA_TransparentForMouseEvents);
     row->addWidget(name, 1);
     if (current) {

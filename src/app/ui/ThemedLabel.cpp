@@ -3,6 +3,7 @@
 #include "app/ui/Theme.h"
 
 #include <QEvent>
+#include <QPainter>
 
 ThemedLabel::ThemedLabel(const QString &text, qreal points, QFont::Weight weight, Ink ink, QWidget *parent)
     : QLabel(text, parent)
@@ -33,6 +34,33 @@ void ThemedLabel::setInk(Ink ink)
 {
     m_ink = std::move(ink);
     applyInk();
+}
+
+void ThemedLabel::setElided(bool elided)
+{
+    m_elided = elided;
+    setWordWrap(!elided);
+    updateGeometry();
+}
+
+QSize ThemedLabel::minimumSizeHint() const
+{
+    if (!m_elided)
+        return QLabel::minimumSizeHint();
+    return {fontMetrics().horizontalAdvance(QStringLiteral("…")) * 3, QLabel::minimumSizeHint().height()};
+}
+
+void ThemedLabel::paintEvent(QPaintEvent *event)
+{
+    if (!m_elided) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    QPainter painter(this);
+    painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
+    const QRect box = contentsRect();
+    painter.drawText(box, static_cast<int>(alignment()) | Qt::TextSingleLine,
+                     fontMetrics().elidedText(text(), Qt::ElideRight, box.width()));
 }
 
 void ThemedLabel::changeEvent(QEvent *event)

@@ -21,13 +21,19 @@ public:
     static QColor tertiary(const Theme &theme);
 
     void setInk(Ink ink);
+    // One line, shortened with an ellipsis when it does not fit.
+    void setElided(bool elided);
+
+    QSize minimumSizeHint() const override;
 
 protected:
     void changeEvent(QEvent *event) override;
+    void paintEvent(QPaintEvent *event) override;
 
 private:
     void applyInk();
 
     Ink m_ink;
     bool m_applying = false;
+    bool m_elided = false;
 };
