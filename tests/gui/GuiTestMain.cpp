@@ -3,6 +3,7 @@
 
 #include <memory>
 
+QObject *makeAboutPageTest();
 QObject *makeComponentsTest();
 QObject *makeThemeTest();
 
@@ -12,7 +13,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QTEST_SET_MAIN_SOURCE_PATH
     int failures = 0;
-    for (auto make : {makeComponentsTest, makeThemeTest}) {
+    for (auto make : {makeAboutPageTest, makeComponentsTest, makeThemeTest}) {
         const std::unique_ptr<QObject> test(make());
         failures += QTest::qExec(test.get(), argc, argv);
     }
