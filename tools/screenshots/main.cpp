@@ -54,8 +54,8 @@ int main(int argc, char **argv)
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
                 // Wrapped text needs its height for the sheet's own width, not for the widest line.
-                const int width = widget->minimumWidth() == widget->maximumWidth() ? widget->width()
-                                                                                   : widget->sizeHint().width();
+                const int width =
+                    widget->minimumWidth() == widget->maximumWidth() ? widget->width() : widget->sizeHint().width();
                 widget->resize(width, widget->hasHeightForWidth() ? widget->heightForWidth(width)
                                                                   : widget->sizeHint().height());
                 QApplication::processEvents();
