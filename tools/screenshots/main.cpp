@@ -56,6 +56,9 @@ int main(int argc, char **argv)
                 const std::unique_ptr<QWidget> widget(scene.build({language.code, dark}));
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
+                // Rows rebuilt in new surroundings are shown by queued calls; let them land.
+                for (int round = 0; round < 3; ++round)
+                    QApplication::processEvents();
                 // Wrapped text needs its height for the sheet's own width, not for the widest line.
                 const int width =
                     widget->minimumWidth() == widget->maximumWidth() ? widget->width() : widget->sizeHint().width();
