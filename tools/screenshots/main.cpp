@@ -43,7 +43,10 @@ int main(int argc, char **argv)
     for (const L10n::Language &language : L10n::supported()) {
         L10n::setLanguageCode(language.code);
         QFont font = systemFont;
-        font.setFamilies({QStringLiteral("DejaVu Sans"), cjkFamily(language.code)});
+        // Desktops in Chinese, Japanese or Korean put their CJK face first.
+        const QString cjk = cjkFamily(language.code);
+        font.setFamilies(language.code == QLatin1String("en") ? QStringList{QStringLiteral("DejaVu Sans"), cjk}
+                                                              : QStringList{cjk, QStringLiteral("DejaVu Sans")});
         QApplication::setFont(font);
         for (const bool dark : {false, true}) {
             QApplication::setPalette(Theme::standardPalette(dark));
@@ -53,6 +56,9 @@ int main(int argc, char **argv)
                 const std::unique_ptr<QWidget> widget(scene.build({language.code, dark}));
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
+                // Rows rebuilt in new surroundings are shown by queued calls; let them land.
+                for (int round = 0; round < 3; ++round)
+                    QApplication::processEvents();
                 // Wrapped text needs its height for the sheet's own width, not for the widest line.
                 const int width =
                     widget->minimumWidth() == widget->maximumWidth() ? widget->width() : widget->sizeHint().width();
