@@ -3,6 +3,7 @@
 #include "base/Expected.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 
 #include <functional>
@@ -27,6 +28,8 @@ struct FileOperations
     std::function<Expected<void>(const QString &path)> makeDirectories;
     // Through a temporary file and a rename, so the file is never seen half written.
     std::function<Expected<void>(const QString &path, const QByteArray &bytes)> writeAtomically;
+    // When the file was last written; none when nothing is there.
+    std::function<std::optional<QDateTime>(const QString &path)> modified;
     std::function<Expected<void>(const QString &link, const QString &destination)> createLink;
     // A file or a link (never what it points to); ENOENT when nothing is there.
     std::function<Expected<void>(const QString &path)> remove;

@@ -1,6 +1,7 @@
 // The command line wired to this machine.
 #include "core/cli/CLIServices.h"
 #include "core/config/ConfigStore.h"
+#include "platform/AppPlaces.h"
 #include "core/engine/Enforcer.h"
 #include "core/login/Agent.h"
 #include "core/login/InstanceLock.h"
@@ -55,7 +56,7 @@ AutomationServices AutomationServices::live()
     s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
     s.choices = [system] { return Catalog::choices(system); };
     s.current = [system] { return currentChoice(system); };
-    s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())); };
+    s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
     return s;

@@ -91,6 +91,14 @@ Expected<void> writeAtomically(const QString &path, const QByteArray &bytes)
     return {};
 }
 
+std::optional<QDateTime> modified(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return std::nullopt;
+    return info.lastModified().toUTC();
+}
+
 Expected<void> createLink(const QString &link, const QString &destination)
 {
     std::error_code code;
@@ -120,6 +128,7 @@ FileOperations FileOperations::live()
         .readLink = disk::readLink,
         .makeDirectories = disk::makeDirectories,
         .writeAtomically = disk::writeAtomically,
+        .modified = disk::modified,
         .createLink = disk::createLink,
         .remove = disk::remove,
     };
