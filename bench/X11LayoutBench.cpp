@@ -74,17 +74,19 @@ int main()
     const char *layouts[] = {"de", "us"};
     const int rounds = 100;
     report("setxkbmap -layout (spawned)", rounds, [&](int i) {
-        return X11Layout::setArguments({QLatin1String(layouts[i % 2]), {}, {}}).has_value() &&
-               QProcess::execute(QStringLiteral("setxkbmap"),
-                                 *X11Layout::setArguments({QLatin1String(layouts[i % 2]), {}, {}})) == 0;
+        return X11Layout::setArguments({QLatin1String(layouts[i % 2]), {}, {}}).has_value()
+               && QProcess::execute(QStringLiteral("setxkbmap"),
+                                    *X11Layout::setArguments({QLatin1String(layouts[i % 2]), {}, {}}))
+                      == 0;
     });
     report("setxkbmap -query (spawned)", rounds, [](int) { return X11Layout::current().has_value(); });
-    report("X11Layout::apply (set + read back)", rounds,
-           [&](int i) { return X11Layout::apply({QLatin1String(layouts[i % 2]), {}, {}}); });
+    report("X11Layout::apply (set + read back)", rounds, [&](int i) {
+        return X11Layout::apply({QLatin1String(layouts[i % 2]), {}, {}});
+    });
     report("libxkbfile in-process, rules read each time", rounds,
            [&](int i) { return setInProcess(display, nullptr, layouts[i % 2]); });
-    XkbRF_RulesPtr rules = XkbRF_Load(const_cast<char *>("/usr/share/X11/xkb/rules/evdev"), const_cast<char *>("C"),
-                                      True, True);
+    XkbRF_RulesPtr rules =
+        XkbRF_Load(const_cast<char *>("/usr/share/X11/xkb/rules/evdev"), const_cast<char *>("C"), True, True);
     report("libxkbfile in-process, rules kept", rounds,
            [&](int i) { return setInProcess(display, rules, layouts[i % 2]); });
     std::printf("layout at the end: %s\n", qPrintable(X11Layout::current().value_or(X11Layout::Names()).layout));

@@ -1,8 +1,8 @@
 #include "GraphicalInstance.h"
 
 #include "core/config/ConfigStore.h"
-#include "platform/AppPlaces.h"
 #include "core/engine/Enforcer.h"
+#include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 #include "platform/Notifications.h"
 

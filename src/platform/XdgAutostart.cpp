@@ -30,8 +30,9 @@ ServiceManager manager(const QString &configHome)
     // A unit from the systemd user service earlier versions installed, and its
     // link in graphical-session.target.wants, would start a second copy.
     const QString unit = SystemdService::manager(configHome).agentFile;
-    const QString wants = QDir(configHome).filePath(QStringLiteral("systemd/user/graphical-session.target.wants/") +
-                                                    QFileInfo(unit).fileName());
+    const QString wants =
+        QDir(configHome)
+            .filePath(QStringLiteral("systemd/user/graphical-session.target.wants/") + QFileInfo(unit).fileName());
     return {
         .program = {},
         .agentFile = QDir(configHome).filePath(QStringLiteral("autostart/app.tolvar.desktop")),

@@ -1,7 +1,7 @@
 // The X layout on a virtual X display, against the private session's IBus
 // (scripts/private-session --x11 --ibus): IBus itself leaves it alone.
-#include "platform/linux/IBusAddress.h"
 #include "platform/linux/X11Layout.h"
+#include "platform/linux/IBusAddress.h"
 
 #include "support/Process.h"
 #include "support/Spin.h"
@@ -30,8 +30,8 @@ QString reported()
 
 void keepSystemLayout(bool keep)
 {
-    runProcess("gsettings", {"set", "org.freedesktop.ibus.general", "use-system-keyboard-layout",
-                             keep ? "true" : "false"});
+    runProcess("gsettings",
+               {"set", "org.freedesktop.ibus.general", "use-system-keyboard-layout", keep ? "true" : "false"});
 }
 
 class X11LayoutTest : public testing::TestWithParam<std::pair<bool, const char *>>
@@ -58,8 +58,7 @@ TEST_P(X11LayoutTest, SetFollowsIBusSetting)
     EXPECT_EQ(reported(), "xkb:de::deu");
 }
 
-INSTANTIATE_TEST_SUITE_P(X11Layout, X11LayoutTest,
-                         testing::Values(std::pair{false, "de"}, std::pair{true, "us"}),
+INSTANTIATE_TEST_SUITE_P(X11Layout, X11LayoutTest, testing::Values(std::pair{false, "de"}, std::pair{true, "us"}),
                          [](const auto &row) { return row.param.first ? "SystemLayoutKept" : "EngineLayoutSet"; });
 
 TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)

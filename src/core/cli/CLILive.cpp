@@ -1,12 +1,12 @@
 // The command line wired to this machine.
 #include "core/cli/CLIServices.h"
 #include "core/config/ConfigStore.h"
-#include "platform/AppPlaces.h"
 #include "core/engine/Enforcer.h"
 #include "core/login/Agent.h"
 #include "core/login/InstanceLock.h"
 #include "core/sources/Catalog.h"
 #include "platform/AppLauncher.h"
+#include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 #include "platform/ExecutableLocation.h"
 #include "platform/InputSources.h"

@@ -161,8 +161,8 @@ bool AgentController::isLoginEnabled() const
 
 Expected<bool> AgentController::isDisabled() const
 {
-    const LaunchctlResult answer = m_manager.disabledQuery.isEmpty() ? agentFileText()
-                                                                     : m_run(m_manager.program, m_manager.disabledQuery);
+    const LaunchctlResult answer =
+        m_manager.disabledQuery.isEmpty() ? agentFileText() : m_run(m_manager.program, m_manager.disabledQuery);
     switch (m_manager.readMark(answer)) {
     case ServiceManager::Mark::NotDisabled: return false;
     case ServiceManager::Mark::Disabled: return true;

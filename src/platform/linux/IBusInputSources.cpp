@@ -25,9 +25,9 @@ QVariant firstArgument(const QDBusMessage &reply)
 // One of IBus's "general" settings, as its configuration service keeps them.
 QVariant generalSetting(IBusBus &bus, const QString &name)
 {
-    return IBusEngineDesc::unwrap(firstArgument(bus.call(IBusNames::configService, IBusNames::configPath,
-                                                         IBusNames::configInterface, QStringLiteral("GetValue"),
-                                                         {QStringLiteral("general"), name})));
+    return IBusEngineDesc::unwrap(
+        firstArgument(bus.call(IBusNames::configService, IBusNames::configPath, IBusNames::configInterface,
+                               QStringLiteral("GetValue"), {QStringLiteral("general"), name})));
 }
 
 // The daemon only accepts the preload list; what the user chose is kept by

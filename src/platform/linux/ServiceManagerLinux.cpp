@@ -6,6 +6,5 @@
 
 ServiceManager ServiceManager::live()
 {
-    return XdgAutostart::manager(
-        SystemdService::configHome(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")));
+    return XdgAutostart::manager(SystemdService::configHome(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")));
 }
