@@ -6,6 +6,7 @@
 #include "core/login/InstanceLock.h"
 #include "core/sources/Catalog.h"
 #include "platform/AppLauncher.h"
+#include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 #include "platform/ExecutableLocation.h"
 #include "platform/InputSources.h"
@@ -79,7 +80,7 @@ AutomationServices AutomationServices::live()
     s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
     s.choices = [system] { return Catalog::choices(system); };
     s.current = [system] { return Catalog::current(system); };
-    s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())); };
+    s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
     s.availability = system.availability;

@@ -1,5 +1,6 @@
 #include "core/config/ConfigStore.h"
 
+#include "platform/AppPlaces.h"
 #include "platform/FileBytes.h"
 #include "platform/FileOperations.h"
 #include "platform/LockFile.h"
@@ -57,7 +58,7 @@ template <typename Body> auto withExclusiveLock(const QString &directory, Body b
 
 QString directory()
 {
-    return QDir::home().filePath(QStringLiteral("Library/Application Support/Tolvar"));
+    return AppPlaces::configDirectory();
 }
 
 QString file()

@@ -27,7 +27,11 @@ constexpr unsigned long refusedPauseMs = 40;
 
 EnforcementDependencies EnforcementDependencies::live()
 {
-    const InputSources system = InputSources::live();
+    return over(InputSources::live());
+}
+
+EnforcementDependencies EnforcementDependencies::over(const InputSources &system)
+{
     EnforcementDependencies d;
     d.config = [] { return ConfigStore::loadOrDefault(); };
     d.secureInput = system.secureInput;
@@ -36,7 +40,8 @@ EnforcementDependencies EnforcementDependencies::live()
         const std::optional<Source> source = Catalog::find(id, system);
         if (!source)
             return std::nullopt;
-        return EnforcementTarget{source->id(), source->isCJKV()};
+        // Only where a CJKV source waits for a focus change is the helper worth its delay.
+        return EnforcementTarget{source->id(), source->isCJKV() && system.cjkvNeedsFocus};
     };
     d.select = [system](const QString &id) {
         const std::optional<Source> source = Catalog::find(id, system);

@@ -109,6 +109,14 @@ void removeLeftovers(const QString &path)
     }
 }
 
+std::optional<QDateTime> modified(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return std::nullopt;
+    return info.lastModified().toUTC();
+}
+
 Expected<void> createLink(const QString &link, const QString &destination)
 {
     std::error_code code;
@@ -139,6 +147,7 @@ FileOperations FileOperations::live()
         .makeDirectories = disk::makeDirectories,
         .writeAtomically = disk::writeAtomically,
         .removeLeftovers = disk::removeLeftovers,
+        .modified = disk::modified,
         .createLink = disk::createLink,
         .remove = disk::remove,
     };
