@@ -44,6 +44,18 @@ struct InputSources
     // once focus moves, so that selecting it needs the focus helper.
     bool cjkvNeedsFocus = false;
 
+    enum class Availability {
+        available,
+        // The desktop keeps the sources to itself and Tolvar's extension for it
+        // (GNOME Shell) is not running: nothing can be read or switched.
+        extensionMissing,
+    };
+    // Asked afresh at each call, so an extension that starts later is seen.
+    std::function<Availability()> availability = [] { return Availability::available; };
+    // Turns on what the backend needs from the desktop, for this and later
+    // sessions (GNOME: Tolvar's shell extension); false when that failed.
+    std::function<bool()> enableCompanion = [] { return true; };
+
     static InputSources live();
     // A system without input sources: no sources, nothing selected, every select `unavailable`.
     static InputSources none();

@@ -46,6 +46,15 @@ public:
         s.automation.running = [this]() -> Expected<bool> { return running; };
         s.automation.secureInput = [] { return false; };
         s.automation.loginEnabled = [this] { return login; };
+        s.automation.backend = "gnome";
+        s.automation.availability = [this] {
+            return extensionRunning ? InputSources::Availability::available
+                                    : InputSources::Availability::extensionMissing;
+        };
+        s.enableCompanion = [this] {
+            ++companionEnables;
+            return companionTurnsOn;
+        };
         s.switchOnce = [this]() -> std::optional<SwitchOutcome> {
             ++switches;
             if (outcome && *outcome == SwitchOutcome::success() && stored)
@@ -98,6 +107,9 @@ public:
     QString current = hangul;
     bool running = true;
     bool login = false;
+    bool extensionRunning = true;
+    bool companionTurnsOn = true;
+    int companionEnables = 0;
     std::optional<SwitchOutcome> outcome = SwitchOutcome::success();
     std::optional<QString> loginError;
     std::optional<AutomationFailure> openFailure;
@@ -125,11 +137,28 @@ TEST_F(CLITest, StatusReportEndsWithTheStoppedLineWhenNothingRuns)
     EXPECT_EQ(run({}), 0);
     const QStringList lines = stdoutText().split('\n', Qt::SkipEmptyParts);
     const QString format = L10n::text("cli.line");
-    ASSERT_EQ(lines.size(), 7);
+    ASSERT_EQ(lines.size(), 8);
     EXPECT_EQ(lines[0], format.arg(L10n::text("cli.label.state"), L10n::text("state.stopped")));
     EXPECT_EQ(lines[2], format.arg(L10n::text("cli.label.current"), "Korean  hangul"));
     EXPECT_EQ(lines[3], format.arg(L10n::text("cli.label.pinned"), "English (US)  xkb:us::eng"));
-    EXPECT_EQ(lines[6], L10n::text("cli.msg.stopped"));
+    EXPECT_EQ(lines[6], format.arg(L10n::text("cli.label.backend"), "gnome"));
+    EXPECT_EQ(lines[7], L10n::text("cli.msg.stopped"));
+}
+
+TEST_F(CLITest, StatusNamesTheMissingGnomeExtensionAndHowToTurnItOn)
+{
+    extensionRunning = false;
+    EXPECT_EQ(run({"status", "--json"}), 0);
+    const QJsonObject status = document()["status"].toObject();
+    EXPECT_EQ(status["backend"].toString(), "gnome");
+    EXPECT_EQ(status["state"].toString(), "error");
+    EXPECT_EQ(status["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
+    EXPECT_TRUE(status["backendError"].toObject()["message"].toString().contains(
+        "gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID));
+
+    EXPECT_EQ(run({"status"}), 0);
+    EXPECT_TRUE(stdoutText().contains(
+        L10n::text("warn.gnome-extension").arg("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID) + "\n"));
 }
 
 TEST_F(CLITest, SetWithJsonReportsTheStatusAfterTheSwitch)
@@ -145,6 +174,7 @@ TEST_F(CLITest, InstallPinsKeepsAndSaysSo)
     EXPECT_EQ(run({"install", hangul}), 0);
     EXPECT_EQ(stored, (Config{hangul, true, std::nullopt, true}));
     EXPECT_EQ(installedFor, "/opt/tolvar/bin/tolvar");
+    EXPECT_EQ(companionEnables, 1);
     EXPECT_EQ(stdoutText(), L10n::text("cli.msg.pinned").arg(hangul) + "\n"
                                 + L10n::text("cli.msg.login").arg(L10n::text("app.name")) + "\n");
 }
@@ -285,6 +315,35 @@ INSTANTIATE_TEST_SUITE_P(
                     AutomationFailure::noTarget(),
                     [] { return L10n::text("cli.err.no-pin"); },
                     [](const CLITest &fixture) { EXPECT_FALSE(fixture.stored->enabled); }},
+        FailureCase{
+            "ListWithoutTheGnomeExtension",
+            [](CLITest &fixture) { fixture.extensionRunning = false; },
+            {"list"},
+            AutomationFailure::gnomeExtensionMissing(),
+            [] {
+                return L10n::text("warn.gnome-extension").arg("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID);
+            }},
+        FailureCase{
+            "SetWithoutTheGnomeExtension",
+            [](CLITest &fixture) { fixture.extensionRunning = false; },
+            {"set", hangul},
+            AutomationFailure::gnomeExtensionMissing(),
+            [] {
+                return L10n::text("warn.gnome-extension").arg("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID);
+            },
+            [](const CLITest &fixture) {
+                EXPECT_EQ(fixture.stored->sourceID, us);
+                EXPECT_EQ(fixture.switches, 0);
+            }},
+        FailureCase{"InstallWithoutTheGnomeExtensionTurnsItOnFirst",
+                    [](CLITest &fixture) { fixture.extensionRunning = false; },
+                    {"install", hangul},
+                    AutomationFailure::gnomeExtensionMissing(),
+                    [] { return L10n::text("cli.err.gnome-extension-enabled"); },
+                    [](const CLITest &fixture) {
+                        EXPECT_EQ(fixture.companionEnables, 2) << "once per run";
+                        EXPECT_FALSE(fixture.login);
+                    }},
         FailureCase{"StatusOnCorruptFile",
                     [](CLITest &fixture) { fixture.corrupt = true; },
                     {"status"},

@@ -16,7 +16,7 @@ std::optional<AutomationTarget> targetFor(const Config &config, const QList<Inpu
 }
 
 RuntimeState stateFor(const Config &config, bool running, const std::optional<AutomationTarget> &target,
-                      bool secureInput, const QString &currentID)
+                      bool secureInput, const QString &currentID, bool sourcesReachable)
 {
     if (!running)
         return RuntimeState::Stopped;
@@ -24,6 +24,9 @@ RuntimeState stateFor(const Config &config, bool running, const std::optional<Au
         return RuntimeState::Paused;
     if (!config.sourceID || config.sourceID->isEmpty())
         return RuntimeState::Setup;
+    // Every source would look missing; the cause is elsewhere.
+    if (!sourcesReachable)
+        return RuntimeState::Error;
     if (!target || !target->available)
         return RuntimeState::MissingSource;
     if (secureInput)
@@ -56,15 +59,18 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     if (!running)
         return AutomationFailure::runtimeUnavailable();
     const bool secureInput = m_services.secureInput();
+    const std::optional<AutomationFailure> blocked = sourcesBlocked();
 
     AutomationStatus status;
     status.enabled = config.enabled;
     status.running = running.value();
-    status.state = stateFor(config, running.value(), target, secureInput, current.id);
+    status.state = stateFor(config, running.value(), target, secureInput, current.id, !blocked);
     status.current = {current.id, current.name};
     status.target = target;
     status.loginEnabled = m_services.loginEnabled();
     status.onboardingCompleted = config.onboardingCompleted;
+    status.backend = m_services.backend;
+    status.backendError = blocked;
     return status;
 }
 
@@ -92,11 +98,18 @@ Expected<void, AutomationFailure> Automation::requireTarget(const std::optional<
 {
     if (!sourceID || sourceID->isEmpty())
         return AutomationFailure::noTarget();
+    if (const auto blocked = sourcesBlocked())
+        return *blocked;
     for (const InputChoice &choice : m_services.choices()) {
         if (choice.id == *sourceID)
             return {};
     }
     return AutomationFailure::missingSource();
+}
+
+std::optional<AutomationFailure> Automation::sourcesBlocked() const
+{
+    return AutomationFailure::forAvailability(m_services.availability());
 }
 
 Expected<Config, AutomationFailure> Automation::editConfig(const Edit &edit) const

@@ -24,6 +24,8 @@ public:
     // Fails unless the identifier names a selectable source.
     Expected<void, AutomationFailure> requireTarget(const std::optional<QString> &sourceID) const;
     Expected<Config, AutomationFailure> editConfig(const Edit &edit) const;
+    // Why no source can be read or switched now, if that is so.
+    std::optional<AutomationFailure> sourcesBlocked() const;
 
 private:
     AutomationServices m_services;

@@ -1,5 +1,7 @@
 #include "core/cli/AutomationFailure.h"
 
+#include "core/sources/SourcesAvailability.h"
+
 namespace {
 
 AutomationFailure make(const char *code, const char *message)
@@ -88,6 +90,22 @@ AutomationFailure AutomationFailure::secureInput()
 AutomationFailure AutomationFailure::operationFailed()
 {
     return make("operation_failed", "The operation could not be completed.");
+}
+
+AutomationFailure AutomationFailure::gnomeExtensionMissing()
+{
+    return {QStringLiteral("gnome_extension_missing"),
+            QStringLiteral("Tolvar's GNOME Shell extension is not running. Run %1, then log out and back in.")
+                .arg(SourcesAvailability::gnomeExtensionCommand())};
+}
+
+std::optional<AutomationFailure> AutomationFailure::forAvailability(InputSources::Availability availability)
+{
+    switch (availability) {
+    case InputSources::Availability::available: return std::nullopt;
+    case InputSources::Availability::extensionMissing: return gnomeExtensionMissing();
+    }
+    return std::nullopt;
 }
 
 AutomationFailure AutomationFailure::encodingFailed()

@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/InputSources.h"
+
 #include <QString>
+
+#include <optional>
 
 // The command line's error: a stable snake-case code and a fixed English
 // sentence, the same in every language.
@@ -31,4 +35,8 @@ struct AutomationFailure
     static AutomationFailure secureInput();
     static AutomationFailure operationFailed();
     static AutomationFailure encodingFailed();
+    // The session is GNOME and Tolvar's shell extension is not running.
+    static AutomationFailure gnomeExtensionMissing();
+    // What keeps the input sources out of reach, if anything.
+    static std::optional<AutomationFailure> forAvailability(InputSources::Availability availability);
 };

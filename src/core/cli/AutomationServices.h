@@ -4,6 +4,7 @@
 #include "core/config/Config.h"
 #include "core/config/ConfigStore.h"
 #include "core/sources/InputChoice.h"
+#include "platform/InputSources.h"
 
 #include <QList>
 
@@ -22,6 +23,10 @@ struct AutomationServices
     std::function<Expected<bool>()> running;
     std::function<bool()> secureInput;
     std::function<bool()> loginEnabled;
+    // The input-source backend in use, by name ("ibus", "gnome"...).
+    QString backend = {};
+    // Whether that backend can reach the sources now.
+    std::function<InputSources::Availability()> availability = [] { return InputSources::Availability::available; };
 
     static AutomationServices live();
 };

@@ -3,6 +3,7 @@
 #include "core/cli/Automation.h"
 #include "core/cli/AutomationResponse.h"
 #include "core/config/L10n.h"
+#include "core/sources/SourcesAvailability.h"
 
 #include <QIODevice>
 
@@ -48,6 +49,8 @@ QString humanText(const AutomationFailure &failure)
         return L10n::text("cli.err.write").arg(failure.message);
     if (failure.code == QLatin1String("open_failed"))
         return L10n::text("cli.err.open").arg(failure.message);
+    if (failure.code == QLatin1String("gnome_extension_missing"))
+        return *SourcesAvailability::warning(InputSources::Availability::extensionMissing);
     return failure.message;
 }
 
@@ -124,10 +127,16 @@ int CLI::execute(const CLIRequest &request)
             return fail(opened.error(), request);
         return request.json ? reportStatus(request) : 0;
     }
-    case Command::Install:
-        if (const auto pinned = writePin(request); !pinned)
-            return fail(pinned.error(), request);
+    case Command::Install: {
+        // First, so that a user without the desktop's companion gets it and learns what is left to do.
+        const bool companionOn = m_services.enableCompanion();
+        if (const auto pinned = writePin(request); !pinned) {
+            const bool justEnabled = companionOn && pinned.error() == AutomationFailure::gnomeExtensionMissing();
+            return fail(pinned.error(), request,
+                        justEnabled ? std::optional(L10n::text("cli.err.gnome-extension-enabled")) : std::nullopt);
+        }
         return install(request);
+    }
     case Command::Uninstall: return uninstall(request);
     case Command::Help: line(m_out, usage()); return 0;
     }
@@ -154,6 +163,8 @@ int CLI::reportStatus(const CLIRequest &request, const std::optional<AutomationS
 
 int CLI::list(const CLIRequest &request)
 {
+    if (const auto blocked = Automation(m_services.automation).sourcesBlocked())
+        return fail(*blocked, request);
     const QList<InputChoice> choices = m_services.automation.choices();
     if (request.json) {
         QList<AutomationSource> sources;
@@ -281,6 +292,9 @@ void CLI::printStatus(const AutomationStatus &status)
     print("cli.label.pinned", pinned);
     print("cli.label.keep", onOff(status.enabled));
     print("cli.label.login", onOff(status.loginEnabled));
+    print("cli.label.backend", status.backend);
+    if (status.backendError)
+        line(m_out, humanText(*status.backendError));
     if (!status.running)
         line(m_out, L10n::text("cli.msg.stopped"));
 }

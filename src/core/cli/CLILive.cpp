@@ -58,6 +58,8 @@ AutomationServices AutomationServices::live()
     s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
+    s.backend = system.backend;
+    s.availability = system.availability;
     return s;
 }
 
@@ -86,5 +88,6 @@ CLIServices CLIServices::live()
     };
     s.executablePath = [] { return ExecutableLocation::path(); };
     s.configFile = [] { return ConfigStore::file(); };
+    s.enableCompanion = InputSources::live().enableCompanion;
     return s;
 }

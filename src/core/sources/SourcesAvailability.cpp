@@ -1,0 +1,22 @@
+#include "core/sources/SourcesAvailability.h"
+
+#include "core/config/L10n.h"
+
+namespace SourcesAvailability {
+
+QString gnomeExtensionCommand()
+{
+    return QStringLiteral("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID);
+}
+
+std::optional<QString> warning(InputSources::Availability availability)
+{
+    switch (availability) {
+    case InputSources::Availability::available: return std::nullopt;
+    case InputSources::Availability::extensionMissing:
+        return L10n::text("warn.gnome-extension").arg(gnomeExtensionCommand());
+    }
+    return std::nullopt;
+}
+
+} // namespace SourcesAvailability

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "platform/InputSources.h"
+
+#include <QString>
+
+#include <optional>
+
+// What the user is told when the input sources are out of reach.
+namespace SourcesAvailability {
+
+// The command that turns Tolvar's GNOME Shell extension on.
+QString gnomeExtensionCommand();
+// The localised warning, with what to do; none when the sources can be reached.
+std::optional<QString> warning(InputSources::Availability availability);
+
+} // namespace SourcesAvailability
