@@ -14,8 +14,9 @@ namespace {
 const QString service = QStringLiteral("app.tolvar.InputSources");
 const QString path = QStringLiteral("/app/tolvar/InputSources");
 const QString interface = QStringLiteral("app.tolvar.InputSources1");
-// The shell answers from memory; anything slower is a shell in trouble.
-constexpr int callTimeoutMs = 1000;
+// The shell answers from memory, but while it starts up (at login, when the
+// background instance starts too) it can be busy for over a second.
+constexpr int callTimeoutMs = 2500;
 
 QDBusMessage call(const QString &destination, const QString &objectPath, const QString &iface, const QString &method,
                   const QVariantList &arguments = {})
