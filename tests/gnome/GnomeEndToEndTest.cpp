@@ -3,6 +3,7 @@
 // ibus:hangul, and Tolvar's extension installed under the temporary HOME.
 #include "core/config/ConfigStore.h"
 #include "gnome/GnomeShell.h"
+#include "platform/GnomeShellExtension.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 
@@ -128,7 +129,7 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
     const QJsonObject now = status();
     EXPECT_EQ(now["backend"].toString(), "gnome");
     EXPECT_EQ(now["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
-    EXPECT_TRUE(tolvar({"status"}).out.contains("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID));
+    EXPECT_TRUE(tolvar({"status"}).out.contains(("gnome-extensions enable " + GnomeShellExtension::uuid).toUtf8()));
     for (const QStringList &command : {QStringList{"list"}, {"set", "hangul"}, {"set", hangul}}) {
         const ProcessResult result = tolvar(command + QStringList{"--json"});
         EXPECT_EQ(result.exitCode, 1) << qPrintable(command.join(' '));
@@ -137,7 +138,7 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
     EXPECT_EQ(ibus.currentID(), engine) << "no IBus switch behind the shell's back";
 
     tolvar({"install", german});
-    EXPECT_TRUE(GnomeShell::setting("org.gnome.shell", "enabled-extensions").contains(TOLVAR_GNOME_EXTENSION_UUID));
+    EXPECT_TRUE(GnomeShell::setting("org.gnome.shell", "enabled-extensions").contains(GnomeShellExtension::uuid));
 }
 
 } // namespace

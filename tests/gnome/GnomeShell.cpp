@@ -1,5 +1,6 @@
 #include "gnome/GnomeShell.h"
 
+#include "platform/GnomeShellExtension.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 #include "support/Spin.h"
@@ -72,7 +73,7 @@ QString GnomeShell::start(bool extensionEnabled)
         return "cmake --install of the extension failed";
     if (!configure({"('xkb','us')", "('xkb','de')", "('ibus','hangul')"})
         || !run("gsettings", {"set", "org.gnome.shell", "enabled-extensions",
-                              extensionEnabled ? "['" TOLVAR_GNOME_EXTENSION_UUID "']" : "[]"}))
+                              extensionEnabled ? "['" + GnomeShellExtension::uuid + "']" : "[]"}))
         return "gsettings failed";
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();

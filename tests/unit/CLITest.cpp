@@ -1,5 +1,6 @@
 #include "core/cli/CLI.h"
 #include "core/config/L10n.h"
+#include "platform/GnomeShellExtension.h"
 #include "support/ParamName.h"
 
 #include <QBuffer>
@@ -14,6 +15,7 @@ namespace {
 
 const QString us = "xkb:us::eng";
 const QString hangul = "hangul";
+const QString enableExtension = "gnome-extensions enable " + GnomeShellExtension::uuid;
 
 // A whole system of stand-ins, and the two output streams.
 class CLITest : public testing::Test
@@ -153,12 +155,10 @@ TEST_F(CLITest, StatusNamesTheMissingGnomeExtensionAndHowToTurnItOn)
     EXPECT_EQ(status["backend"].toString(), "gnome");
     EXPECT_EQ(status["state"].toString(), "error");
     EXPECT_EQ(status["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
-    EXPECT_TRUE(status["backendError"].toObject()["message"].toString().contains(
-        "gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID));
+    EXPECT_TRUE(status["backendError"].toObject()["message"].toString().contains(enableExtension));
 
     EXPECT_EQ(run({"status"}), 0);
-    EXPECT_TRUE(stdoutText().contains(
-        L10n::text("warn.gnome-extension").arg("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID) + "\n"));
+    EXPECT_TRUE(stdoutText().contains(L10n::text("warn.gnome-extension").arg(enableExtension) + "\n"));
 }
 
 TEST_F(CLITest, SetWithJsonReportsTheStatusAfterTheSwitch)
@@ -315,26 +315,20 @@ INSTANTIATE_TEST_SUITE_P(
                     AutomationFailure::noTarget(),
                     [] { return L10n::text("cli.err.no-pin"); },
                     [](const CLITest &fixture) { EXPECT_FALSE(fixture.stored->enabled); }},
-        FailureCase{
-            "ListWithoutTheGnomeExtension",
-            [](CLITest &fixture) { fixture.extensionRunning = false; },
-            {"list"},
-            AutomationFailure::gnomeExtensionMissing(),
-            [] {
-                return L10n::text("warn.gnome-extension").arg("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID);
-            }},
-        FailureCase{
-            "SetWithoutTheGnomeExtension",
-            [](CLITest &fixture) { fixture.extensionRunning = false; },
-            {"set", hangul},
-            AutomationFailure::gnomeExtensionMissing(),
-            [] {
-                return L10n::text("warn.gnome-extension").arg("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID);
-            },
-            [](const CLITest &fixture) {
-                EXPECT_EQ(fixture.stored->sourceID, us);
-                EXPECT_EQ(fixture.switches, 0);
-            }},
+        FailureCase{"ListWithoutTheGnomeExtension",
+                    [](CLITest &fixture) { fixture.extensionRunning = false; },
+                    {"list"},
+                    AutomationFailure::gnomeExtensionMissing(),
+                    [] { return L10n::text("warn.gnome-extension").arg(enableExtension); }},
+        FailureCase{"SetWithoutTheGnomeExtension",
+                    [](CLITest &fixture) { fixture.extensionRunning = false; },
+                    {"set", hangul},
+                    AutomationFailure::gnomeExtensionMissing(),
+                    [] { return L10n::text("warn.gnome-extension").arg(enableExtension); },
+                    [](const CLITest &fixture) {
+                        EXPECT_EQ(fixture.stored->sourceID, us);
+                        EXPECT_EQ(fixture.switches, 0);
+                    }},
         FailureCase{"InstallWithoutTheGnomeExtensionTurnsItOnFirst",
                     [](CLITest &fixture) { fixture.extensionRunning = false; },
                     {"install", hangul},

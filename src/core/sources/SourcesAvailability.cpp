@@ -1,12 +1,13 @@
 #include "core/sources/SourcesAvailability.h"
 
 #include "core/config/L10n.h"
+#include "platform/GnomeShellExtension.h"
 
 namespace SourcesAvailability {
 
 QString gnomeExtensionCommand()
 {
-    return QStringLiteral("gnome-extensions enable " TOLVAR_GNOME_EXTENSION_UUID);
+    return QStringLiteral("gnome-extensions enable ") + GnomeShellExtension::uuid;
 }
 
 std::optional<QString> warning(InputSources::Availability availability)

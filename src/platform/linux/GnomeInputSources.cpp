@@ -1,5 +1,6 @@
 #include "platform/linux/GnomeInputSources.h"
 
+#include "platform/GnomeShellExtension.h"
 #include "platform/ProgramRunner.h"
 #include "platform/linux/SignalReceiver.h"
 
@@ -149,7 +150,7 @@ InputSources onSessionBus()
     sources.enableCompanion = [] {
         // Through the shell's own tool, which also works while the shell does not run.
         return ProgramRunner::run(QStringLiteral("gnome-extensions"),
-                                  {QStringLiteral("enable"), QStringLiteral(TOLVAR_GNOME_EXTENSION_UUID)})
+                                  {QStringLiteral("enable"), GnomeShellExtension::uuid})
                    .status
                == 0;
     };
