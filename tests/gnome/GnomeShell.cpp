@@ -1,11 +1,11 @@
 #include "gnome/GnomeShell.h"
 
 #include "platform/GnomeShellExtension.h"
+#include "platform/linux/GnomeInputSources.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 #include "support/Spin.h"
 
-#include <QDBusArgument>
 #include <QDBusConnection>
 #include <QDir>
 #include <QFile>
@@ -118,20 +118,9 @@ QString GnomeShell::current() const
 
 QStringList GnomeShell::sourceIDs() const
 {
-    const QDBusMessage reply = callExtension("GetSources");
     QStringList ids;
-    if (reply.type() != QDBusMessage::ReplyMessage)
-        return ids;
-    const QDBusArgument list = reply.arguments().value(0).value<QDBusArgument>();
-    list.beginArray();
-    while (!list.atEnd()) {
-        QString id, name, label, type;
-        list.beginStructure();
-        list >> id >> name >> label >> type;
-        list.endStructure();
-        ids << id;
-    }
-    list.endArray();
+    for (const SourceProperties &source : GnomeInputSources::describe(callExtension("GetSources").arguments().value(0)))
+        ids << source.id.toString();
     return ids;
 }
 

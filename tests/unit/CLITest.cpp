@@ -1,6 +1,5 @@
 #include "core/cli/CLI.h"
 #include "core/config/L10n.h"
-#include "platform/GnomeShellExtension.h"
 #include "support/ParamName.h"
 
 #include <QBuffer>
@@ -15,7 +14,6 @@ namespace {
 
 const QString us = "xkb:us::eng";
 const QString hangul = "hangul";
-const QString enableExtension = "gnome-extensions enable " + GnomeShellExtension::uuid;
 
 // A whole system of stand-ins, and the two output streams.
 class CLITest : public testing::Test
@@ -145,20 +143,6 @@ TEST_F(CLITest, StatusReportEndsWithTheStoppedLineWhenNothingRuns)
     EXPECT_EQ(lines[3], format.arg(L10n::text("cli.label.pinned"), "English (US)  xkb:us::eng"));
     EXPECT_EQ(lines[6], format.arg(L10n::text("cli.label.backend"), "gnome"));
     EXPECT_EQ(lines[7], L10n::text("cli.msg.stopped"));
-}
-
-TEST_F(CLITest, StatusNamesTheMissingGnomeExtensionAndHowToTurnItOn)
-{
-    extensionRunning = false;
-    EXPECT_EQ(run({"status", "--json"}), 0);
-    const QJsonObject status = document()["status"].toObject();
-    EXPECT_EQ(status["backend"].toString(), "gnome");
-    EXPECT_EQ(status["state"].toString(), "error");
-    EXPECT_EQ(status["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
-    EXPECT_TRUE(status["backendError"].toObject()["message"].toString().contains(enableExtension));
-
-    EXPECT_EQ(run({"status"}), 0);
-    EXPECT_TRUE(stdoutText().contains(L10n::text("warn.gnome-extension").arg(enableExtension) + "\n"));
 }
 
 TEST_F(CLITest, SetWithJsonReportsTheStatusAfterTheSwitch)
@@ -315,20 +299,6 @@ INSTANTIATE_TEST_SUITE_P(
                     AutomationFailure::noTarget(),
                     [] { return L10n::text("cli.err.no-pin"); },
                     [](const CLITest &fixture) { EXPECT_FALSE(fixture.stored->enabled); }},
-        FailureCase{"ListWithoutTheGnomeExtension",
-                    [](CLITest &fixture) { fixture.extensionRunning = false; },
-                    {"list"},
-                    AutomationFailure::gnomeExtensionMissing(),
-                    [] { return L10n::text("warn.gnome-extension").arg(enableExtension); }},
-        FailureCase{"SetWithoutTheGnomeExtension",
-                    [](CLITest &fixture) { fixture.extensionRunning = false; },
-                    {"set", hangul},
-                    AutomationFailure::gnomeExtensionMissing(),
-                    [] { return L10n::text("warn.gnome-extension").arg(enableExtension); },
-                    [](const CLITest &fixture) {
-                        EXPECT_EQ(fixture.stored->sourceID, us);
-                        EXPECT_EQ(fixture.switches, 0);
-                    }},
         FailureCase{"InstallWithoutTheGnomeExtensionTurnsItOnFirst",
                     [](CLITest &fixture) { fixture.extensionRunning = false; },
                     {"install", hangul},
