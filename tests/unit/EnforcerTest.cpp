@@ -178,6 +178,18 @@ INSTANTIATE_TEST_SUITE_P(
                                },
                                {},
                                0},
+                    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
+                               [](auto &w) {
+                                   w.unreachable = "no extension";
+                                   w.current = us;
+                               },
+                               true,
+                               true,
+                               [] {
+                                   return QStringList{"update", "r:failed(no extension)"};
+                               },
+                               {},
+                               0},
                     SingleCase{"SelectFails",
                                [](auto &w) { w.selectStatus = -50; },
                                true,

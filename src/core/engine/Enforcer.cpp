@@ -124,6 +124,8 @@ void Enforcer::execute(Request request)
         return complete(token, SwitchOutcome::busy());
     if (!active.force && !config.enabled)
         return complete(token, SwitchOutcome::busy());
+    if (const std::optional<QString> unreachable = m_dependencies.unreachable())
+        return complete(token, SwitchOutcome::failed(*unreachable));
     if (m_dependencies.secureInput())
         return complete(token, SwitchOutcome::secureInput());
     if (m_dependencies.currentID() == active.target)

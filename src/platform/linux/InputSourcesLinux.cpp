@@ -1,4 +1,5 @@
 #include "platform/InputSources.h"
+#include "platform/linux/GnomeInputSources.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 #include "platform/linux/LinuxInputBackend.h"
@@ -8,8 +9,8 @@ namespace {
 InputSources forBackend(LinuxInputBackend::Kind kind)
 {
     switch (kind) {
+    case LinuxInputBackend::Kind::gnome: return GnomeInputSources::onSessionBus();
     case LinuxInputBackend::Kind::ibus:
-    case LinuxInputBackend::Kind::gnome:
     case LinuxInputBackend::Kind::fcitx5:
     case LinuxInputBackend::Kind::plasma: break;
     }
