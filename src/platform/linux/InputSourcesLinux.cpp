@@ -1,4 +1,5 @@
 #include "platform/InputSources.h"
+#include "platform/linux/Fcitx5InputSources.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 #include "platform/linux/LinuxInputBackend.h"
@@ -8,9 +9,9 @@ namespace {
 InputSources forBackend(LinuxInputBackend::Kind kind)
 {
     switch (kind) {
+    case LinuxInputBackend::Kind::fcitx5: return Fcitx5InputSources::live();
     case LinuxInputBackend::Kind::ibus:
     case LinuxInputBackend::Kind::gnome:
-    case LinuxInputBackend::Kind::fcitx5:
     case LinuxInputBackend::Kind::plasma: break;
     }
     return IBusInputSources::at(IBusAddress::published);
