@@ -3,6 +3,7 @@
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 #include "platform/linux/LinuxInputBackend.h"
+#include "platform/linux/PlasmaInputSources.h"
 
 namespace {
 
@@ -10,9 +11,9 @@ InputSources forBackend(LinuxInputBackend::Kind kind)
 {
     switch (kind) {
     case LinuxInputBackend::Kind::fcitx5: return Fcitx5InputSources::live();
+    case LinuxInputBackend::Kind::plasma: return PlasmaInputSources::live();
     case LinuxInputBackend::Kind::ibus:
-    case LinuxInputBackend::Kind::gnome:
-    case LinuxInputBackend::Kind::plasma: break;
+    case LinuxInputBackend::Kind::gnome: break;
     }
     return IBusInputSources::at(IBusAddress::published);
 }
