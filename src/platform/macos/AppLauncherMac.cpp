@@ -1,6 +1,6 @@
+#include "platform/AppBundle.h"
 #include "platform/AppLauncher.h"
 
-#include <QDir>
 #include <QFileInfo>
 #include <QProcess>
 
@@ -8,15 +8,12 @@ namespace AppLauncher {
 
 Result openWindowedInstance(const QString &executable)
 {
-    // Tolvar.app/Contents/MacOS/tolvar, with the command link resolved.
-    QDir bundle = QFileInfo(QFileInfo(executable).canonicalFilePath()).absoluteDir();
-    bundle.cdUp();
-    bundle.cdUp();
-    if (!bundle.absolutePath().endsWith(QLatin1String(".app")))
+    // Resolved first, so that the command link in ~/.local/bin leads into the bundle.
+    const std::optional<QStringList> arguments = AppBundle::openArguments(QFileInfo(executable).canonicalFilePath());
+    if (!arguments)
         return Result::NotAppBundle;
     QProcess open;
-    open.start(QStringLiteral("/usr/bin/open"),
-               {QStringLiteral("-a"), bundle.absolutePath(), QStringLiteral("--args"), QStringLiteral("gui")});
+    open.start(AppBundle::openProgram, *arguments);
     if (!open.waitForFinished(-1) || open.exitStatus() != QProcess::NormalExit || open.exitCode() != 0)
         return Result::Failed;
     return Result::Opened;

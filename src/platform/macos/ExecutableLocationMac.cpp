@@ -1,6 +1,7 @@
 #include "platform/ExecutableLocation.h"
 
-#include <QDir>
+#include "platform/AppBundle.h"
+
 #include <QFileInfo>
 
 #include <mach-o/dyld.h>
@@ -22,9 +23,9 @@ QString path()
 
 QString resourceDirectory(const QString &executablePath)
 {
-    // Tolvar.app/Contents/MacOS/tolvar -> Tolvar.app/Contents/Resources.
-    const QDir macos = QFileInfo(executablePath).absoluteDir();
-    return QDir::cleanPath(macos.absoluteFilePath(QStringLiteral("../Resources")));
+    // Tolvar.app/Contents/Resources for the bundle; the test programs beside it
+    // in the build tree use share/tolvar as on Linux.
+    return AppBundle::resourceDirectory(executablePath);
 }
 
 } // namespace ExecutableLocation

@@ -4,7 +4,6 @@
 #include <QImage>
 #include <QUrl>
 
-#import <AppKit/AppKit.h>
 #include <Carbon/Carbon.h>
 
 // Text Input Sources, property by property, as the port's bags.
@@ -58,32 +57,30 @@ QVariant iconURLProperty(TISInputSourceRef source)
     return QUrl::fromCFURL(static_cast<CFURLRef>(value));
 }
 
-QImage imageOf(NSImage *image)
-{
-    CGImageRef cgImage = [image CGImageForProposedRect:nullptr context:nil hints:nil];
-    if (!cgImage)
-        return {};
-    QImage result(int(CGImageGetWidth(cgImage)), int(CGImageGetHeight(cgImage)), QImage::Format_ARGB32_Premultiplied);
-    result.fill(Qt::transparent);
-    CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
-    CGContextRef context =
-        CGBitmapContextCreate(result.bits(), result.width(), result.height(), 8, result.bytesPerLine(), space,
-                              kCGImageAlphaPremultipliedFirst | kCGBitmapByteOrder32Host);
-    CGContextDrawImage(context, CGRectMake(0, 0, result.width(), result.height()), cgImage);
-    CGContextRelease(context);
-    CGColorSpaceRelease(space);
-    return result;
-}
-
+// Drawn straight from the icon reference with Quartz: NSImage's initialiser for
+// icon references is deprecated, the plotting call is not.
 QVariant iconReferenceProperty(TISInputSourceRef source)
 {
     const auto reference = static_cast<IconRef>(TISGetInputSourceProperty(source, kTISPropertyIconRef));
     if (!reference)
         return {};
-    NSImage *image = [[NSImage alloc] initWithIconRef:reference];
-    const QImage drawn = imageOf(image);
-    [image release];
-    return drawn.isNull() ? QVariant() : QVariant(drawn);
+    constexpr int side = 64; // 32 points at twice the density
+    QImage drawn(side, side, QImage::Format_ARGB32_Premultiplied);
+    drawn.fill(Qt::transparent);
+    CGColorSpaceRef space = CGColorSpaceCreateDeviceRGB();
+    CGContextRef context = CGBitmapContextCreate(drawn.bits(), side, side, 8, size_t(drawn.bytesPerLine()), space,
+                                                 kCGImageAlphaPremultipliedFirst | kCGBitmapByteOrder32Host);
+    CGColorSpaceRelease(space);
+    if (!context)
+        return {};
+    const CGRect rect = CGRectMake(0, 0, side, side);
+    const OSStatus status =
+        PlotIconRefInContext(context, &rect, kAlignNone, kTransformNone, nullptr, kPlotIconRefNormalFlags, reference);
+    CGContextRelease(context);
+    if (status != noErr)
+        return {};
+    drawn.setDevicePixelRatio(2);
+    return drawn;
 }
 
 SourceProperties propertiesOf(TISInputSourceRef source)
@@ -118,7 +115,7 @@ QList<SourceProperties> list(CFDictionaryRef filter)
     return result;
 }
 
-QList<SourceProperties> matching(const QString &id)
+QList<SourceProperties> sourcesWithID(const QString &id)
 {
     CFStringRef value = id.toCFString();
     const void *keys[] = {kTISPropertyInputSourceID};
@@ -131,7 +128,7 @@ QList<SourceProperties> matching(const QString &id)
     return result;
 }
 
-QString currentID()
+QString currentSourceID()
 {
     TISInputSourceRef source = TISCopyCurrentKeyboardInputSource();
     if (!source)
@@ -141,7 +138,7 @@ QString currentID()
     return id.typeId() == QMetaType::QString ? id.toString() : QString();
 }
 
-qint32 select(const QString &id)
+qint32 selectSource(const QString &id)
 {
     CFStringRef value = id.toCFString();
     const void *keys[] = {kTISPropertyInputSourceID};
@@ -172,8 +169,8 @@ InputSources::Observe observing(CFStringRef name)
 
 InputSources InputSources::live()
 {
-    return {[] { return list(nullptr); }, matching, currentID, select, [] { return IsSecureEventInputEnabled() != 0; },
-            observing(kTISNotifySelectedKeyboardInputSourceChanged),
+    return {[] { return list(nullptr); }, sourcesWithID, currentSourceID, selectSource,
+            [] { return IsSecureEventInputEnabled() != 0; }, observing(kTISNotifySelectedKeyboardInputSourceChanged),
             observing(kTISNotifyEnabledKeyboardInputSourcesChanged), QStringLiteral("macos"),
             // Text Input Sources applies a CJKV source only when focus moves.
             true};

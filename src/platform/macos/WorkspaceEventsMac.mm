@@ -31,7 +31,7 @@ private:
     id m_token = nil;
 };
 
-bool observeWake(QObject *context, std::function<void()> callback)
+bool observeWorkspaceWake(QObject *context, std::function<void()> callback)
 {
     new WorkspaceObserver(
         NSWorkspaceDidWakeNotification,
@@ -42,7 +42,7 @@ bool observeWake(QObject *context, std::function<void()> callback)
     return true;
 }
 
-bool observeActivation(QObject *context, std::function<void(qint64)> callback)
+bool observeApplicationActivation(QObject *context, std::function<void(qint64)> callback)
 {
     new WorkspaceObserver(
         NSWorkspaceDidActivateApplicationNotification,
@@ -58,5 +58,5 @@ bool observeActivation(QObject *context, std::function<void(qint64)> callback)
 
 WorkspaceEvents WorkspaceEvents::live()
 {
-    return {observeWake, observeActivation};
+    return {observeWorkspaceWake, observeApplicationActivation};
 }
