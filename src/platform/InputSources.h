@@ -45,6 +45,9 @@ struct InputSources
     // Whether a Chinese, Japanese, Korean or Vietnamese source takes effect only
     // once focus moves, so that selecting it needs the focus helper.
     bool cjkvNeedsFocus = false;
+    // Whether observeSelected's callbacks are needed now; they are until told
+    // otherwise. A backend that can only poll polls only while they are.
+    std::function<void(bool needed)> needSelected = {};
 
     enum class Availability {
         available,

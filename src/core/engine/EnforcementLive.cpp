@@ -92,6 +92,7 @@ EnforcementTriggers EnforcementTriggers::live()
     triggers.activation = [workspace](QObject *context, std::function<void(qint64)> callback) {
         workspace.observeActivation(context, std::move(callback));
     };
+    triggers.keeping = system.needSelected;
     return triggers;
 }
 
