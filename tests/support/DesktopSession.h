@@ -1,0 +1,95 @@
+#pragma once
+
+#include "core/config/ConfigStore.h"
+#include "support/Process.h"
+#include "support/Spin.h"
+
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <functional>
+#include <memory>
+
+// One desktop program started in the test's private session, and the real
+// tolvar run against it, once or kept in the background.
+class DesktopSession
+{
+public:
+    ~DesktopSession()
+    {
+        stop();
+        if (m_instance) {
+            m_instance->kill();
+            m_instance->waitForFinished();
+        }
+    }
+
+    static bool onBus(const QString &name)
+    {
+        return QDBusConnection::sessionBus().interface()->isServiceRegistered(name);
+    }
+
+    static QDBusMessage call(const QString &service, const QString &path, const QString &interface,
+                             const QString &method, const QVariantList &arguments = {})
+    {
+        QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+        message.setArguments(arguments);
+        return QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
+    }
+
+    // Starts `program` with its output in `log`; true once `ready` holds.
+    bool start(const QString &program, const QStringList &arguments, const std::function<bool()> &ready, int timeoutMs,
+               const QString &log = QProcess::nullDevice())
+    {
+        m_program.setProcessChannelMode(QProcess::MergedChannels);
+        m_program.setStandardOutputFile(log);
+        m_program.start(program, arguments);
+        return m_program.waitForStarted() && spinUntil(ready, timeoutMs);
+    }
+
+    void stop()
+    {
+        if (m_program.state() == QProcess::NotRunning)
+            return;
+        m_program.kill();
+        m_program.waitForFinished();
+    }
+
+    const QProcess &program() const { return m_program; }
+
+    ProcessResult tolvar(const QStringList &arguments) const
+    {
+        return runProcess(TOLVAR_EXECUTABLE, arguments, environment);
+    }
+
+    static QJsonObject json(const ProcessResult &result) { return QJsonDocument::fromJson(result.out).object(); }
+
+    QStringList listed() const
+    {
+        QStringList ids;
+        for (const QJsonValue &source : json(tolvar({"list", "--json"}))["sources"].toArray())
+            ids << source.toObject()["id"].toString();
+        return ids;
+    }
+
+    // Pins `id` and starts a background instance; true once `kept` holds.
+    bool keep(const QString &id, const std::function<bool()> &kept, int timeoutMs = 10000)
+    {
+        if (!ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok())
+            return false;
+        m_instance = std::make_unique<QProcess>();
+        m_instance->setProcessEnvironment(environment);
+        m_instance->start(TOLVAR_EXECUTABLE, {"background"});
+        return m_instance->waitForStarted() && spinUntil(kept, timeoutMs);
+    }
+
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+
+private:
+    QProcess m_program;
+    std::unique_ptr<QProcess> m_instance;
+};
