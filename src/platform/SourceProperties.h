@@ -17,6 +17,7 @@ struct SourceProperties
     QVariant languages;     // QStringList, the source's main language first
     QVariant iconURL;       // QUrl
     QVariant iconReference; // QString naming a themed icon, or a QImage the system drew
+    QVariant symbol;        // QString: a short label ("EN", "한") for a source shown without an icon
 
     static inline const QString keyboardCategory = QStringLiteral("keyboard");
 

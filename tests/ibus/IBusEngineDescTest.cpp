@@ -118,6 +118,7 @@ SourceProperties hangul(const std::function<void(SourceProperties &)> &edit = {}
     p.localizedName = QStringLiteral("Hangul");
     p.languages = QStringList{QStringLiteral("ko")};
     p.iconReference = QStringLiteral("ibus-hangul");
+    p.symbol = QStringLiteral("KO");
     p.selectCapable = true;
     p.category = SourceProperties::keyboardCategory;
     if (edit)
@@ -135,17 +136,34 @@ INSTANTIATE_TEST_SUITE_P(
                      p.iconURL = QUrl::fromLocalFile(QStringLiteral("/usr/share/h.png"));
                  }),
                  QStringLiteral("hangul")},
-        DescCase{"NoLanguage", engineDesc, hangulFields(3, QString()),
-                 hangul([](SourceProperties &p) { p.languages = QStringList(); }), QStringLiteral("hangul")},
+        DescCase{"NoLanguage", engineDesc, hangulFields(3, QString()), hangul([](SourceProperties &p) {
+                     p.languages = QStringList();
+                     p.symbol = QVariant();
+                 }),
+                 QStringLiteral("hangul")},
         DescCase{"ShortDescriptionLacksTheRest",
                  engineDesc,
                  {QStringLiteral("hangul")},
-                 hangul([](SourceProperties &p) { p.localizedName = p.languages = p.iconReference = QVariant(); }),
+                 hangul([](SourceProperties &p) {
+                     p.localizedName = p.languages = p.iconReference = p.symbol = QVariant();
+                 }),
                  QStringLiteral("hangul")},
         DescCase{"NameOfAnotherType", engineDesc, hangulFields(0, 7u), hangul([](SourceProperties &p) { p.id = 7u; }),
                  QString()},
-        DescCase{"LanguageOfAnotherType", engineDesc, hangulFields(3, 7u),
-                 hangul([](SourceProperties &p) { p.languages = 7u; }), QStringLiteral("hangul")},
+        DescCase{"LanguageOfAnotherType", engineDesc, hangulFields(3, 7u), hangul([](SourceProperties &p) {
+                     p.languages = 7u;
+                     p.symbol = QVariant();
+                 }),
+                 QStringLiteral("hangul")},
+        DescCase{"ItsOwnSymbolWins", engineDesc, hangulFields() << QString() << QStringLiteral("한"),
+                 hangul([](SourceProperties &p) { p.symbol = QStringLiteral("한"); }), QStringLiteral("hangul")},
+        DescCase{"LayoutsShowTheirLanguageNotTheSharedIcon", engineDesc,
+                 hangulFields(0, QStringLiteral("xkb:de::deu")) << QString() << QString(),
+                 hangul([](SourceProperties &p) {
+                     p.id = QStringLiteral("xkb:de::deu");
+                     p.iconReference = QVariant();
+                 }),
+                 QStringLiteral("xkb:de::deu")},
         DescCase{"AnotherSerializedType", QStringLiteral("IBusText"), hangulFields(), std::nullopt, QString()},
         DescCase{"NotAStruct", QString(), {}, std::nullopt, QString()}),
     ParamName());

@@ -8,6 +8,9 @@
 int main(int argc, char **argv)
 {
     testing::InitGoogleTest(&argc, argv);
+    // Test discovery runs without the test's environment: never a real display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
     // Themed icons need the GUI's platform; the private session makes it offscreen.
     const QGuiApplication application(argc, argv);
     // The offscreen platform has no icon theme; give it the freedesktop one a

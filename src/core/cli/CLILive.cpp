@@ -14,18 +14,6 @@
 
 namespace {
 
-InputChoice currentChoice(const InputSources &system)
-{
-    const QString id = system.currentID();
-    if (id.isEmpty())
-        return {};
-    for (const SourceProperties &properties : system.matching(id)) {
-        if (properties.localizedName.typeId() == QMetaType::QString)
-            return {id, properties.localizedName.toString()};
-    }
-    return {id, QString()};
-}
-
 // One manual switch on this process's engine, waited for in an event loop.
 std::optional<SwitchOutcome> switchWithTheEngine()
 {
@@ -54,7 +42,7 @@ AutomationServices AutomationServices::live()
     s.load = [] { return ConfigStore::load(); };
     s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
     s.choices = [system] { return Catalog::choices(system); };
-    s.current = [system] { return currentChoice(system); };
+    s.current = [system] { return Catalog::current(system); };
     s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };

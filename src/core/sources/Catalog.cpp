@@ -36,6 +36,18 @@ QList<InputChoice> choices(const InputSources &system)
     return result;
 }
 
+InputChoice current(const InputSources &system)
+{
+    const QString id = system.currentID();
+    if (id.isEmpty())
+        return {};
+    for (const SourceProperties &properties : system.matching(id)) {
+        if (properties.localizedName.metaType() == QMetaType::fromType<QString>())
+            return {id, properties.localizedName.toString()};
+    }
+    return {id, QString()};
+}
+
 std::optional<Source> find(const QString &id, const InputSources &system)
 {
     for (const SourceProperties &properties : system.matching(id)) {

@@ -18,6 +18,9 @@ namespace Catalog {
 QList<Source> selectable(const InputSources &system = InputSources::live());
 // One choice per selectable source, in the same order; no sorting, no de-duplication.
 QList<InputChoice> choices(const InputSources &system = InputSources::live());
+// The system's current keyboard source, its name read from the system; both
+// fields empty when there is none, the name empty when the system gives none.
+InputChoice current(const InputSources &system = InputSources::live());
 // The first selectable source whose identifier is exactly `id`.
 std::optional<Source> find(const QString &id, const InputSources &system = InputSources::live());
 

@@ -44,7 +44,9 @@ std::optional<QImage> Source::icon() const
 {
     if (std::optional<QImage> image = SourceIcon::fromFile(m_properties.iconURL))
         return image;
-    return SourceIcon::fromReference(m_properties.iconReference);
+    if (std::optional<QImage> image = SourceIcon::fromReference(m_properties.iconReference))
+        return image;
+    return SourceIcon::fromSymbol(m_properties.symbol);
 }
 
 bool Source::isCJKV() const

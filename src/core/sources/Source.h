@@ -18,7 +18,8 @@ public:
     QString id() const;
     // Empty when the system gives no name, or one that is not text.
     QString name() const;
-    // From the icon file, else from the icon reference; none when neither gives an image.
+    // From the icon file, else from the icon reference, else the symbol drawn as
+    // a label; none when none of them gives an image.
     std::optional<QImage> icon() const;
     // Chinese, Japanese, Korean or Vietnamese by the source's first language:
     // such sources are switched through the focus helper.

@@ -1,6 +1,8 @@
 #include "core/sources/SourceIcon.h"
 
 #include <QFileInfo>
+#include <QFont>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QIcon>
 #include <QImageReader>
@@ -38,6 +40,11 @@ bool isSvg(const QString &path)
     return suffix == QLatin1String("svg") || suffix == QLatin1String("svgz");
 }
 
+bool hasGuiPlatform()
+{
+    return qobject_cast<QGuiApplication *>(QCoreApplication::instance()) != nullptr;
+}
+
 } // namespace
 
 std::optional<QImage> fromFile(const QVariant &url)
@@ -66,13 +73,40 @@ std::optional<QImage> fromReference(const QVariant &reference)
     if (reference.metaType() != QMetaType::fromType<QString>() || reference.toString().isEmpty())
         return std::nullopt;
     // Icon themes are read through the GUI's platform; a command line has none.
-    if (!qobject_cast<QGuiApplication *>(QCoreApplication::instance()))
+    if (!hasGuiPlatform())
         return std::nullopt;
     const QIcon icon = QIcon::fromTheme(reference.toString());
     if (icon.isNull())
         return std::nullopt;
     QImage image = icon.pixmap(QSize(preferredSide, preferredSide)).toImage();
     return image.isNull() ? std::nullopt : std::optional<QImage>(image);
+}
+
+std::optional<QImage> fromSymbol(const QVariant &symbol)
+{
+    if (symbol.metaType() != QMetaType::fromType<QString>() || symbol.toString().trimmed().isEmpty())
+        return std::nullopt;
+    if (!hasGuiPlatform())
+        return std::nullopt;
+    const QString text = symbol.toString().trimmed();
+    // The menu bar's box, 22 by 18, at four times its size for dense screens.
+    const QSize canvas(88, 72);
+    QFont font;
+    font.setBold(true);
+    font.setPixelSize(canvas.height() * 3 / 4);
+    // Longer labels get a smaller type rather than spilling out of the box.
+    const qreal width = QFontMetricsF(font).horizontalAdvance(text);
+    if (width > canvas.width() * 0.95)
+        font.setPixelSize(qMax(8, int(font.pixelSize() * canvas.width() * 0.95 / width)));
+    QImage image(canvas, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::TextAntialiasing);
+    painter.setFont(font);
+    painter.setPen(Qt::black);
+    painter.drawText(image.rect(), Qt::AlignCenter, text);
+    painter.end();
+    return image;
 }
 
 } // namespace SourceIcon

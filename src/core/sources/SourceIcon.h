@@ -16,4 +16,8 @@ std::optional<QImage> fromFile(const QVariant &url);
 // a QGuiApplication; without one there is none.
 std::optional<QImage> fromReference(const QVariant &reference);
 
+// The label drawn as one flat ink on transparency, as desktops show sources
+// that have no picture of their own. Needs a QGuiApplication for its fonts.
+std::optional<QImage> fromSymbol(const QVariant &symbol);
+
 } // namespace SourceIcon

@@ -10,7 +10,7 @@ namespace {
 
 // Positions in the serialized struct; the first two belong to every
 // serialized IBus object.
-enum Field { TypeName = 0, Name = 2, LongName = 3, Language = 5, Icon = 8 };
+enum Field { TypeName = 0, Name = 2, LongName = 3, Language = 5, Icon = 8, Symbol = 12 };
 
 const QString typeName = QStringLiteral("IBusEngineDesc");
 
@@ -60,6 +60,23 @@ void setIcon(SourceProperties &properties, const QVariant &icon)
         properties.iconReference = text;
 }
 
+// The engine's own short label, else its language in capitals ("EN" for
+// "en", "ZH" for "zh_CN"); none when it has neither.
+QVariant symbolOf(const QVariant &symbol, const QVariant &language)
+{
+    if (symbol.metaType() == QMetaType::fromType<QString>() && !symbol.toString().trimmed().isEmpty())
+        return symbol.toString().trimmed();
+    if (language.metaType() != QMetaType::fromType<QString>())
+        return {};
+    const QString code = language.toString().section(QLatin1Char('_'), 0, 0).section(QLatin1Char('-'), 0, 0);
+    return code.isEmpty() ? QVariant() : QVariant(code.toUpper());
+}
+
+bool isLayout(const QVariant &name)
+{
+    return name.metaType() == QMetaType::fromType<QString>() && name.toString().startsWith(QLatin1String("xkb:"));
+}
+
 } // namespace
 
 std::optional<SourceProperties> properties(const QVariant &value)
@@ -72,6 +89,11 @@ std::optional<SourceProperties> properties(const QVariant &value)
     result.localizedName = fields->value(LongName);
     result.languages = languagesOf(fields->value(Language));
     setIcon(result, fields->value(Icon));
+    // Every layout carries the same generic keyboard icon; like IBus's own
+    // panel, show layouts by their label so that they can be told apart.
+    if (isLayout(result.id))
+        result.iconReference = QVariant();
+    result.symbol = symbolOf(fields->value(Symbol), fields->value(Language));
     // Every IBus engine is a keyboard source that can be selected.
     result.selectCapable = true;
     result.category = SourceProperties::keyboardCategory;

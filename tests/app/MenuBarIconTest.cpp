@@ -1,0 +1,86 @@
+// Menu-bar images from generated icons: their size, and which may take the panel's colour.
+#include "app/MenuBarIcon.h"
+
+#include "support/ParamName.h"
+
+#include <QPainter>
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+namespace {
+
+// An icon of `size` on `background`, with `fills` painted as rectangles of their colours.
+QImage icon(QSize size, const QColor &background, const QList<std::pair<QRect, QColor>> &fills = {}, qreal ratio = 1)
+{
+    QImage image(size, QImage::Format_ARGB32);
+    image.fill(background);
+    QPainter painter(&image);
+    for (const auto &[rect, colour] : fills)
+        painter.fillRect(rect, colour);
+    painter.end();
+    image.setDevicePixelRatio(ratio);
+    return image;
+}
+
+struct IconCase
+{
+    std::string name;
+    std::optional<QImage> icon;
+    QSizeF size; // empty: the default image
+    bool isTemplate = false;
+};
+
+class MenuBarIconTest : public testing::TestWithParam<IconCase>
+{
+};
+
+TEST_P(MenuBarIconTest, FitsTheBoxAndTemplatesOnlyOneFlatGreyOnTransparency)
+{
+    const QImage result = MenuBarIcon::inputSourceImage(GetParam().icon);
+    if (GetParam().size.isEmpty()) {
+        EXPECT_EQ(result.cacheKey(), MenuBarIcon::image().cacheKey());
+        return;
+    }
+    EXPECT_EQ(result.deviceIndependentSize(), GetParam().size);
+    EXPECT_EQ(MenuBarIcon::isTemplate(result), GetParam().isTemplate);
+}
+
+const QSize box(44, 36);
+const QSizeF fitted(22, 18);
+const QRect left(4, 4, 16, 28);
+const QRect right(24, 4, 16, 28);
+
+INSTANTIATE_TEST_SUITE_P(
+    Icons, MenuBarIconTest,
+    testing::Values(
+        IconCase{"Absent", std::nullopt, {}}, IconCase{"ZeroByZero", QImage(0, 0, QImage::Format_ARGB32), {}},
+        IconCase{"InfiniteSize", icon({16, 16}, Qt::black, {}, 0), {}},
+        IconCase{"NotANumberSize", icon({16, 16}, Qt::black, {}, std::numeric_limits<qreal>::quiet_NaN()), {}},
+        IconCase{"SmallSquareGrows", icon({16, 16}, Qt::red), {18, 18}},
+        IconCase{"WideShrinks", icon({44, 22}, Qt::red), {22, 11}},
+        IconCase{"TallFitsTheHeight", icon({10, 20}, Qt::red), {9, 18}},
+        IconCase{"BlackGlyphOnTransparency", icon(box, Qt::transparent, {{left, Qt::black}}), fitted, true},
+        IconCase{"ColouredFlag", icon(box, Qt::transparent, {{left, QColor(0, 56, 168)}, {right, QColor(255, 215, 0)}}),
+                 fitted},
+        IconCase{"GreysWithinTolerance",
+                 icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(94, 94, 94)}}), fitted, true},
+        IconCase{"GreysFurtherApart",
+                 icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(96, 96, 96)}}), fitted},
+        IconCase{"OpaqueGreySquare", icon(box, Qt::gray), fitted},
+        IconCase{"FullyTransparent", icon(box, Qt::transparent), fitted},
+        IconCase{"AlreadyMarked", MenuBarIcon::markedAsTemplate(icon(box, Qt::red)), fitted, true}),
+    ParamName());
+
+TEST(MenuBarIconDrawingTest, DefaultIsATemplateAndTemplatesTakeTheForeground)
+{
+    EXPECT_TRUE(MenuBarIcon::isTemplate(MenuBarIcon::image()));
+    EXPECT_EQ(MenuBarIcon::image().deviceIndependentSize(), fitted);
+    const QImage mark = MenuBarIcon::inputSourceImage(icon(box, Qt::transparent, {{left, Qt::black}}));
+    EXPECT_EQ(MenuBarIcon::drawn(mark, Qt::white).pixelColor(5, 9), QColor(Qt::white));
+    const QImage flag = MenuBarIcon::inputSourceImage(icon(box, Qt::red));
+    EXPECT_EQ(MenuBarIcon::drawn(flag, Qt::white).pixelColor(5, 9), QColor(Qt::red));
+}
+
+} // namespace

@@ -1,0 +1,91 @@
+#pragma once
+
+#include "app/AppServices.h"
+
+#include <QHash>
+#include <QStringList>
+
+#include <atomic>
+#include <vector>
+
+// A scriptable world behind the application model, shared by reference with
+// the services it hands out. The login item is read and changed on worker
+// threads; everything else only on the main thread.
+struct FakeAppWorld
+{
+    std::optional<Config> config = Config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true}; // none: no file
+    bool unreadable = false;
+    std::optional<QString> writeError;
+    bool lockedUpdates = true; // offer updateConfig, else the model loads and saves
+    QList<InputChoice> sources = {{QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")},
+                                  {QStringLiteral("xkb:de::deu"), QStringLiteral("German")},
+                                  {QStringLiteral("hangul"), QStringLiteral("Hangul")}};
+    InputChoice current = sources.first();
+    bool secure = false;
+    bool engineSwitching = false;
+    std::atomic<bool> login = false;
+    std::optional<QString> loginError;
+    QHash<QString, QImage> icons;
+
+    QStringList calls; // main-thread services, in call order
+    std::vector<AppServices::Completion> applies;
+    std::atomic<int> loginQueries = 0;
+
+    template <typename T> T noted(const char *call, T value)
+    {
+        calls << QString::fromLatin1(call);
+        return value;
+    }
+
+    AppServices services()
+    {
+        AppServices s;
+        s.load = [this]() -> Expected<Config> {
+            calls << QStringLiteral("load");
+            if (unreadable)
+                return Error::decode(QStringLiteral("not JSON"));
+            return config.value_or(Config{});
+        };
+        s.save = [this](const Config &written) -> Expected<void> {
+            calls << QStringLiteral("save");
+            if (writeError)
+                return Error::other(*writeError);
+            config = written;
+            return {};
+        };
+        if (lockedUpdates)
+            s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
+                calls << QStringLiteral("update");
+                if (writeError)
+                    return Error::other(*writeError);
+                Config edited = config.value_or(Config{});
+                edit(edited);
+                config = edited;
+                return edited;
+            };
+        s.choices = [this] { return noted("choices", sources); };
+        s.current = [this] { return noted("current", current); };
+        s.loginEnabled = [this] {
+            ++loginQueries;
+            return login.load();
+        };
+        s.setLogin = [this](bool on) -> Expected<void> {
+            if (loginError)
+                return Error::other(*loginError);
+            login = on;
+            return {};
+        };
+        s.apply = [this](AppServices::Completion completion) {
+            calls << QStringLiteral("apply");
+            applies.push_back(std::move(completion));
+        };
+        s.secureInput = [this] { return noted("secureInput", secure); };
+        s.isSwitching = [this] { return noted("isSwitching", engineSwitching); };
+        s.cancelSwitch = [this] { calls << QStringLiteral("cancelSwitch"); };
+        s.sourceIcon = [this](const QString &id) -> std::optional<QImage> {
+            calls << QStringLiteral("sourceIcon ") + id;
+            return icons.contains(id) ? std::optional<QImage>(icons.value(id)) : std::nullopt;
+        };
+        return s;
+    }
+};
