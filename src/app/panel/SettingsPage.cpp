@@ -47,7 +47,7 @@ QWidget *settingLine(const QString &title, QWidget *control, QWidget *parent)
     return row;
 }
 
-// The disclosure of how keeping works: a chevron that turns, and the text under it.
+// The disclosure of how keeping works: a row whose chevron turns, and the text under it.
 class Disclosure : public QWidget
 {
 public:
@@ -55,27 +55,33 @@ public:
         : QWidget(parent)
     {
         auto *column = new QVBoxLayout(this);
-        column->setContentsMargins(SettingsPage::rowPadding, 4, SettingsPage::rowPadding, 4);
-        column->setSpacing(6);
-        auto *toggle = new NavigationRow(title, QStringLiteral("chevron.right"), this);
+        column->setContentsMargins(0, 4, 0, 4);
+        column->setSpacing(2);
+        auto *toggle = new RowButton(8, this);
         toggle->setObjectName(QLatin1String(Identifier::keepingHelp));
         toggle->setCheckable(true);
-        toggle->layout()->setContentsMargins(0, 4, 0, 4);
-        m_chevron = toggle->findChild<SymbolView *>();
+        toggle->setText(title);
+        toggle->setAccessibleName(title);
+        auto *row = new QHBoxLayout(toggle);
+        row->setContentsMargins(SettingsPage::rowPadding, 6, SettingsPage::rowPadding, 6);
+        row->setSpacing(6);
+        auto *chevron = new SymbolView(
+            QStringLiteral("chevron.right"), Symbols::boxFor(11),
+            [](const Theme &theme) { return theme.secondary; }, Symbols::Weight::semibold, toggle);
+        row->addWidget(chevron);
+        auto *label = new ThemedLabel(title, 12.5, QFont::Normal, ThemedLabel::primary, toggle);
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+        row->addWidget(label, 1);
         column->addWidget(toggle);
-        m_body = new ThemedLabel(body, 11.5, QFont::Normal, ThemedLabel::secondary, this);
-        m_body->setVisible(false);
-        column->addWidget(m_body);
-        connect(toggle, &QAbstractButton::toggled, this, [this](bool open) {
-            m_body->setVisible(open);
-            if (m_chevron)
-                m_chevron->setSymbol(open ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"));
+        auto *text = new ThemedLabel(body, 11.5, QFont::Normal, ThemedLabel::secondary, this);
+        text->setContentsMargins(SettingsPage::rowPadding, 0, SettingsPage::rowPadding, 4);
+        text->setVisible(false);
+        column->addWidget(text);
+        connect(toggle, &QAbstractButton::toggled, this, [text, chevron](bool open) {
+            text->setVisible(open);
+            chevron->setSymbol(open ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"));
         });
     }
-
-private:
-    ThemedLabel *m_body;
-    SymbolView *m_chevron = nullptr;
 };
 
 } // namespace
