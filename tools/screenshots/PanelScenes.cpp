@@ -142,7 +142,11 @@ struct Shot
     std::shared_ptr<World> world;
 };
 
-Shot shot(const World &settings, bool inWindow = false, int maximumHeight = 900)
+using Prepare = std::function<void(AppModel &, World &)>;
+
+// `prepare` runs before the panel exists, so that it opens on that state as a
+// person would find it, without the transitions that follow a change.
+Shot shot(const World &settings, const Prepare &prepare = {}, bool inWindow = false, int maximumHeight = 900)
 {
     auto world = std::make_shared<World>(settings);
     world->language = L10n::activeLanguage();
@@ -154,6 +158,8 @@ Shot shot(const World &settings, bool inWindow = false, int maximumHeight = 900)
         model->start();
     else
         model->refresh();
+    if (prepare)
+        prepare(*model, *world);
     auto *panel = new Panel(*model, inWindow, maximumHeight, holder);
     auto *column = new QVBoxLayout(holder);
     column->setContentsMargins(0, 0, 0, 0);
@@ -237,7 +243,7 @@ const Scene::Registration overflow("panel-window-overflow", [](const Scene::Cont
     World world;
     world.sourceCount = 30;
     world.applyOutcome = SwitchOutcome::failed(QStringLiteral("IBus did not answer."));
-    const Shot s = shot(world, true, 420);
+    const Shot s = shot(world, {}, true, 420);
     s.model->apply();
     return s.holder;
 });
@@ -275,40 +281,48 @@ const Scene::Registration setupChoose("setup-choose", [](const Scene::Context &)
 });
 
 const Scene::Registration setupChooseMany("setup-choose-30", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) {
-        w.config.reset();
-        w.sourceCount = 30;
-    }));
-    s.model->setSetupSourceID(QStringLiteral("anthy"));
-    return s.holder;
+    return shot(with([](World &w) {
+                    w.config.reset();
+                    w.sourceCount = 30;
+                }),
+                [](AppModel &model, World &) { model.setSetupSourceID(QStringLiteral("anthy")); })
+        .holder;
 });
 
 const Scene::Registration setupConfirm("setup-confirm", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) {
-        w.config.reset();
-        w.login = false;
-    }));
-    s.model->setSetupSourceID(QStringLiteral("anthy"));
-    s.model->setSetupStep(1);
-    return s.holder;
+    return shot(with([](World &w) {
+                    w.config.reset();
+                    w.login = false;
+                }),
+                [](AppModel &model, World &) {
+                    model.setSetupSourceID(QStringLiteral("anthy"));
+                    model.setSetupStep(1);
+                })
+        .holder;
 });
 
 const Scene::Registration setupReopened("setup-reopened-source-gone", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) { w.config->sourceID = QStringLiteral("xkb:gone::ger"); }));
-    s.model->beginSetup();
-    s.model->setSetupStep(1);
-    return s.holder;
+    return shot(with([](World &w) { w.config->sourceID = QStringLiteral("xkb:gone::ger"); }),
+                [](AppModel &model, World &) {
+                    model.beginSetup();
+                    model.setSetupStep(1);
+                })
+        .holder;
 });
 
 const Scene::Registration setupWindow("setup-window-config-error", [](const Scene::Context &) {
     World world;
     world.config.reset();
-    const Shot s = shot(world, true);
-    s.model->setSetupSourceID(QStringLiteral("hangul"));
-    // The file turned unreadable while the flow was open.
-    s.world->unreadable = true;
-    s.model->refresh();
-    return s.holder;
+    return shot(
+               world,
+               [](AppModel &model, World &w) {
+                   model.setSetupSourceID(QStringLiteral("hangul"));
+                   // The file turned unreadable while the flow was open.
+                   w.unreadable = true;
+                   model.refresh();
+               },
+               true)
+        .holder;
 });
 
 } // namespace
