@@ -368,4 +368,16 @@ TEST_F(AppModelTest, ArtworkIsCachedUntilInvalidated)
     EXPECT_NE(model().currentSourceIcon().cacheKey(), first);
 }
 
+TEST(AppModelPreviewTest, ShowsAKoreanSourceKeptAndFollowsChoices)
+{
+    AppModel model(AppServices::preview(), nullptr);
+    model.start();
+    EXPECT_EQ(model.pinnedID(), hangul);
+    EXPECT_EQ(model.runtimeState(), RuntimeState::Keeping);
+    EXPECT_TRUE(model.loginEnabled());
+    model.choose(german);
+    EXPECT_EQ(model.currentID(), german);
+    EXPECT_EQ(model.runtimeState(), RuntimeState::Keeping);
+}
+
 } // namespace

@@ -9,9 +9,10 @@
 
 // Reads the engine descriptions IBus sends: a serialized IBusEngineDesc inside
 // a D-Bus variant, the struct (type name, attachments, name, long name,
-// description, language, license, author, icon, layout, ...). Fields that are
-// missing or of another type are passed on as such, never guessed. A D-Bus
-// argument can be read only once: give each reader its own value.
+// description, language, license, author, icon, layout, rank, hotkeys,
+// symbol, ...). Fields that are missing or of another type are passed on as
+// such, never guessed. A D-Bus argument can be read only once: give each
+// reader its own value.
 namespace IBusEngineDesc {
 
 // The engine's properties as an input source, with `enabled` left unset;
