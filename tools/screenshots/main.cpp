@@ -58,7 +58,10 @@ int main(int argc, char **argv)
     for (const L10n::Language &language : L10n::supported()) {
         L10n::setLanguageCode(language.code);
         QFont font = systemFont;
-        font.setFamilies({QStringLiteral("DejaVu Sans"), cjkFamily(language.code)});
+        // Desktops in Chinese, Japanese or Korean put their CJK face first.
+        const QString cjk = cjkFamily(language.code);
+        font.setFamilies(language.code == QLatin1String("en") ? QStringList{QStringLiteral("DejaVu Sans"), cjk}
+                                                              : QStringList{cjk, QStringLiteral("DejaVu Sans")});
         QApplication::setFont(font);
         for (const bool dark : {false, true}) {
             QApplication::setPalette(Theme::standardPalette(dark));
