@@ -3,6 +3,7 @@
 #include "app/AppModel.h"
 #include "app/panel/LanguageMenu.h"
 #include "app/panel/WarningBanner.h"
+#include "app/ui/BusyIndicator.h"
 #include "app/ui/Identifiers.h"
 #include "app/ui/RowButton.h"
 #include "app/ui/SymbolView.h"
@@ -13,7 +14,6 @@
 
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QProgressBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -133,12 +133,10 @@ QWidget *SettingsPage::loginRow()
     m_login->setAccessibleDescription(L10n::text("panel.login.caption"));
     m_login->setGeometry(controlWidth - Switch::trackWidth, 1, Switch::trackWidth, Switch::trackHeight);
     connect(m_login, &QAbstractButton::clicked, this, [this](bool on) { m_model.setLogin(on); });
-    m_loginProgress = new QProgressBar(box);
+    m_loginProgress = new BusyIndicator(L10n::text("state.updating"), box);
     m_loginProgress->setObjectName(QLatin1String(Identifier::loginProgress));
-    m_loginProgress->setAccessibleName(L10n::text("state.updating"));
-    m_loginProgress->setRange(0, 0);
-    m_loginProgress->setTextVisible(false);
-    m_loginProgress->setGeometry(0, 8, controlWidth, 6);
+    m_loginProgress->move(controlWidth - Switch::trackWidth / 2 - BusyIndicator::side / 2,
+                          (22 - BusyIndicator::side) / 2);
     QWidget *row = settingLine(L10n::text("panel.login"), box, this);
     row->setToolTip(L10n::text("panel.login.caption"));
     return row;
