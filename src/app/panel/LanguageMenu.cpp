@@ -68,7 +68,8 @@ void LanguageMenu::render()
 
 QSize LanguageMenu::sizeHint() const
 {
-    return {12 + fontMetrics().horizontalAdvance(text()) + chevronGap + qCeil(Symbols::boxFor(9)),
+    // A little slack: advances are rounded, and a label one pixel short is cut.
+    return {16 + fontMetrics().horizontalAdvance(text()) + chevronGap + qCeil(Symbols::boxFor(9)),
             qMax(24, fontMetrics().height() + 6)};
 }
 
