@@ -1,6 +1,6 @@
 // The panel and the setup flow on a scripted world, found by their identifiers.
-#include "app/AppModel.h"
 #include "app/panel/Panel.h"
+#include "app/AppModel.h"
 #include "app/panel/PanelScreenHeight.h"
 #include "app/panel/SourceFilter.h"
 #include "app/panel/StatusLine.h"
@@ -68,10 +68,7 @@ struct Rig
     {
         return panel->findChild<T *>(identifier);
     }
-    template <typename T = QWidget> T *find(const char *identifier) const
-    {
-        return find<T>(QLatin1String(identifier));
-    }
+    template <typename T = QWidget> T *find(const char *identifier) const { return find<T>(QLatin1String(identifier)); }
     void click(const char *identifier) const
     {
         QAbstractButton *button = find<QAbstractButton>(identifier);
@@ -142,13 +139,20 @@ private slots:
         QTest::addColumn<QString>("query");
         QTest::addColumn<QString>("locale");
         QTest::addColumn<QStringList>("matches");
-        QTest::newRow("empty query keeps all, in order") << "" << "en" << QStringList{"Türkçe Q", "KIRIK", "Pinyin"};
-        QTest::newRow("case-insensitive") << "pINy" << "en" << QStringList{"Pinyin"};
-        QTest::newRow("identifiers are not searched") << "xkb" << "en" << QStringList{};
-        QTest::newRow("a space only matches a space") << " " << "en" << QStringList{"Türkçe Q"};
-        QTest::newRow("English folds I to i") << "kir" << "en" << QStringList{"KIRIK"};
-        QTest::newRow("Turkish folds I to dotless ı") << "kır" << "tr" << QStringList{"KIRIK"};
-        QTest::newRow("so Turkish i does not match I") << "kir" << "tr" << QStringList{};
+        QTest::newRow("empty query keeps all, in order") << ""
+                                                         << "en" << QStringList{"Türkçe Q", "KIRIK", "Pinyin"};
+        QTest::newRow("case-insensitive") << "pINy"
+                                          << "en" << QStringList{"Pinyin"};
+        QTest::newRow("identifiers are not searched") << "xkb"
+                                                      << "en" << QStringList{};
+        QTest::newRow("a space only matches a space") << " "
+                                                      << "en" << QStringList{"Türkçe Q"};
+        QTest::newRow("English folds I to i") << "kir"
+                                              << "en" << QStringList{"KIRIK"};
+        QTest::newRow("Turkish folds I to dotless ı") << "kır"
+                                                      << "tr" << QStringList{"KIRIK"};
+        QTest::newRow("so Turkish i does not match I") << "kir"
+                                                       << "tr" << QStringList{};
     }
     void filterMatchesNamesUnderTheLocale()
     {
@@ -216,9 +220,12 @@ private slots:
         QTest::addColumn<QString>("symbol");
         QTest::addColumn<bool>("secureTint");
         QTest::addColumn<bool>("retry");
-        QTest::newRow("failed switch") << "failed" << "exclamationmark.triangle.fill" << false << true;
-        QTest::newRow("secure input") << "secure" << "lock.shield.fill" << true << false;
-        QTest::newRow("missing source") << "missing" << "exclamationmark.triangle.fill" << false << false;
+        QTest::newRow("failed switch") << "failed"
+                                       << "exclamationmark.triangle.fill" << false << true;
+        QTest::newRow("secure input") << "secure"
+                                      << "lock.shield.fill" << true << false;
+        QTest::newRow("missing source") << "missing"
+                                        << "exclamationmark.triangle.fill" << false << false;
     }
     void bannerFollowsTheWarning()
     {
@@ -283,9 +290,15 @@ private slots:
         QTest::addColumn<QString>("stored");
         QTest::addColumn<QString>("title");
         QTest::addColumn<QString>("checked");
-        QTest::newRow("none") << "" << "System" << "System language";
-        QTest::newRow("unsupported fr") << "fr" << "System" << "System language";
-        QTest::newRow("ko") << "ko" << "한국어" << "한국어";
+        QTest::newRow("none") << ""
+                              << "System"
+                              << "System language";
+        QTest::newRow("unsupported fr") << "fr"
+                                        << "System"
+                                        << "System language";
+        QTest::newRow("ko") << "ko"
+                            << "한국어"
+                            << "한국어";
     }
     void languageMenuShowsTheStoredLanguage()
     {

@@ -34,14 +34,15 @@ TEST_P(LinuxKeyboardSettingsTest, OpensTheDesktopsOwnPlace)
 const QStringList all{QStringLiteral("gnome-control-center"), QStringLiteral("systemsettings"),
                       QStringLiteral("ibus-setup")};
 
-INSTANTIATE_TEST_SUITE_P(
-    Desktops, LinuxKeyboardSettingsTest,
-    testing::Values(Case{"Gnome", {QStringLiteral("ubuntu"), QStringLiteral("GNOME")}, all, gnome},
-                    Case{"Kde", {QStringLiteral("KDE")}, all, kde},
-                    Case{"OtherDesktopUsesIBus", {QStringLiteral("XFCE")}, all, ibus},
-                    Case{"GnomeWithoutItsSettingsUsesIBus", {QStringLiteral("GNOME")}, {QStringLiteral("ibus-setup")},
-                         ibus},
-                    Case{"NothingInstalled", {QStringLiteral("GNOME")}, {}, std::nullopt}),
-    ParamName());
+INSTANTIATE_TEST_SUITE_P(Desktops, LinuxKeyboardSettingsTest,
+                         testing::Values(Case{"Gnome", {QStringLiteral("ubuntu"), QStringLiteral("GNOME")}, all, gnome},
+                                         Case{"Kde", {QStringLiteral("KDE")}, all, kde},
+                                         Case{"OtherDesktopUsesIBus", {QStringLiteral("XFCE")}, all, ibus},
+                                         Case{"GnomeWithoutItsSettingsUsesIBus",
+                                              {QStringLiteral("GNOME")},
+                                              {QStringLiteral("ibus-setup")},
+                                              ibus},
+                                         Case{"NothingInstalled", {QStringLiteral("GNOME")}, {}, std::nullopt}),
+                         ParamName());
 
 } // namespace

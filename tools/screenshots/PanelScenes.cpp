@@ -225,9 +225,8 @@ const Scene::Registration secure("panel-secure-input", [](const Scene::Context &
     return s.holder;
 });
 
-const Scene::Registration three("panel-3-sources", [](const Scene::Context &) {
-    return main(with([](World &w) { w.sourceCount = 3; }));
-});
+const Scene::Registration three("panel-3-sources",
+                                [](const Scene::Context &) { return main(with([](World &w) { w.sourceCount = 3; })); });
 
 const Scene::Registration thirty("panel-30-sources", [](const Scene::Context &) {
     return main(with([](World &w) { w.sourceCount = 30; }));

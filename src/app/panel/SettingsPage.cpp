@@ -6,8 +6,8 @@
 #include "app/ui/BusyIndicator.h"
 #include "app/ui/Identifiers.h"
 #include "app/ui/RowButton.h"
-#include "app/ui/SymbolView.h"
 #include "app/ui/Switch.h"
+#include "app/ui/SymbolView.h"
 #include "app/ui/Theme.h"
 #include "app/ui/ThemedLabel.h"
 #include "core/config/L10n.h"
@@ -66,8 +66,8 @@ public:
         row->setContentsMargins(SettingsPage::rowPadding, 6, SettingsPage::rowPadding, 6);
         row->setSpacing(6);
         auto *chevron = new SymbolView(
-            QStringLiteral("chevron.right"), Symbols::boxFor(11),
-            [](const Theme &theme) { return theme.secondary; }, Symbols::Weight::semibold, toggle);
+            QStringLiteral("chevron.right"), Symbols::boxFor(11), [](const Theme &theme) { return theme.secondary; },
+            Symbols::Weight::semibold, toggle);
         row->addWidget(chevron);
         auto *label = new ThemedLabel(title, 12.5, QFont::Normal, ThemedLabel::primary, toggle);
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
