@@ -2,6 +2,7 @@
 
 #include "core/config/ConfigStore.h"
 #include "core/engine/Enforcer.h"
+#include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 #include "platform/Notifications.h"
 
@@ -30,7 +31,7 @@ GraphicalInstance::Launch GraphicalInstance::launch()
 
 GraphicalInstance::Launch GraphicalInstance::adoptExistingInstance()
 {
-    const Expected<bool> acquired = m_instanceLock.acquire(InstanceLock::fileIn(ConfigStore::directory()));
+    const Expected<bool> acquired = m_instanceLock.acquire(InstanceLock::fileIn(AppPlaces::sessionLockDirectory()));
     if (!acquired) {
         std::fprintf(stderr, "tolvar: %s\n", qPrintable(acquired.error().description()));
         return Launch::LockFailed;

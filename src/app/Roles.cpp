@@ -3,9 +3,13 @@
 #include "FocusHelper.h"
 #include "GraphicalInstance.h"
 #include "core/cli/CLI.h"
+#include "core/config/L10n.h"
 #include "platform/ApplicationRole.h"
+#include "platform/StandardStreams.h"
 
 #include <QApplication>
+
+#include <cstdio>
 
 int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
 {
@@ -15,8 +19,12 @@ int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
     GraphicalInstance instance(openWindowOnLaunch);
     switch (instance.launch()) {
     case GraphicalInstance::Launch::Running: return QApplication::exec();
-    // A second launch has asked the first to show itself and ends quietly.
-    case GraphicalInstance::Launch::HandedOver: return 0;
+    // A second launch has asked the first to show itself. Started by hand, it
+    // says so; a launcher shows nothing anyway.
+    case GraphicalInstance::Launch::HandedOver:
+        if (StandardStreams::outputIsTerminal())
+            std::puts(qPrintable(L10n::text("cli.msg.handed-over")));
+        return 0;
     case GraphicalInstance::Launch::LockFailed: return 1;
     }
     return 1;
