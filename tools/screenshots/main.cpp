@@ -27,6 +27,21 @@ QString cjkFamily(const QString &language)
     return QStringLiteral("Noto Sans CJK SC");
 }
 
+void settle()
+{
+    for (int turn = 0; turn < 4; ++turn) {
+        QCoreApplication::sendPostedEvents();
+        QApplication::processEvents();
+    }
+}
+
+void fitToContent(QWidget *widget)
+{
+    // Wrapped text needs its height for the sheet's own width, not for the widest line.
+    const int width = widget->minimumWidth() == widget->maximumWidth() ? widget->width() : widget->sizeHint().width();
+    widget->resize(width, widget->hasHeightForWidth() ? widget->heightForWidth(width) : widget->sizeHint().height());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -56,15 +71,12 @@ int main(int argc, char **argv)
                 const std::unique_ptr<QWidget> widget(scene.build({language.code, dark}));
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
-                // Rows rebuilt in new surroundings are shown by queued calls; let them land.
-                for (int round = 0; round < 3; ++round)
-                    QApplication::processEvents();
-                // Wrapped text needs its height for the sheet's own width, not for the widest line.
-                const int width =
-                    widget->minimumWidth() == widget->maximumWidth() ? widget->width() : widget->sizeHint().width();
-                widget->resize(width, widget->hasHeightForWidth() ? widget->heightForWidth(width)
-                                                                  : widget->sizeHint().height());
-                QApplication::processEvents();
+                // Views finish some of their work on the next turns of the event
+                // loop (rows built, sizes fitted); the picture waits for them.
+                for (int round = 0; round < 3; ++round) {
+                    settle();
+                    fitToContent(widget.get());
+                }
                 const QString file = output.filePath(
                     QStringLiteral("%1.%2.%3.png")
                         .arg(scene.name, language.code, dark ? QStringLiteral("dark") : QStringLiteral("light")));

@@ -13,10 +13,11 @@
 namespace {
 
 // Design names to files of the icon set (resources/icons).
-constexpr std::array<std::pair<const char *, const char *>, 26> table{{
+constexpr std::array<std::pair<const char *, const char *>, 27> table{{
     {"gearshape", "settings"},
     {"chevron.left", "chevron-left"},
     {"chevron.right", "chevron-right"},
+    {"chevron.down", "chevron-down"},
     {"arrow.up.forward", "arrow-up-right"},
     {"lock.shield", "shield-lock"},
     {"lock.shield.fill", "shield-lock-filled"},
