@@ -4,8 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include "support/ParamName.h"
@@ -64,13 +62,6 @@ TEST_F(ConfigStoreTest, FirstWriteCreatesDirectoryLockAndFile)
               QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_EQ(ConfigStore::loadFrom(directory()).value(), written.value());
     EXPECT_EQ(*m_notifications.posted, QStringList{ConfigStore::changed});
-}
-
-TEST_F(ConfigStoreTest, AbsentOptionalsAreLeftOutOfTheFile)
-{
-    ASSERT_TRUE(ConfigStore::write(Config{std::nullopt, true, std::nullopt, false}, directory()).ok());
-    const QJsonObject object = QJsonDocument::fromJson(readRaw()).object();
-    EXPECT_EQ(object.keys(), (QStringList{QStringLiteral("enabled"), QStringLiteral("onboardingCompleted")}));
 }
 
 TEST_F(ConfigStoreTest, MissingFileLoadsDefaults)

@@ -98,141 +98,43 @@ TEST_P(EnforcerSingleRequestTest, EndsAsExpected)
 const auto nothing = [](FakeEnforcementWorld &) {};
 const auto pinHangul = [](FakeEnforcementWorld &w) { w.config.sourceID = hangul; };
 
-INSTANTIATE_TEST_SUITE_P(
-    Enforcer, EnforcerSingleRequestTest,
-    testing::Values(SingleCase{"DirectSwitch",
-                               nothing,
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:success", "r:success"};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"AlreadyCurrent",
-                               [](auto &w) { w.current = us; },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:success", "r:success"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"ManualSwitch",
-                               nothing,
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:success"};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"KeepingOffAutomaticDoesNothing",
-                               [](auto &w) { w.config.enabled = false; },
-                               false,
-                               true,
-                               [] { return QStringList{"r:success"}; },
-                               {},
-                               0},
-                    SingleCase{"KeepingOffManualStillSwitches",
-                               [](auto &w) { w.config.enabled = false; },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:success"};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"NothingPinned",
-                               [](auto &w) { w.config.sourceID.reset(); },
-                               true,
-                               true,
-                               [] { return QStringList{"r:missingSource"}; },
-                               {},
-                               0},
-                    SingleCase{"EmptyPin",
-                               [](auto &w) { w.config.sourceID = QString(); },
-                               false,
-                               true,
-                               [] { return QStringList{"r:missingSource"}; },
-                               {},
-                               0},
-                    SingleCase{"PinnedSourceGone",
-                               [](auto &w) { w.config.sourceID = "gone"; },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:missingSource", "r:missingSource"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"SecureInputWinsOverAlreadyCurrent",
-                               [](auto &w) {
-                                   w.secure = true;
-                                   w.current = us;
-                               },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:secureInput", "r:secureInput"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
-                               [](auto &w) {
-                                   w.unreachable = "no extension";
-                                   w.current = us;
-                               },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:failed(no extension)"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"SelectFails",
-                               [](auto &w) { w.selectStatus = -50; },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:" + failed("enf.switch", {us, "-50"})};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"SelectNotConfirmed",
-                               [](auto &w) { w.selectTakesEffect = false; },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:" + failed("enf.unconfirmed", {us}),
-                                                      "r:" + failed("enf.unconfirmed", {us})};
-                               },
-                               {us},
-                               0},
-                    SingleCase{
-                        "CJKVStartsTheHelper", pinHangul, false, true, [] { return QStringList{"update"}; }, {}, 1},
-                    SingleCase{"CJKVWithoutHoldingFocusIsBusy",
-                               pinHangul,
-                               true,
-                               false,
-                               [] {
-                                   return QStringList{"update", "r:busy"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"HelperCannotLaunch",
-                               [](auto &w) {
-                                   w.config.sourceID = hangul;
-                                   w.launchError = "no exec";
-                               },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:" + failed("enf.focus", {"no exec"})};
-                               },
-                               {},
-                               0}),
+using Log = QStringList;
+
+// Each row: arrange, manual?, holding focus?; then the log, the sources selected and the helpers started.
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerSingleRequestTest, testing::Values(
+    SingleCase{"DirectSwitch", nothing, false, true,
+               [] { return Log{"update", "automatic:success", "r:success"}; }, {us}, 0},
+    SingleCase{"AlreadyCurrent", [](auto &w) { w.current = us; }, false, true,
+               [] { return Log{"update", "automatic:success", "r:success"}; }, {}, 0},
+    SingleCase{"ManualSwitch", nothing, true, true, [] { return Log{"update", "r:success"}; }, {us}, 0},
+    SingleCase{"KeepingOffAutomaticDoesNothing", [](auto &w) { w.config.enabled = false; }, false, true,
+               [] { return Log{"r:success"}; }, {}, 0},
+    SingleCase{"KeepingOffManualStillSwitches", [](auto &w) { w.config.enabled = false; }, true, true,
+               [] { return Log{"update", "r:success"}; }, {us}, 0},
+    SingleCase{"NothingPinned", [](auto &w) { w.config.sourceID.reset(); }, true, true,
+               [] { return Log{"r:missingSource"}; }, {}, 0},
+    SingleCase{"EmptyPin", [](auto &w) { w.config.sourceID = QString(); }, false, true,
+               [] { return Log{"r:missingSource"}; }, {}, 0},
+    SingleCase{"PinnedSourceGone", [](auto &w) { w.config.sourceID = "gone"; }, false, true,
+               [] { return Log{"update", "automatic:missingSource", "r:missingSource"}; }, {}, 0},
+    SingleCase{"SecureInputWinsOverAlreadyCurrent", [](auto &w) { w.secure = true; w.current = us; }, false, true,
+               [] { return Log{"update", "automatic:secureInput", "r:secureInput"}; }, {}, 0},
+    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
+               [](auto &w) { w.unreachable = "no extension"; w.current = us; }, true, true,
+               [] { return Log{"update", "r:failed(no extension)"}; }, {}, 0},
+    SingleCase{"SelectFails", [](auto &w) { w.selectStatus = -50; }, true, true,
+               [] { return Log{"update", "r:" + failed("enf.switch", {us, "-50"})}; }, {us}, 0},
+    SingleCase{"SelectNotConfirmed", [](auto &w) { w.selectTakesEffect = false; }, false, true,
+               [] { return Log{"update", "automatic:" + failed("enf.unconfirmed", {us}),
+                               "r:" + failed("enf.unconfirmed", {us})}; }, {us}, 0},
+    SingleCase{"CJKVStartsTheHelper", pinHangul, false, true, [] { return Log{"update"}; }, {}, 1},
+    SingleCase{"CJKVWithoutHoldingFocusIsBusy", pinHangul, true, false,
+               [] { return Log{"update", "r:busy"}; }, {}, 0},
+    SingleCase{"HelperCannotLaunch", [](auto &w) { w.config.sourceID = hangul; w.launchError = "no exec"; }, true, true,
+               [] { return Log{"update", "r:" + failed("enf.focus", {"no exec"})}; }, {}, 0}),
     ParamName());
+// clang-format on
 
 struct HelperCase
 {
