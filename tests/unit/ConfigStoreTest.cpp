@@ -145,28 +145,6 @@ TEST_F(ConfigStoreTest, SymbolicLinkLockRefusesEveryWrite)
     EXPECT_TRUE(m_notifications.posted->isEmpty());
 }
 
-TEST_F(ConfigStoreTest, DirectoryThatCannotBeCreatedIsAnError)
-{
-    // A plain file where ".config" should be a folder.
-    QFile blocker(m_home.filePath(QStringLiteral(".config")));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    const Expected<void> written = ConfigStore::write(Config{}, directory());
-    ASSERT_FALSE(written.ok());
-    EXPECT_EQ(written.error().domain(), Error::Domain::Posix);
-    EXPECT_NE(written.error().code(), 0);
-}
-
-TEST_F(ConfigStoreTest, UnreadableFileIsAReadError)
-{
-    writeRaw(R"({"enabled":true,"onboardingCompleted":true})");
-    QFile::remove(file());
-    QDir().mkpath(file()); // a folder in the file's place cannot be read as bytes
-    const Expected<Config> loaded = ConfigStore::loadFrom(directory());
-    ASSERT_FALSE(loaded.ok());
-    EXPECT_EQ(loaded.error().code(), EISDIR);
-}
-
 TEST_F(ConfigStoreTest, SaveUsesTheHomeDirectory)
 {
     const QByteArray previousHome = qgetenv("HOME");
