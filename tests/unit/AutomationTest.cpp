@@ -1,5 +1,6 @@
 #include "core/cli/Automation.h"
 #include "support/ParamName.h"
+#include "unit/FakeAutomationServices.h"
 
 #include <gtest/gtest.h>
 
@@ -10,56 +11,7 @@ namespace {
 const QString us = "xkb:us::eng";
 const QString hangul = "hangul";
 
-// Services over plain fields; `update` edits `stored` the way the store would.
-struct FakeServices
-{
-    std::optional<Config> stored; // absent: no file
-    std::optional<Error> loadError;
-    std::optional<Error> writeError;
-    QList<InputChoice> choices = {{us, "English (US)"}, {hangul, "Korean"}};
-    InputChoice current{us, "English (US)"};
-    std::optional<bool> running = true; // absent: the lock probe fails
-    bool secure = false;
-    bool login = false;
-    bool extensionRunning = true;
-    int writes = 0;
-
-    AutomationServices services()
-    {
-        AutomationServices s;
-        s.load = [this]() -> Expected<Config> {
-            if (loadError)
-                return *loadError;
-            return stored.value_or(Config{});
-        };
-        s.update = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
-            if (loadError)
-                return *loadError;
-            Config config = stored.value_or(Config{});
-            if (const Expected<void> edited = edit(config); !edited)
-                return edited.error();
-            if (writeError)
-                return *writeError;
-            ++writes;
-            stored = config;
-            return config;
-        };
-        s.choices = [this] { return choices; };
-        s.current = [this] { return current; };
-        s.running = [this]() -> Expected<bool> {
-            if (!running)
-                return Error::posix(EIO, "gui.lock");
-            return *running;
-        };
-        s.secureInput = [this] { return secure; };
-        s.loginEnabled = [this] { return login; };
-        s.availability = [this] {
-            return extensionRunning ? InputSources::Availability::available
-                                    : InputSources::Availability::extensionMissing;
-        };
-        return s;
-    }
-};
+using FakeServices = FakeAutomationServices;
 
 struct StatusCase
 {
@@ -83,8 +35,9 @@ TEST_P(AutomationStatusTest, DerivesTheState)
     EXPECT_EQ(status->state.raw(), RuntimeState(GetParam().state).raw());
     EXPECT_EQ(status->target, GetParam().target);
     EXPECT_EQ(status->current, (AutomationSource{fake.current.id, fake.current.name}));
-    EXPECT_EQ(status->backendError,
-              fake.extensionRunning ? std::nullopt : std::optional(AutomationFailure::gnomeExtensionMissing()));
+    EXPECT_EQ(status->backendError, fake.availability == InputSources::Availability::available
+                                        ? std::nullopt
+                                        : std::optional(AutomationFailure::gnomeExtensionMissing()));
 }
 
 const AutomationTarget usTarget{us, QString("English (US)"), true};
@@ -128,7 +81,7 @@ INSTANTIATE_TEST_SUITE_P(
                                RuntimeState::SecureInput, usTarget},
                     StatusCase{"UnreachableSourcesAreAnErrorNotAMissingPin",
                                [](auto &f) {
-                                   f.extensionRunning = false;
+                                   f.availability = InputSources::Availability::extensionMissing;
                                    f.choices.clear();
                                    f.current = {};
                                },
@@ -136,7 +89,7 @@ INSTANTIATE_TEST_SUITE_P(
                     StatusCase{"UnreachableSourcesDoNotMatterWhilePaused",
                                [](auto &f) {
                                    // Nothing is asked of sources out of reach.
-                                   f.extensionRunning = false;
+                                   f.availability = InputSources::Availability::extensionMissing;
                                    f.stored->enabled = false;
                                    f.choices.clear();
                                    f.current = {};
@@ -173,7 +126,8 @@ TEST_P(AutomationKeepingTest, EditsOnlyEnabled)
 {
     FakeServices fake;
     fake.stored = GetParam().stored;
-    fake.extensionRunning = GetParam().extensionRunning;
+    if (!GetParam().extensionRunning)
+        fake.availability = InputSources::Availability::extensionMissing;
     const std::optional<Config> before = fake.stored;
     const auto status = Automation(fake.services()).setKeeping(GetParam().command);
     if (GetParam().failure) {

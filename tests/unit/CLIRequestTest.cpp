@@ -53,11 +53,6 @@ INSTANTIATE_TEST_SUITE_P(
                     ParseCase{"Help", {QStringLiteral("help")}, request(Command::Help)},
                     ParseCase{"ShortHelp", {QStringLiteral("-h")}, request(Command::Help)},
                     ParseCase{"LongHelp", {QStringLiteral("--help")}, request(Command::Help)},
-                    ParseCase{"Uninstall", {QStringLiteral("uninstall")}, request(Command::Uninstall)},
-                    ParseCase{"Open", {QStringLiteral("open")}, request(Command::Open)},
-                    ParseCase{"Apply", {QStringLiteral("apply")}, request(Command::Apply)},
-                    ParseCase{"Pause", {QStringLiteral("pause")}, request(Command::Pause)},
-                    ParseCase{"Resume", {QStringLiteral("resume")}, request(Command::Resume)},
                     ParseCase{"Toggle", {QStringLiteral("toggle"), json}, request(Command::Toggle, true)}),
     ParamName());
 
@@ -71,7 +66,6 @@ INSTANTIATE_TEST_SUITE_P(
                     ParseCase{"SetEmptyID", {QStringLiteral("set"), QString()}, std::nullopt},
                     ParseCase{"InstallWithoutID", {QStringLiteral("install")}, std::nullopt},
                     ParseCase{"StatusExtra", {QStringLiteral("status"), QStringLiteral("extra")}, std::nullopt},
-                    ParseCase{"ListExtra", {QStringLiteral("list"), QStringLiteral("x")}, std::nullopt},
                     ParseCase{"PauseExtra", {QStringLiteral("pause"), QStringLiteral("now")}, std::nullopt},
                     ParseCase{"HelpJson", {QStringLiteral("help"), json}, std::nullopt},
                     ParseCase{"ShortHelpJson", {QStringLiteral("-h"), json}, std::nullopt},
@@ -79,8 +73,6 @@ INSTANTIATE_TEST_SUITE_P(
                     ParseCase{
                         "HelpFlagAfterCommand", {QStringLiteral("status"), QStringLiteral("--help")}, std::nullopt},
                     ParseCase{"Capitalised", {QStringLiteral("Status")}, std::nullopt},
-                    ParseCase{"UpperCase", {QStringLiteral("STATUS")}, std::nullopt},
-                    ParseCase{"Typo", {QStringLiteral("lsit")}, std::nullopt},
                     ParseCase{"EmptyWord", {QString()}, std::nullopt},
                     ParseCase{"ModeWordIsNoCommand", {QStringLiteral("gui")}, std::nullopt}),
     ParamName());

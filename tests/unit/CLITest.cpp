@@ -1,6 +1,7 @@
 #include "core/cli/CLI.h"
 #include "core/config/L10n.h"
 #include "support/ParamName.h"
+#include "unit/FakeAutomationServices.h"
 
 #include <QBuffer>
 #include <QJsonDocument>
@@ -19,57 +20,38 @@ const QString hangul = "hangul";
 class CLITest : public testing::Test
 {
 public:
-    void SetUp() override { L10n::setLanguageCode(QStringLiteral("en")); }
+    void SetUp() override
+    {
+        L10n::setLanguageCode(QStringLiteral("en"));
+        fake.stored = Config{us, true, std::nullopt, true};
+        fake.current = {hangul, "Korean"};
+    }
     void TearDown() override { L10n::setLanguageCode(std::nullopt); }
 
     CLIServices services()
     {
         CLIServices s;
-        s.automation.load = [this]() -> Expected<Config> {
-            if (corrupt)
-                return Error::decode("bad");
-            return stored.value_or(Config{});
-        };
-        s.automation.update = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
-            if (corrupt)
-                return Error::decode("bad");
-            Config config = stored.value_or(Config{});
-            if (const auto edited = edit(config); !edited)
-                return edited.error();
-            if (unwritable)
-                return Error::posix(ELOOP, "config.lock");
-            stored = config;
-            return config;
-        };
-        s.automation.choices = [this] { return choices; };
-        s.automation.current = [this] { return InputChoice{current, current == us ? "English (US)" : "Korean"}; };
-        s.automation.running = [this]() -> Expected<bool> { return running; };
-        s.automation.secureInput = [] { return false; };
-        s.automation.loginEnabled = [this] { return login; };
-        s.automation.availability = [this] { return availability; };
-        s.automation.framework = QStringLiteral("IBus");
-        s.automation.backend = "gnome";
+        s.automation = fake.services();
         s.enableCompanion = [this] {
             ++companionEnables;
             return companionTurnsOn;
         };
         s.switchOnce = [this]() -> std::optional<SwitchOutcome> {
-            ++switches;
-            if (outcome && *outcome == SwitchOutcome::success() && stored)
-                current = *stored->sourceID;
+            if (outcome && *outcome == SwitchOutcome::success() && fake.stored)
+                fake.current = {*fake.stored->sourceID, *fake.stored->sourceID == us ? "English (US)" : "Korean"};
             return outcome;
         };
         s.installLogin = [this](const QString &executable) -> Expected<void, QString> {
             installedFor = executable;
             if (loginError)
                 return *loginError;
-            login = true;
+            fake.login = true;
             return {};
         };
         s.uninstallLogin = [this]() -> Expected<void, QString> {
             if (loginError)
                 return *loginError;
-            login = false;
+            fake.login = false;
             return {};
         };
         s.openApp = [this]() -> Expected<void, AutomationFailure> {
@@ -98,63 +80,22 @@ public:
     QString stdoutText() const { return QString::fromUtf8(out.data()); }
     QString stderrText() const { return QString::fromUtf8(err.data()); }
 
-    std::optional<Config> stored = Config{us, true, std::nullopt, true};
-    bool corrupt = false;
-    bool unwritable = false;
-    QList<InputChoice> choices = {{us, "English (US)"}, {hangul, "Korean"}};
-    QString current = hangul;
-    bool running = true;
-    bool login = false;
-    InputSources::Availability availability = InputSources::Availability::available;
+    FakeAutomationServices fake;
     bool companionTurnsOn = true;
     int companionEnables = 0;
     std::optional<SwitchOutcome> outcome = SwitchOutcome::success();
     std::optional<QString> loginError;
     std::optional<AutomationFailure> openFailure;
     QString installedFor;
-    int switches = 0;
     QBuffer out;
     QBuffer err;
 };
 
-TEST_F(CLITest, ArgumentErrorWithJsonNamesTheFirstWord)
-{
-    EXPECT_EQ(run({"--json", "lsit"}), 1);
-    EXPECT_EQ(
-        out.data(),
-        QByteArray(
-            R"j({"command":"lsit","error":{"code":"invalid_arguments","message":"Invalid command or arguments. Run tolvar help for usage."},"ok":false,"schemaVersion":1})j"
-            "\n"));
-    EXPECT_EQ(run({"--json", "--json"}), 1);
-    EXPECT_EQ(document()["command"].toString(), "status");
-}
-
-TEST_F(CLITest, StatusReportEndsWithTheStoppedLineWhenNothingRuns)
-{
-    running = false;
-    EXPECT_EQ(run({}), 0);
-    const QStringList lines = stdoutText().split('\n', Qt::SkipEmptyParts);
-    const QString format = L10n::text("cli.line");
-    ASSERT_EQ(lines.size(), 8);
-    EXPECT_EQ(lines[0], format.arg(L10n::text("cli.label.state"), L10n::text("state.stopped")));
-    EXPECT_EQ(lines[2], format.arg(L10n::text("cli.label.current"), "Korean  hangul"));
-    EXPECT_EQ(lines[3], format.arg(L10n::text("cli.label.pinned"), "English (US)  xkb:us::eng"));
-    EXPECT_EQ(lines[6], format.arg(L10n::text("cli.label.backend"), "gnome"));
-    EXPECT_EQ(lines[7], L10n::text("cli.msg.stopped"));
-}
-
-TEST_F(CLITest, SetWithJsonReportsTheStatusAfterTheSwitch)
-{
-    EXPECT_EQ(run({"set", "--json", hangul}), 0);
-    EXPECT_EQ(document()["command"].toString(), "set");
-    EXPECT_EQ(document()["status"].toObject()["state"].toString(), "keeping");
-}
-
 TEST_F(CLITest, InstallPinsKeepsAndSaysSo)
 {
-    stored = std::nullopt;
+    fake.stored = std::nullopt;
     EXPECT_EQ(run({"install", hangul}), 0);
-    EXPECT_EQ(stored, (Config{hangul, true, std::nullopt, true}));
+    EXPECT_EQ(fake.stored, (Config{hangul, true, std::nullopt, true}));
     EXPECT_EQ(installedFor, "/opt/tolvar/bin/tolvar");
     EXPECT_EQ(companionEnables, 1);
     EXPECT_EQ(stdoutText(), L10n::text("cli.msg.pinned").arg(hangul) + "\n"
@@ -166,28 +107,17 @@ TEST_F(CLITest, FailedInstallKeepsTheConfigurationChange)
     loginError = "systemctl said no";
     EXPECT_EQ(run({"install", hangul}), 1);
     EXPECT_EQ(stderrText(), "systemctl said no\n");
-    EXPECT_EQ(stored->sourceID, hangul);
-    EXPECT_TRUE(stored->enabled);
+    EXPECT_EQ(fake.stored->sourceID, hangul);
+    EXPECT_TRUE(fake.stored->enabled);
 }
 
 TEST_F(CLITest, UninstallNamesTheConfigurationFileItLeaves)
 {
-    login = true;
+    fake.login = true;
     EXPECT_EQ(run({"uninstall"}), 0);
     EXPECT_EQ(stdoutText(),
               L10n::text("cli.msg.uninstalled").arg("/home/u/Library/Application Support/Tolvar/config.json") + "\n");
-    EXPECT_FALSE(login);
-}
-
-TEST_F(CLITest, KeepingCommandsReportTheNewStatus)
-{
-    EXPECT_EQ(run({"pause", "--json"}), 0);
-    EXPECT_FALSE(stored->enabled);
-    EXPECT_EQ(document()["status"].toObject()["state"].toString(), "paused");
-    EXPECT_EQ(run({"toggle"}), 0);
-    EXPECT_TRUE(stored->enabled);
-    EXPECT_TRUE(stdoutText().startsWith(
-        L10n::text("cli.line").arg(L10n::text("cli.label.state"), L10n::text("state.waiting"))));
+    EXPECT_FALSE(fake.login);
 }
 
 // Every way to fail: exactly one report, on the stream its mode calls for.
@@ -208,13 +138,13 @@ class CLIFailureTest : public CLITest, public testing::WithParamInterface<Failur
 TEST_P(CLIFailureTest, OneReportAndStatusOne)
 {
     GetParam().arrange(*this);
-    const std::optional<Config> before = stored;
+    const std::optional<Config> before = fake.stored;
 
     EXPECT_EQ(run(GetParam().arguments), 1);
     EXPECT_TRUE(stdoutText().isEmpty());
     EXPECT_EQ(stderrText(), GetParam().human() + "\n");
 
-    stored = before;
+    fake.stored = before;
     GetParam().arrange(*this);
     EXPECT_EQ(run(QStringList(GetParam().arguments) << "--json"), 1);
     EXPECT_TRUE(stderrText().isEmpty());
@@ -229,55 +159,11 @@ TEST_P(CLIFailureTest, OneReportAndStatusOne)
 INSTANTIATE_TEST_SUITE_P(
     CLI, CLIFailureTest,
     testing::Values(
-        FailureCase{
-            "SetUnknownSource",
-            [](CLITest &) {},
-            {"set", "xkb:fr::fra"},
-            AutomationFailure::missingSource(),
-            [] { return L10n::text("warn.missing"); },
-            [](const CLITest &fixture) { EXPECT_EQ(fixture.stored->sourceID, us) << "configuration unchanged"; }},
-        FailureCase{"SetOnCorruptFile",
-                    [](CLITest &fixture) { fixture.corrupt = true; },
-                    {"set", hangul},
-                    AutomationFailure::invalidConfig(),
-                    [] { return L10n::text("cli.err.config").arg("bad"); }},
         FailureCase{"SetUnwritable",
-                    [](CLITest &fixture) { fixture.unwritable = true; },
+                    [](CLITest &fixture) { fixture.fake.writeError = Error::posix(ELOOP, "config.lock"); },
                     {"set", hangul},
                     AutomationFailure::configWriteFailed(),
                     [] { return L10n::text("cli.err.write").arg(Error::posix(ELOOP, "config.lock").description()); }},
-        FailureCase{"ListWithoutInputMethod",
-                    [](CLITest &fixture) { fixture.availability = InputSources::Availability::notRunning; },
-                    {"list"},
-                    AutomationFailure::inputMethodNotRunning("IBus"),
-                    [] { return L10n::text("cli.err.im-absent").arg("IBus"); }},
-        FailureCase{
-            "SetWhileInputMethodIsSilent",
-            [](CLITest &fixture) { fixture.availability = InputSources::Availability::notAnswering; },
-            {"set", hangul},
-            AutomationFailure::inputMethodNotAnswering("IBus"),
-            [] { return L10n::text("cli.err.im-silent").arg("IBus"); },
-            [](const CLITest &fixture) { EXPECT_EQ(fixture.stored->sourceID, us) << "configuration unchanged"; }},
-        FailureCase{"ApplyWithoutFile",
-                    [](CLITest &fixture) { fixture.stored.reset(); },
-                    {"apply"},
-                    AutomationFailure::noTarget(),
-                    [] { return L10n::text("cli.err.no-pin"); }},
-        FailureCase{"ApplyOnCorruptFile",
-                    [](CLITest &fixture) { fixture.corrupt = true; },
-                    {"apply"},
-                    AutomationFailure::invalidConfig(),
-                    [] { return L10n::text("cli.err.config").arg("bad"); }},
-        FailureCase{"ApplyWithEmptyPin",
-                    [](CLITest &fixture) { fixture.stored->sourceID = QString(); },
-                    {"apply"},
-                    AutomationFailure::noTarget(),
-                    [] { return L10n::text("cli.err.no-pin"); }},
-        FailureCase{"ApplyUninstalledPin",
-                    [](CLITest &fixture) { fixture.stored->sourceID = "gone"; },
-                    {"apply"},
-                    AutomationFailure::missingSource(),
-                    [] { return L10n::text("warn.missing"); }},
         FailureCase{"SwitchFailed",
                     [](CLITest &fixture) { fixture.outcome = SwitchOutcome::failed("it broke"); },
                     {"apply"},
@@ -304,25 +190,20 @@ INSTANTIATE_TEST_SUITE_P(
                     AutomationFailure::missingSourceAfterSwitch(),
                     [] { return L10n::text("warn.missing"); }},
         FailureCase{"ResumeWithoutPin",
-                    [](CLITest &fixture) { fixture.stored = Config{}; },
+                    [](CLITest &fixture) { fixture.fake.stored = Config{}; },
                     {"resume"},
                     AutomationFailure::noTarget(),
                     [] { return L10n::text("cli.err.no-pin"); },
-                    [](const CLITest &fixture) { EXPECT_FALSE(fixture.stored->enabled); }},
+                    [](const CLITest &fixture) { EXPECT_FALSE(fixture.fake.stored->enabled); }},
         FailureCase{"InstallWithoutTheGnomeExtensionTurnsItOnFirst",
-                    [](CLITest &fixture) { fixture.availability = InputSources::Availability::extensionMissing; },
+                    [](CLITest &fixture) { fixture.fake.availability = InputSources::Availability::extensionMissing; },
                     {"install", hangul},
                     AutomationFailure::gnomeExtensionMissing(),
                     [] { return L10n::text("cli.err.gnome-extension-enabled"); },
                     [](const CLITest &fixture) {
                         EXPECT_EQ(fixture.companionEnables, 2) << "once per run";
-                        EXPECT_FALSE(fixture.login);
+                        EXPECT_FALSE(fixture.fake.login);
                     }},
-        FailureCase{"StatusOnCorruptFile",
-                    [](CLITest &fixture) { fixture.corrupt = true; },
-                    {"status"},
-                    AutomationFailure::invalidConfig(),
-                    [] { return L10n::text("cli.err.config").arg("bad"); }},
         FailureCase{"UninstallFails",
                     [](CLITest &fixture) { fixture.loginError = "no manager"; },
                     {"uninstall"},
@@ -342,12 +223,9 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(CLITest, RuntimeProbeFailureIsNamed)
 {
-    CLIServices broken = services();
-    broken.automation.running = []() -> Expected<bool> { return Error::posix(EIO, "gui.lock"); };
-    out.open(QIODevice::WriteOnly);
-    err.open(QIODevice::WriteOnly);
-    EXPECT_EQ(CLI(broken, out, err).run({"status"}), 1);
-    EXPECT_EQ(QString::fromUtf8(err.data()),
+    fake.running.reset();
+    EXPECT_EQ(run({"status"}), 1);
+    EXPECT_EQ(stderrText(),
               L10n::text("cli.err.runtime-detail").arg(Error::posix(EIO, "gui.lock").description()) + "\n");
 }
 

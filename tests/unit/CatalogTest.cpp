@@ -141,10 +141,4 @@ TEST(CatalogTest, FindTakesTheFirstSelectableSourceWithExactlyThatIdentifier)
     EXPECT_FALSE(Catalog::find(QStringLiteral("xkb:us::eng"), system));
 }
 
-TEST(CatalogTest, NoSystemMeansNoSources)
-{
-    EXPECT_TRUE(Catalog::choices(InputSources::none()).isEmpty());
-    EXPECT_FALSE(Catalog::find(QStringLiteral("xkb:us::eng"), InputSources::none()));
-}
-
 } // namespace

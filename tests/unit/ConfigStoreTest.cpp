@@ -4,8 +4,6 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QTemporaryDir>
 
 #include "support/ParamName.h"
@@ -64,13 +62,6 @@ TEST_F(ConfigStoreTest, FirstWriteCreatesDirectoryLockAndFile)
               QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_EQ(ConfigStore::loadFrom(directory()).value(), written.value());
     EXPECT_EQ(*m_notifications.posted, QStringList{ConfigStore::changed});
-}
-
-TEST_F(ConfigStoreTest, AbsentOptionalsAreLeftOutOfTheFile)
-{
-    ASSERT_TRUE(ConfigStore::write(Config{std::nullopt, true, std::nullopt, false}, directory()).ok());
-    const QJsonObject object = QJsonDocument::fromJson(readRaw()).object();
-    EXPECT_EQ(object.keys(), (QStringList{QStringLiteral("enabled"), QStringLiteral("onboardingCompleted")}));
 }
 
 TEST_F(ConfigStoreTest, MissingFileLoadsDefaults)
@@ -152,28 +143,6 @@ TEST_F(ConfigStoreTest, SymbolicLinkLockRefusesEveryWrite)
     EXPECT_FALSE(QFileInfo::exists(file()));
     EXPECT_FALSE(QFileInfo::exists(target));
     EXPECT_TRUE(m_notifications.posted->isEmpty());
-}
-
-TEST_F(ConfigStoreTest, DirectoryThatCannotBeCreatedIsAnError)
-{
-    // A plain file where ".config" should be a folder.
-    QFile blocker(m_home.filePath(QStringLiteral(".config")));
-    ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
-    blocker.close();
-    const Expected<void> written = ConfigStore::write(Config{}, directory());
-    ASSERT_FALSE(written.ok());
-    EXPECT_EQ(written.error().domain(), Error::Domain::Posix);
-    EXPECT_NE(written.error().code(), 0);
-}
-
-TEST_F(ConfigStoreTest, UnreadableFileIsAReadError)
-{
-    writeRaw(R"({"enabled":true,"onboardingCompleted":true})");
-    QFile::remove(file());
-    QDir().mkpath(file()); // a folder in the file's place cannot be read as bytes
-    const Expected<Config> loaded = ConfigStore::loadFrom(directory());
-    ASSERT_FALSE(loaded.ok());
-    EXPECT_EQ(loaded.error().code(), EISDIR);
 }
 
 TEST_F(ConfigStoreTest, SaveUsesTheHomeDirectory)

@@ -98,141 +98,43 @@ TEST_P(EnforcerSingleRequestTest, EndsAsExpected)
 const auto nothing = [](FakeEnforcementWorld &) {};
 const auto pinHangul = [](FakeEnforcementWorld &w) { w.config.sourceID = hangul; };
 
-INSTANTIATE_TEST_SUITE_P(
-    Enforcer, EnforcerSingleRequestTest,
-    testing::Values(SingleCase{"DirectSwitch",
-                               nothing,
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:success", "r:success"};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"AlreadyCurrent",
-                               [](auto &w) { w.current = us; },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:success", "r:success"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"ManualSwitch",
-                               nothing,
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:success"};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"KeepingOffAutomaticDoesNothing",
-                               [](auto &w) { w.config.enabled = false; },
-                               false,
-                               true,
-                               [] { return QStringList{"r:success"}; },
-                               {},
-                               0},
-                    SingleCase{"KeepingOffManualStillSwitches",
-                               [](auto &w) { w.config.enabled = false; },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:success"};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"NothingPinned",
-                               [](auto &w) { w.config.sourceID.reset(); },
-                               true,
-                               true,
-                               [] { return QStringList{"r:missingSource"}; },
-                               {},
-                               0},
-                    SingleCase{"EmptyPin",
-                               [](auto &w) { w.config.sourceID = QString(); },
-                               false,
-                               true,
-                               [] { return QStringList{"r:missingSource"}; },
-                               {},
-                               0},
-                    SingleCase{"PinnedSourceGone",
-                               [](auto &w) { w.config.sourceID = "gone"; },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:missingSource", "r:missingSource"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"SecureInputWinsOverAlreadyCurrent",
-                               [](auto &w) {
-                                   w.secure = true;
-                                   w.current = us;
-                               },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:secureInput", "r:secureInput"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
-                               [](auto &w) {
-                                   w.unreachable = "no extension";
-                                   w.current = us;
-                               },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:failed(no extension)"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"SelectFails",
-                               [](auto &w) { w.selectStatus = -50; },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:" + failed("enf.switch", {us, "-50"})};
-                               },
-                               {us},
-                               0},
-                    SingleCase{"SelectNotConfirmed",
-                               [](auto &w) { w.selectTakesEffect = false; },
-                               false,
-                               true,
-                               [] {
-                                   return QStringList{"update", "automatic:" + failed("enf.unconfirmed", {us}),
-                                                      "r:" + failed("enf.unconfirmed", {us})};
-                               },
-                               {us},
-                               0},
-                    SingleCase{
-                        "CJKVStartsTheHelper", pinHangul, false, true, [] { return QStringList{"update"}; }, {}, 1},
-                    SingleCase{"CJKVWithoutHoldingFocusIsBusy",
-                               pinHangul,
-                               true,
-                               false,
-                               [] {
-                                   return QStringList{"update", "r:busy"};
-                               },
-                               {},
-                               0},
-                    SingleCase{"HelperCannotLaunch",
-                               [](auto &w) {
-                                   w.config.sourceID = hangul;
-                                   w.launchError = "no exec";
-                               },
-                               true,
-                               true,
-                               [] {
-                                   return QStringList{"update", "r:" + failed("enf.focus", {"no exec"})};
-                               },
-                               {},
-                               0}),
+using Log = QStringList;
+
+// Each row: arrange, manual?, holding focus?; then the log, the sources selected and the helpers started.
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerSingleRequestTest, testing::Values(
+    SingleCase{"DirectSwitch", nothing, false, true,
+               [] { return Log{"update", "automatic:success", "r:success"}; }, {us}, 0},
+    SingleCase{"AlreadyCurrent", [](auto &w) { w.current = us; }, false, true,
+               [] { return Log{"update", "automatic:success", "r:success"}; }, {}, 0},
+    SingleCase{"ManualSwitch", nothing, true, true, [] { return Log{"update", "r:success"}; }, {us}, 0},
+    SingleCase{"KeepingOffAutomaticDoesNothing", [](auto &w) { w.config.enabled = false; }, false, true,
+               [] { return Log{"r:success"}; }, {}, 0},
+    SingleCase{"KeepingOffManualStillSwitches", [](auto &w) { w.config.enabled = false; }, true, true,
+               [] { return Log{"update", "r:success"}; }, {us}, 0},
+    SingleCase{"NothingPinned", [](auto &w) { w.config.sourceID.reset(); }, true, true,
+               [] { return Log{"r:missingSource"}; }, {}, 0},
+    SingleCase{"EmptyPin", [](auto &w) { w.config.sourceID = QString(); }, false, true,
+               [] { return Log{"r:missingSource"}; }, {}, 0},
+    SingleCase{"PinnedSourceGone", [](auto &w) { w.config.sourceID = "gone"; }, false, true,
+               [] { return Log{"update", "automatic:missingSource", "r:missingSource"}; }, {}, 0},
+    SingleCase{"SecureInputWinsOverAlreadyCurrent", [](auto &w) { w.secure = true; w.current = us; }, false, true,
+               [] { return Log{"update", "automatic:secureInput", "r:secureInput"}; }, {}, 0},
+    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
+               [](auto &w) { w.unreachable = "no extension"; w.current = us; }, true, true,
+               [] { return Log{"update", "r:failed(no extension)"}; }, {}, 0},
+    SingleCase{"SelectFails", [](auto &w) { w.selectStatus = -50; }, true, true,
+               [] { return Log{"update", "r:" + failed("enf.switch", {us, "-50"})}; }, {us}, 0},
+    SingleCase{"SelectNotConfirmed", [](auto &w) { w.selectTakesEffect = false; }, false, true,
+               [] { return Log{"update", "automatic:" + failed("enf.unconfirmed", {us}),
+                               "r:" + failed("enf.unconfirmed", {us})}; }, {us}, 0},
+    SingleCase{"CJKVStartsTheHelper", pinHangul, false, true, [] { return Log{"update"}; }, {}, 1},
+    SingleCase{"CJKVWithoutHoldingFocusIsBusy", pinHangul, true, false,
+               [] { return Log{"update", "r:busy"}; }, {}, 0},
+    SingleCase{"HelperCannotLaunch", [](auto &w) { w.config.sourceID = hangul; w.launchError = "no exec"; }, true, true,
+               [] { return Log{"update", "r:" + failed("enf.focus", {"no exec"})}; }, {}, 0}),
     ParamName());
+// clang-format on
 
 struct HelperCase
 {
@@ -272,104 +174,83 @@ INSTANTIATE_TEST_SUITE_P(
         HelperCase{"Cancelled", FocusProcessResult::cancelled(), false, [] { return QString("busy"); }}),
     ParamName());
 
-TEST_F(EnforcerTest, KeepingOffCancelsARunningAutomaticHelper)
+// Requests racing a running helper, as a script of steps: "pin <id>", "pause", "auto <name>",
+// "manual <name>", "cancel" (the user's requests), "exit <helper> <status>", "cancelled <helper>".
+struct RaceCase
 {
-    pin(hangul);
-    request("auto", false);
-    m_world.config.enabled = false;
-    request("again", false);
-    EXPECT_EQ(m_world.helpers[0].cancels, 1);
-    m_world.finishHelper(0, FocusProcessResult::cancelled());
-    EXPECT_EQ(m_log, (QStringList{"update", "again:success", "update", "auto:busy"}));
+    const char *name;
+    QStringList steps;
+    QStringList log;
+    // Each helper started: "<id> auto|manual <times cancelled>".
+    QStringList helpers;
+};
+
+class EnforcerRaceTest : public EnforcerTest, public testing::WithParamInterface<RaceCase>
+{
+};
+
+TEST_P(EnforcerRaceTest, AnswersEveryRequestOnce)
+{
+    for (const QString &step : GetParam().steps) {
+        const QStringList word = step.split(QLatin1Char(' '));
+        if (word[0] == "pin")
+            pin(word[1]);
+        else if (word[0] == "pause")
+            m_world.config.enabled = false;
+        else if (word[0] == "auto" || word[0] == "manual")
+            request(word[1], word[0] == "manual");
+        else if (word[0] == "cancel")
+            m_enforcer->cancelManualRequests();
+        else if (word[0] == "exit")
+            m_world.finishHelper(word[1].toUInt(), FocusProcessResult::exited(word[2].toInt()));
+        else if (word[0] == "cancelled")
+            m_world.finishHelper(word[1].toUInt(), FocusProcessResult::cancelled());
+        else
+            FAIL() << "unknown step " << qPrintable(step);
+    }
+    EXPECT_EQ(m_log, GetParam().log);
+    QStringList helpers;
+    for (const auto &helper : m_world.helpers)
+        helpers << QStringLiteral("%1 %2 %3").arg(helper.id, helper.automatic ? "auto" : "manual").arg(helper.cancels);
+    EXPECT_EQ(helpers, GetParam().helpers);
 }
 
-TEST_F(EnforcerTest, SecondAutomaticTriggerForTheSameTargetIsBusyAtOnce)
-{
-    pin(hangul);
-    request("first", false);
-    request("second", false);
-    EXPECT_EQ(m_world.helpers.size(), 1u);
-    EXPECT_EQ(m_world.helpers[0].cancels, 0);
-    EXPECT_EQ(m_log, (QStringList{"update", "second:busy"}));
-}
-
-// The user pins another source while an automatic helper runs, then asks for it.
-TEST_F(EnforcerTest, ManualRequestForANewTargetCancelsTheAutomaticHelper)
-{
-    pin(hangul);
-    request("auto", false);
-    pin(anthy);
-    request("manual", true);
-    EXPECT_EQ(m_world.helpers[0].cancels, 1);
-    m_world.finishHelper(0, FocusProcessResult::cancelled());
-    ASSERT_EQ(m_world.helpers.size(), 2u);
-    EXPECT_EQ(m_world.helpers[1].id, anthy);
-    EXPECT_FALSE(m_world.helpers[1].automatic);
-    m_world.finishHelper(1, FocusProcessResult::exited(0));
-    EXPECT_EQ(m_log, (QStringList{"update", "update", "auto:busy", "update", "update", "manual:success"}));
-}
-
-TEST_F(EnforcerTest, ManualRequestForTheSameTargetWaitsForTheHelper)
-{
-    pin(hangul);
-    request("auto", false);
-    request("manual", true);
-    EXPECT_EQ(m_world.helpers[0].cancels, 0);
-    m_world.finishHelper(0, FocusProcessResult::exited(0));
-    EXPECT_EQ(m_world.helpers.size(), 1u) << "already current: no second helper";
-    EXPECT_EQ(m_log,
-              (QStringList{"update", "update", "automatic:success", "auto:success", "update", "manual:success"}));
-}
-
-TEST_F(EnforcerTest, NewerManualRequestDisplacesAWaitingOne)
-{
-    pin(hangul);
-    request("running", true);
-    request("older", true);
-    request("newer", true);
-    EXPECT_EQ(m_log, (QStringList{"update", "older:busy"}));
-}
-
-TEST_F(EnforcerTest, AutomaticRequestWhileAManualOneWaitsIsBusy)
-{
-    pin(hangul);
-    request("running", false);
-    pin(anthy);
-    request("manual", true);
-    request("auto", false);
-    EXPECT_EQ(m_log, (QStringList{"update", "auto:busy"}));
-}
-
-TEST_F(EnforcerTest, CancellingARunningManualRequestStopsItsHelper)
-{
-    pin(hangul);
-    request("manual", true);
-    m_enforcer->cancelManualRequests();
-    m_enforcer->cancelManualRequests();
-    EXPECT_EQ(m_world.helpers[0].cancels, 1);
-    // Even a helper that got through reports busy once cancelled.
-    m_world.finishHelper(0, FocusProcessResult::exited(0));
-    EXPECT_EQ(m_log, (QStringList{"update", "update", "manual:busy"}));
-}
-
-TEST_F(EnforcerTest, CancellingDropsAWaitingManualRequest)
-{
-    pin(hangul);
-    request("auto", false);
-    request("manual", true);
-    m_enforcer->cancelManualRequests();
-    EXPECT_EQ(m_world.helpers[0].cancels, 0) << "the automatic helper is not the user's to cancel";
-    EXPECT_EQ(m_log, (QStringList{"update", "manual:busy"}));
-}
-
-TEST_F(EnforcerTest, TargetChangedWhileTheHelperRunsIsBusy)
-{
-    pin(hangul);
-    request("manual", true);
-    pin(us);
-    m_world.finishHelper(0, FocusProcessResult::exited(0));
-    EXPECT_EQ(m_log, (QStringList{"update", "update", "manual:busy"}));
-}
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerRaceTest, testing::Values(
+    RaceCase{"KeepingOffCancelsARunningAutomaticHelper",
+             {"pin hangul", "auto auto", "pause", "auto again", "cancelled 0"},
+             {"update", "again:success", "update", "auto:busy"}, {"hangul auto 1"}},
+    RaceCase{"SecondAutomaticTriggerForTheSameTargetIsBusyAtOnce",
+             {"pin hangul", "auto first", "auto second"},
+             {"update", "second:busy"}, {"hangul auto 0"}},
+    // The user pins another source while an automatic helper runs, then asks for it.
+    RaceCase{"ManualRequestForANewTargetCancelsTheAutomaticHelper",
+             {"pin hangul", "auto auto", "pin anthy", "manual manual", "cancelled 0", "exit 1 0"},
+             {"update", "update", "auto:busy", "update", "update", "manual:success"},
+             {"hangul auto 1", "anthy manual 0"}},
+    RaceCase{"ManualRequestForTheSameTargetWaitsForTheHelper",
+             {"pin hangul", "auto auto", "manual manual", "exit 0 0"},
+             {"update", "update", "automatic:success", "auto:success", "update", "manual:success"},
+             {"hangul auto 0"}},
+    RaceCase{"NewerManualRequestDisplacesAWaitingOne",
+             {"pin hangul", "manual running", "manual older", "manual newer"},
+             {"update", "older:busy"}, {"hangul manual 0"}},
+    RaceCase{"AutomaticRequestWhileAManualOneWaitsIsBusy",
+             {"pin hangul", "auto running", "pin anthy", "manual manual", "auto auto"},
+             {"update", "auto:busy"}, {"hangul auto 1"}},
+    // Cancelling twice stops the helper once; even a helper that got through then reports busy.
+    RaceCase{"CancellingARunningManualRequestStopsItsHelper",
+             {"pin hangul", "manual manual", "cancel", "cancel", "exit 0 0"},
+             {"update", "update", "manual:busy"}, {"hangul manual 1"}},
+    // The automatic helper is not the user's to cancel.
+    RaceCase{"CancellingDropsAWaitingManualRequest",
+             {"pin hangul", "auto auto", "manual manual", "cancel"},
+             {"update", "manual:busy"}, {"hangul auto 0"}},
+    RaceCase{"TargetChangedWhileTheHelperRunsIsBusy",
+             {"pin hangul", "manual manual", "pin xkb:us::eng", "exit 0 0"},
+             {"update", "update", "manual:busy"}, {"hangul manual 0"}}),
+    ParamName());
+// clang-format on
 
 TEST_F(EnforcerTest, AutomaticHelperRunsAreSpacedThreeSecondsApart)
 {

@@ -48,7 +48,6 @@ INSTANTIATE_TEST_SUITE_P(
                    {LaunchMode::FocusHelper, QString()}},
         LaunchCase{
             "CapitalisedFocusIsCommandLine", {QStringLiteral("Focus")}, false, {LaunchMode::CommandLine, std::nullopt}},
-        LaunchCase{"UpperCaseGuiIsCommandLine", {QStringLiteral("GUI")}, true, {LaunchMode::CommandLine, std::nullopt}},
         LaunchCase{"ModeWordNotFirstIsCommandLine",
                    {QStringLiteral("status"), QStringLiteral("gui")},
                    false,

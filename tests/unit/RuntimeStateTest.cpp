@@ -49,15 +49,6 @@ INSTANTIATE_TEST_SUITE_P(
                     RawCase{"Stopped", RuntimeState::Stopped, "stopped", true, false}),
     ParamName());
 
-TEST(RuntimeStateTest, AllCasesInDeclarationOrder)
-{
-    QStringList raws;
-    for (const RuntimeState state : RuntimeState::allCases())
-        raws << state.raw();
-    EXPECT_EQ(raws.join(QLatin1Char(' ')),
-              QStringLiteral("setup paused keeping switching waiting secure_input missing_source error stopped"));
-}
-
 TEST(RuntimeStateTest, OnlyExactRawValuesDecode)
 {
     for (const char *raw : {"secureInput", "Keeping", " paused", "", "missing-source"})
