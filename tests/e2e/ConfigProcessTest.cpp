@@ -19,16 +19,6 @@ std::unique_ptr<QProcess> startWorker(const QStringList &arguments)
     return process;
 }
 
-int finish(QProcess &process)
-{
-    if (!process.waitForFinished(60000)) {
-        process.kill();
-        process.waitForFinished();
-        return -1;
-    }
-    return process.exitStatus() == QProcess::NormalExit ? process.exitCode() : -1;
-}
-
 // Both writers append their own mark under the lock: the final identifier must
 // hold every mark of both, so no edit was lost to an overlapping writer.
 TEST(ConfigProcessTest, ConcurrentMutationsAllSurvive)

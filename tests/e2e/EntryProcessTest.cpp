@@ -4,7 +4,6 @@
 #include "support/Process.h"
 
 #include <QDir>
-#include <QFile>
 #include <QTemporaryDir>
 
 #include "support/ParamName.h"
@@ -39,11 +38,8 @@ protected:
 
     void writeConfig(const QByteArray &bytes)
     {
-        const QString directory = m_home.filePath(QStringLiteral("Library/Application Support/Tolvar"));
-        ASSERT_TRUE(QDir().mkpath(directory));
-        QFile file(QDir(directory).filePath(QStringLiteral("config.json")));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
+        ASSERT_TRUE(
+            writeFile(m_home.filePath(QStringLiteral("Library/Application Support/Tolvar/config.json")), bytes));
     }
 
     ProcessResult run(const QStringList &arguments) { return runProcess(m_link, arguments, m_environment); }
@@ -61,7 +57,7 @@ QByteArray firstLine(const QByteArray &text)
 struct LanguageCase
 {
     const char *name;
-    const char *configLanguage; // nullptr: no override stored
+    QByteArray config; // empty: no file
     const char *environmentLanguage;
     const char *expected;
 };
@@ -73,8 +69,8 @@ class EntryLanguageTest : public EntryProcessTest, public testing::WithParamInte
 TEST_P(EntryLanguageTest, HelpSpeaksTheChosenLanguageThroughTheLink)
 {
     const LanguageCase &row = GetParam();
-    if (row.configLanguage)
-        writeConfig(Config{std::nullopt, false, QLatin1String(row.configLanguage), false}.encoded());
+    if (!row.config.isEmpty())
+        writeConfig(row.config);
     if (row.environmentLanguage)
         m_environment.insert(QStringLiteral("LANGUAGE"), QLatin1String(row.environmentLanguage));
 
@@ -86,25 +82,22 @@ TEST_P(EntryLanguageTest, HelpSpeaksTheChosenLanguageThroughTheLink)
     EXPECT_EQ(QString::fromUtf8(firstLine(result.out)), expected);
 }
 
-INSTANTIATE_TEST_SUITE_P(Entry, EntryLanguageTest,
-                         testing::Values(LanguageCase{"StoredJapanese", "ja", nullptr, "ja"},
-                                         LanguageCase{"StoredKoreanBeatsSystem", "ko", "zh_TW", "ko"},
-                                         LanguageCase{"StoredTraditional", "zh-Hant", nullptr, "zh-Hant"},
-                                         LanguageCase{"UnknownStoredFollowsSystem", "fr", "zh_CN", "zh-Hans"},
-                                         LanguageCase{"SystemFrenchThenJapanese", nullptr, "fr_FR:ja_JP", "ja"},
-                                         LanguageCase{"SystemFrenchAlone", nullptr, "fr_FR", "en"},
-                                         LanguageCase{"NothingAnywhere", nullptr, nullptr, "en"}),
-                         ParamName());
-
-TEST_F(EntryProcessTest, BrokenConfigurationFallsBackToTheSystemLanguage)
+QByteArray stored(const char *language)
 {
-    writeConfig(R"({"language":"ja"})"); // undecodable: the booleans are missing
-    m_environment.insert(QStringLiteral("LANGUAGE"), QStringLiteral("ko"));
-    const ProcessResult result = run({QStringLiteral("help")});
-    ASSERT_EQ(result.exitCode, 0);
-    EXPECT_EQ(QString::fromUtf8(firstLine(result.out)),
-              tableText(QStringLiteral("ko"), QStringLiteral("cli.usage.header")));
+    return Config{std::nullopt, false, QLatin1String(language), false}.encoded();
 }
+
+INSTANTIATE_TEST_SUITE_P(Entry, EntryLanguageTest,
+                         testing::Values(LanguageCase{"StoredJapanese", stored("ja"), nullptr, "ja"},
+                                         LanguageCase{"StoredKoreanBeatsSystem", stored("ko"), "zh_TW", "ko"},
+                                         LanguageCase{"StoredTraditional", stored("zh-Hant"), nullptr, "zh-Hant"},
+                                         LanguageCase{"UnknownStoredFollowsSystem", stored("fr"), "zh_CN", "zh-Hans"},
+                                         // Undecodable: the booleans are missing.
+                                         LanguageCase{"BrokenFileFollowsSystem", R"({"language":"ja"})", "ko", "ko"},
+                                         LanguageCase{"SystemFrenchThenJapanese", {}, "fr_FR:ja_JP", "ja"},
+                                         LanguageCase{"SystemFrenchAlone", {}, "fr_FR", "en"},
+                                         LanguageCase{"NothingAnywhere", {}, nullptr, "en"}),
+                         ParamName());
 
 struct RefusedCase
 {

@@ -4,11 +4,11 @@
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <QThread>
 
 #include <gtest/gtest.h>
 
 #include <csignal>
+#include <vector>
 
 namespace {
 
@@ -76,44 +76,42 @@ INSTANTIATE_TEST_SUITE_P(FocusProcessJob, FocusProcessExitTest,
                                          ExitCase{"Missing", 77}, ExitCase{"Failed", 78}, ExitCase{"Unknown", 3}),
                          ParamName());
 
-TEST_F(FocusProcessJobTest, HangingHelperTimesOut)
+// However the job ends a running helper, it reports the first reason once.
+struct StopCase
 {
-    start(QStringLiteral("sleep"), 0, 200ms);
+    const char *name;
+    const char *behaviour;
+    std::chrono::milliseconds limit;
+    std::vector<FocusProcessResult> stops;
+    FocusProcessResult expected;
+};
+
+class FocusProcessStopTest : public FocusProcessJobTest, public testing::WithParamInterface<StopCase>
+{
+};
+
+TEST_P(FocusProcessStopTest, ReportsTheFirstReasonOnce)
+{
+    start(QLatin1String(GetParam().behaviour), 0, GetParam().limit);
+    spinUntil([] { return false; }, 200); // let the helper install its handler
+    for (const FocusProcessResult &reason : GetParam().stops)
+        m_job->stop(reason);
     waitForResult();
     ASSERT_EQ(m_results.size(), 1u);
-    EXPECT_EQ(m_results.front(), FocusProcessResult::timedOut());
+    EXPECT_EQ(m_results.front(), GetParam().expected);
 }
 
-TEST_F(FocusProcessJobTest, HelperIgnoringTerminateIsKilled)
-{
-    start(QStringLiteral("ignore-term"), 0);
-    spinUntil([] { return false; }, 200); // let it install its handler
-    m_job->stop(FocusProcessResult::cancelled());
-    waitForResult();
-    ASSERT_EQ(m_results.size(), 1u);
-    EXPECT_EQ(m_results.front(), FocusProcessResult::cancelled());
-}
+const FocusProcessResult cancelled = FocusProcessResult::cancelled();
+const FocusProcessResult timedOut = FocusProcessResult::timedOut();
 
-TEST_F(FocusProcessJobTest, FirstStopReasonWinsAndCompletionRunsOnce)
-{
-    start(QStringLiteral("sleep"), 0);
-    m_job->stop(FocusProcessResult::cancelled());
-    m_job->stop(FocusProcessResult::timedOut());
-    waitForResult();
-    ASSERT_EQ(m_results.size(), 1u);
-    EXPECT_EQ(m_results.front(), FocusProcessResult::cancelled());
-}
-
-// The child exits cleanly on SIGTERM, yet the job reports why it stopped it.
-TEST_F(FocusProcessJobTest, ExitAfterStopReportsTheStopReason)
-{
-    start(QStringLiteral("term-exits"), 0);
-    QThread::msleep(100);
-    m_job->stop(FocusProcessResult::cancelled());
-    waitForResult();
-    ASSERT_EQ(m_results.size(), 1u);
-    EXPECT_EQ(m_results.front(), FocusProcessResult::cancelled());
-}
+INSTANTIATE_TEST_SUITE_P(
+    FocusProcessJob, FocusProcessStopTest,
+    testing::Values(StopCase{"HangingHelperTimesOut", "sleep", 200ms, {}, timedOut},
+                    StopCase{"HelperIgnoringTerminateIsKilled", "ignore-term", 3000ms, {cancelled}, cancelled},
+                    StopCase{"FirstStopReasonWins", "sleep", 3000ms, {cancelled, timedOut}, cancelled},
+                    // It exits cleanly on SIGTERM, yet the job was the one to stop it.
+                    StopCase{"ExitAfterStopKeepsTheReason", "term-exits", 3000ms, {cancelled}, cancelled}),
+    ParamName());
 
 TEST_F(FocusProcessJobTest, StopAfterFinishingChangesNothing)
 {

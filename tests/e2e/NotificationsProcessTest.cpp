@@ -6,7 +6,6 @@
 #include <QCoreApplication>
 #include <QTemporaryDir>
 #include <QThread>
-#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -23,19 +22,6 @@ protected:
             GTEST_SKIP() << "needs the private session bus of scripts/private-session";
     }
 };
-
-TEST_F(NotificationsProcessTest, PostReachesAnotherProcess)
-{
-    QProcess observer;
-    observer.start(worker,
-                   {QStringLiteral("observe"), ConfigStore::changed, QStringLiteral("1"), QStringLiteral("10000")});
-    ASSERT_TRUE(observer.waitForReadyRead(10000));
-    ASSERT_EQ(observer.readLine().trimmed(), QByteArray("ready"));
-
-    EXPECT_EQ(runProcess(worker, {QStringLiteral("post"), ConfigStore::changed}).exitCode, 0);
-    ASSERT_TRUE(observer.waitForFinished(15000));
-    EXPECT_EQ(observer.exitCode(), 0) << "the observer timed out";
-}
 
 TEST_F(NotificationsProcessTest, MutationInAnotherProcessIsAnnouncedOnTheMainThread)
 {

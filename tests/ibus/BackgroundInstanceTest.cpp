@@ -57,14 +57,6 @@ protected:
     std::unique_ptr<QProcess> m_instance;
 };
 
-TEST_F(BackgroundInstanceTest, KeepsThePinnedSourceAndReportsRunning)
-{
-    startInstance();
-    EXPECT_EQ(m_system.currentID(), german);
-    ASSERT_EQ(m_system.select(us), 0);
-    EXPECT_TRUE(spinUntil([&] { return m_system.currentID() == german; }, 5000));
-}
-
 TEST_F(BackgroundInstanceTest, SecondLaunchHandsOverAndEnds)
 {
     startInstance();
@@ -99,9 +91,13 @@ TEST_F(BackgroundInstanceTest, KilledInstanceLeavesNothingBehind)
     startInstance();
 }
 
-TEST_F(BackgroundInstanceTest, PauseFromTheCommandLineIsFollowed)
+TEST_F(BackgroundInstanceTest, KeepsThePinnedSourceUntilPaused)
 {
     startInstance();
+    EXPECT_EQ(m_system.currentID(), german);
+    ASSERT_EQ(m_system.select(us), 0);
+    EXPECT_TRUE(spinUntil([&] { return m_system.currentID() == german; }, 5000));
+
     ASSERT_EQ(runProcess(executable, {"pause"}).exitCode, 0);
     EXPECT_EQ(state(), "paused");
     ASSERT_EQ(m_system.select(us), 0);

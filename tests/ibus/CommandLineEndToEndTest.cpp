@@ -48,19 +48,9 @@ protected:
 
     static QJsonObject json(const ProcessResult &result) { return QJsonDocument::fromJson(result.out).object(); }
 
-    static void writeRaw(const QByteArray &bytes)
-    {
-        QDir().mkpath(ConfigStore::directory());
-        QFile file(ConfigStore::file());
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
+    static void writeRaw(const QByteArray &bytes) { ASSERT_TRUE(writeFile(ConfigStore::file(), bytes)); }
 
-    static QByteArray readRaw()
-    {
-        QFile file(ConfigStore::file());
-        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
-    }
+    static QByteArray readRaw() { return readFile(ConfigStore::file()); }
 
     InputSources m_system = InputSources::live();
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();

@@ -4,6 +4,7 @@
 #include "platform/InputSources.h"
 #include "platform/linux/IBusAddress.h"
 
+#include "support/ParamName.h"
 #include "support/Process.h"
 #include "support/Spin.h"
 
@@ -68,29 +69,33 @@ protected:
     std::unique_ptr<QProcess> m_host;
 };
 
-TEST_F(EngineEndToEndTest, PinnedLayoutComesBack)
+struct ComeBackCase
 {
-    pin(german, true);
-    startEngine();
-    ASSERT_TRUE(becomes(german, 5000)) << "the engine should select the pinned layout at start";
-    for (int i = 0; i < 3; ++i) {
-        switchFromOutside(us);
-        EXPECT_TRUE(becomes(german, 5000)) << "round " << i;
-    }
-}
+    const char *name;
+    QString pinned;
+    QString elsewhere;
+};
 
-// IBus applies every engine at once: no focus helper, so no three-second spacing either.
-TEST_F(EngineEndToEndTest, PinnedHangulComesBackDirectly)
+class EngineComeBackTest : public EngineEndToEndTest, public testing::WithParamInterface<ComeBackCase>
 {
-    pin(hangul, true);
+};
+
+// IBus applies every engine at once, Hangul included: no focus helper runs.
+TEST_P(EngineComeBackTest, PinnedSourceComesBack)
+{
+    pin(GetParam().pinned, true);
     startEngine();
-    ASSERT_TRUE(becomes(hangul, 10000));
+    ASSERT_TRUE(becomes(GetParam().pinned, 10000)) << "the engine should select the pinned source at start";
     for (int round = 0; round < 2; ++round) {
-        switchFromOutside(german);
-        EXPECT_TRUE(becomes(hangul, 5000)) << "round " << round;
+        switchFromOutside(GetParam().elsewhere);
+        EXPECT_TRUE(becomes(GetParam().pinned, 5000)) << "round " << round;
     }
     EXPECT_FALSE(QFile::exists(QDir::home().filePath("focus-helper-runs")));
 }
+
+INSTANTIATE_TEST_SUITE_P(Engine, EngineComeBackTest,
+                         testing::Values(ComeBackCase{"Layout", german, us}, ComeBackCase{"Hangul", hangul, german}),
+                         ParamName());
 
 TEST_F(EngineEndToEndTest, NothingComesBackWhilePaused)
 {

@@ -42,11 +42,6 @@ TEST_F(IBusCatalogTest, ChoicesAreThePreloadedEnginesInOrder)
                                                       {hangul, QStringLiteral("Hangul")}}));
 }
 
-TEST_F(IBusCatalogTest, ReportsTheSelectedEngine)
-{
-    EXPECT_EQ(InputSources::live().currentID(), us);
-}
-
 TEST_F(IBusCatalogTest, SelectsAnotherEngineAndReadsItBack)
 {
     const InputSources system = InputSources::live();

@@ -5,7 +5,6 @@
 #include "platform/Notifications.h"
 
 #include <QCoreApplication>
-#include <QTimer>
 
 #include <csignal>
 #include <cstdio>
@@ -54,23 +53,6 @@ int read(const QString &directory, int count)
     }
     std::printf("%d\n", failures);
     return failures == 0 ? 0 : 1;
-}
-
-int observe(const QString &name, int count, int timeoutMs)
-{
-    int received = 0;
-    QObject context;
-    if (!Notifications::live().observe(name, &context, [&] {
-            if (++received == count)
-                QCoreApplication::exit(0);
-        })) {
-        std::puts("unavailable");
-        return 3;
-    }
-    std::puts("ready");
-    std::fflush(stdout);
-    QTimer::singleShot(timeoutMs, [] { QCoreApplication::exit(2); });
-    return QCoreApplication::exec();
 }
 
 // With no session bus both calls must come back at once and harmlessly.
@@ -139,16 +121,13 @@ int main(int argc, char **argv)
         Notifications::live().post(args[1]);
         return 0;
     }
-    if (mode == QLatin1String("observe") && args.size() == 4)
-        return observe(args[1], args[2].toInt(), args[3].toInt());
     if (mode == QLatin1String("child") && args.size() == 3)
         return child(args[1], args[2].toInt());
     if (mode == QLatin1String("without-bus"))
         return withoutBus();
     if (mode == QLatin1String("hold-lock") && args.size() == 2)
         return holdLock(args[1]);
-    std::fprintf(
-        stderr,
-        "usage: tolvar_test_worker mutate|mutate-announced|write|read|post|observe|without-bus|hold-lock ...\n");
+    std::fprintf(stderr,
+                 "usage: tolvar_test_worker mutate|mutate-announced|write|read|post|without-bus|hold-lock ...\n");
     return 64;
 }
