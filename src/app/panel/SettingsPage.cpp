@@ -1,0 +1,158 @@
+#include "app/panel/SettingsPage.h"
+
+#include "app/AppModel.h"
+#include "app/panel/LanguageMenu.h"
+#include "app/panel/WarningBanner.h"
+#include "app/ui/Identifiers.h"
+#include "app/ui/RowButton.h"
+#include "app/ui/SymbolView.h"
+#include "app/ui/Switch.h"
+#include "app/ui/Theme.h"
+#include "app/ui/ThemedLabel.h"
+#include "core/config/L10n.h"
+
+#include <QFrame>
+#include <QHBoxLayout>
+#include <QProgressBar>
+#include <QVBoxLayout>
+
+namespace {
+
+// A hairline between the groups, 8 points in and 6 points clear above and below.
+QWidget *divider(QWidget *parent)
+{
+    auto *holder = new QWidget(parent);
+    auto *box = new QVBoxLayout(holder);
+    box->setContentsMargins(8, 6, 8, 6);
+    auto *line = new QFrame(holder);
+    line->setFixedHeight(1);
+    line->setAutoFillBackground(true);
+    QPalette palette = line->palette();
+    palette.setColor(QPalette::Window, Theme::of(parent).primaryAt(Opacity::divider));
+    line->setPalette(palette);
+    box->addWidget(line);
+    return holder;
+}
+
+// A setting's title on the left and its control on the right.
+QWidget *settingLine(const QString &title, QWidget *control, QWidget *parent)
+{
+    auto *row = new QWidget(parent);
+    auto *box = new QHBoxLayout(row);
+    box->setContentsMargins(SettingsPage::rowPadding, 6, SettingsPage::rowPadding, 6);
+    box->setSpacing(10);
+    box->addWidget(new ThemedLabel(title, 12.5, QFont::Normal, ThemedLabel::primary, row), 1);
+    control->setParent(row);
+    box->addWidget(control, 0, Qt::AlignVCenter);
+    return row;
+}
+
+// The disclosure of how keeping works: a chevron that turns, and the text under it.
+class Disclosure : public QWidget
+{
+public:
+    Disclosure(const QString &title, const QString &body, QWidget *parent)
+        : QWidget(parent)
+    {
+        auto *column = new QVBoxLayout(this);
+        column->setContentsMargins(SettingsPage::rowPadding, 4, SettingsPage::rowPadding, 4);
+        column->setSpacing(6);
+        auto *toggle = new NavigationRow(title, QStringLiteral("chevron.right"), this);
+        toggle->setObjectName(QLatin1String(Identifier::keepingHelp));
+        toggle->setCheckable(true);
+        toggle->layout()->setContentsMargins(0, 4, 0, 4);
+        m_chevron = toggle->findChild<SymbolView *>();
+        column->addWidget(toggle);
+        m_body = new ThemedLabel(body, 11.5, QFont::Normal, ThemedLabel::secondary, this);
+        m_body->setVisible(false);
+        column->addWidget(m_body);
+        connect(toggle, &QAbstractButton::toggled, this, [this](bool open) {
+            m_body->setVisible(open);
+            if (m_chevron)
+                m_chevron->setSymbol(open ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"));
+        });
+    }
+
+private:
+    ThemedLabel *m_body;
+    SymbolView *m_chevron = nullptr;
+};
+
+} // namespace
+
+SettingsPage::SettingsPage(AppModel &model, Actions actions, QWidget *parent)
+    : QWidget(parent)
+    , m_model(model)
+    , m_actions(std::move(actions))
+{
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(0, 0, 0, 0);
+    column->setSpacing(0);
+
+    m_bannerBox = new QWidget(this);
+    auto *bannerColumn = new QVBoxLayout(m_bannerBox);
+    bannerColumn->setContentsMargins(0, 6, 0, 4);
+    m_banner = new WarningBanner(model, m_bannerBox);
+    bannerColumn->addWidget(m_banner);
+    column->addWidget(m_bannerBox);
+
+    column->addWidget(loginRow());
+    column->addWidget(languageRow());
+    column->addWidget(divider(this));
+
+    m_reopen = new NavigationRow(L10n::text("setup.reopen"), QStringLiteral("chevron.right"), this);
+    m_reopen->setObjectName(QLatin1String(Identifier::setupReopen));
+    connect(m_reopen, &QAbstractButton::clicked, this, [this] { m_model.beginSetup(); });
+    column->addWidget(m_reopen);
+    auto *keyboard = new NavigationRow(L10n::text("ui.keyboard-settings"), QStringLiteral("arrow.up.forward"), this);
+    keyboard->setObjectName(QLatin1String(Identifier::settingsKeyboard));
+    connect(keyboard, &QAbstractButton::clicked, this, [this] { m_actions.openKeyboardSettings(); });
+    column->addWidget(keyboard);
+    auto *about = new NavigationRow(L10n::text("about.title"), QStringLiteral("chevron.right"), this);
+    about->setObjectName(QLatin1String(Identifier::about));
+    connect(about, &QAbstractButton::clicked, this, [this] { m_actions.showAbout(); });
+    column->addWidget(about);
+    column->addWidget(divider(this));
+    column->addWidget(new Disclosure(L10n::text("ui.how-title"), L10n::text("ui.how-body"), this));
+    render();
+}
+
+QWidget *SettingsPage::loginRow()
+{
+    // The switch and the progress share one box, so the row does not move.
+    auto *box = new QWidget(this);
+    box->setFixedSize(controlWidth, 22);
+    m_login = new Switch(L10n::text("panel.login"), box);
+    m_login->setObjectName(QLatin1String(Identifier::loginEnabled));
+    m_login->setAccessibleDescription(L10n::text("panel.login.caption"));
+    m_login->setGeometry(controlWidth - Switch::trackWidth, 1, Switch::trackWidth, Switch::trackHeight);
+    connect(m_login, &QAbstractButton::clicked, this, [this](bool on) { m_model.setLogin(on); });
+    m_loginProgress = new QProgressBar(box);
+    m_loginProgress->setObjectName(QLatin1String(Identifier::loginProgress));
+    m_loginProgress->setAccessibleName(L10n::text("state.updating"));
+    m_loginProgress->setRange(0, 0);
+    m_loginProgress->setTextVisible(false);
+    m_loginProgress->setGeometry(0, 8, controlWidth, 6);
+    QWidget *row = settingLine(L10n::text("panel.login"), box, this);
+    row->setToolTip(L10n::text("panel.login.caption"));
+    return row;
+}
+
+QWidget *SettingsPage::languageRow()
+{
+    m_language = new LanguageMenu(m_model, this);
+    return settingLine(L10n::text("panel.language"), m_language, this);
+}
+
+void SettingsPage::render()
+{
+    m_banner->render();
+    m_bannerBox->setVisible(m_model.warning().has_value());
+    const bool busy = m_model.loginBusy();
+    m_login->setChecked(m_model.loginEnabled());
+    m_login->setEnabled(!busy);
+    m_login->setVisible(!busy);
+    m_loginProgress->setVisible(busy);
+    m_language->render();
+    m_reopen->setEnabled(!m_model.configError() && !busy);
+}

@@ -1,0 +1,36 @@
+#include "app/ui/SourceArtwork.h"
+
+#include "app/ui/AccessibleComponent.h"
+#include "app/ui/Theme.h"
+
+#include <QPainter>
+
+SourceArtwork::SourceArtwork(const QImage &image, int size, QWidget *parent)
+    : QWidget(parent)
+    , m_image(image)
+{
+    setFixedSize(size, size);
+    AccessibleComponent::hide(this);
+}
+
+void SourceArtwork::paintEvent(QPaintEvent *)
+{
+    if (m_image.isNull())
+        return;
+    const qreal side = width();
+    const QSizeF box(side * 22 / 24, side * 18 / 24);
+    const QRectF target(QPointF((side - box.width()) / 2, (side - box.height()) / 2), box);
+    const qreal ratio = devicePixelRatioF();
+    QImage glyph(qCeil(box.width() * ratio), qCeil(box.height() * ratio), QImage::Format_ARGB32_Premultiplied);
+    glyph.fill(Qt::transparent);
+    {
+        QPainter shape(&glyph);
+        shape.setRenderHint(QPainter::SmoothPixmapTransform);
+        shape.drawImage(QRectF(glyph.rect()), m_image);
+        shape.setCompositionMode(QPainter::CompositionMode_SourceIn);
+        shape.fillRect(glyph.rect(), Theme::of(this).primary);
+    }
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    painter.drawImage(target, glyph);
+}

@@ -1,0 +1,35 @@
+#include "app/ui/SourceEmptyState.h"
+
+#include "app/ui/Identifiers.h"
+#include "app/ui/SymbolView.h"
+#include "app/ui/ThemedLabel.h"
+#include "core/config/L10n.h"
+
+#include <QVBoxLayout>
+
+SourceEmptyState::SourceEmptyState(bool isCatalogEmpty, QWidget *parent)
+    : QWidget(parent)
+    , m_catalogEmpty(isCatalogEmpty)
+{
+    setObjectName(QLatin1String(Identifier::sourceEmpty));
+    const QString symbol =
+        isCatalogEmpty ? QStringLiteral("keyboard.badge.ellipsis") : QStringLiteral("magnifyingglass");
+    const QString title = isCatalogEmpty ? L10n::text("panel.empty") : L10n::text("ui.no-results");
+    const QString caption = isCatalogEmpty ? L10n::text("ui.add-source") : L10n::text("ui.try-search");
+
+    auto *column = new QVBoxLayout(this);
+    column->setContentsMargins(12, 14, 12, 14);
+    column->setSpacing(4);
+    column->addStretch();
+    column->addWidget(new SymbolView(symbol, 28, ThemedLabel::tertiary, Symbols::Weight::light, this), 0,
+                      Qt::AlignHCenter);
+    column->addSpacing(4);
+    for (auto *label : {new ThemedLabel(title, 13, QFont::Medium, ThemedLabel::primary, this),
+                        new ThemedLabel(caption, 11, QFont::Normal, ThemedLabel::secondary, this)}) {
+        label->setAlignment(Qt::AlignHCenter);
+        column->addWidget(label);
+    }
+    column->addStretch();
+    setAccessibleName(title);
+    setAccessibleDescription(caption);
+}

@@ -1,0 +1,16 @@
+#pragma once
+
+#include <QWidget>
+
+// What the source list shows without rows: how to add a source when the system
+// offers none, or that the search matched nothing.
+class SourceEmptyState : public QWidget
+{
+public:
+    explicit SourceEmptyState(bool isCatalogEmpty, QWidget *parent = nullptr);
+
+    bool isCatalogEmpty() const { return m_catalogEmpty; }
+
+private:
+    bool m_catalogEmpty;
+};

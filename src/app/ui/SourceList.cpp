@@ -1,0 +1,131 @@
+#include "app/ui/SourceList.h"
+
+#include "app/ui/FollowSystemRow.h"
+#include "app/ui/Identifiers.h"
+#include "app/ui/SourceEmptyState.h"
+#include "app/ui/SourceListSurface.h"
+#include "app/ui/SourceRow.h"
+#include "app/ui/Theme.h"
+
+#include <QEvent>
+#include <QFrame>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QTimer>
+#include <QVBoxLayout>
+
+namespace {
+
+// The divider under the follow-system row.
+QWidget *divider(QWidget *parent)
+{
+    auto *holder = new QWidget(parent);
+    auto *box = new QVBoxLayout(holder);
+    box->setContentsMargins(7, 2, 7, 2);
+    auto *line = new QFrame(holder);
+    line->setFixedHeight(1);
+    line->setAutoFillBackground(true);
+    QPalette palette = line->palette();
+    palette.setColor(QPalette::Window, Theme::of(parent).primaryAt(Opacity::divider));
+    line->setPalette(palette);
+    box->addWidget(line);
+    return holder;
+}
+
+} // namespace
+
+SourceList::SourceList(QWidget *parent)
+    : QWidget(parent)
+{
+    setObjectName(QLatin1String(Identifier::sourceList));
+    auto *outer = new QVBoxLayout(this);
+    outer->setContentsMargins(0, 0, 0, 0);
+    m_surface = new SourceListSurface(false, this);
+    outer->addWidget(m_surface);
+    m_column = new QVBoxLayout(m_surface);
+    m_column->setContentsMargins(padding, padding, padding, padding);
+    m_column->setSpacing(spacing);
+}
+
+void SourceList::setContent(SourceListContent content)
+{
+    m_content = std::move(content);
+    rebuild();
+}
+
+void SourceList::changeEvent(QEvent *event)
+{
+    // The rows read the contrast setting when built; new surroundings rebuild them.
+    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange)
+        QTimer::singleShot(0, this, [this] { rebuild(); });
+    QWidget::changeEvent(event);
+}
+
+void SourceList::rebuild()
+{
+    // Keep the reader's place when the rows are rebuilt for a new selection.
+    if (m_scroll)
+        m_scrollPosition = m_scroll->verticalScrollBar()->value();
+    while (QLayoutItem *item = m_column->takeAt(0)) {
+        delete item->widget();
+        delete item;
+    }
+    m_scroll = nullptr;
+
+    const bool contrast = Theme::of(this).preferences.increasedContrast;
+    const bool scrolls = m_content.totalCount >= scrollFrom;
+    m_surface->setUsesGlass(m_content.followSystem.has_value());
+
+    if (m_content.followSystem) {
+        auto *row = new FollowSystemRow(m_content.followSystem->selected, contrast, m_surface);
+        connect(row, &QAbstractButton::clicked, this, [action = m_content.followSystem->action] {
+            if (action)
+                action();
+        });
+        m_column->addWidget(row);
+        m_column->addWidget(divider(m_surface));
+    }
+
+    if (m_content.sources.isEmpty()) {
+        auto *empty = new SourceEmptyState(m_content.totalCount == 0, m_surface);
+        if (scrolls)
+            empty->setFixedHeight(scrollHeight);
+        m_column->addWidget(empty);
+        return;
+    }
+
+    auto *rows = new QWidget;
+    auto *rowColumn = new QVBoxLayout(rows);
+    rowColumn->setContentsMargins(0, 0, 0, 0);
+    rowColumn->setSpacing(spacing);
+    for (const InputChoice &source : std::as_const(m_content.sources)) {
+        const std::optional<QImage> icon = m_content.sourceIcon ? m_content.sourceIcon(source.id) : std::nullopt;
+        auto *row = new SourceRow(source, icon.value_or(QImage()), m_content.selectedID == source.id,
+                                  source.id == m_content.currentID, contrast, rows);
+        connect(row, &QAbstractButton::clicked, this, [select = m_content.onSelect, id = source.id] {
+            if (select)
+                select(id);
+        });
+        rowColumn->addWidget(row);
+    }
+    if (!scrolls) {
+        rows->setParent(m_surface);
+        m_column->addWidget(rows);
+        return;
+    }
+    rowColumn->addStretch();
+    m_scroll = new QScrollArea(m_surface);
+    m_scroll->setObjectName(QLatin1String(Identifier::sourceListScroll));
+    m_scroll->setFrameShape(QFrame::NoFrame);
+    m_scroll->setWidgetResizable(true);
+    m_scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    m_scroll->setFixedHeight(scrollHeight);
+    m_scroll->setWidget(rows);
+    // The surface shows through the scrolled rows.
+    m_scroll->viewport()->setAutoFillBackground(false);
+    rows->setAutoFillBackground(false);
+    m_column->addWidget(m_scroll);
+    // The range is known once the rows are laid out.
+    QTimer::singleShot(0, m_scroll,
+                       [bar = m_scroll->verticalScrollBar(), position = m_scrollPosition] { bar->setValue(position); });
+}
