@@ -1,4 +1,4 @@
-#include <QGuiApplication>
+#include <QApplication>
 #include <QIcon>
 #include <QStandardPaths>
 #include <QStringList>
@@ -12,7 +12,7 @@ int main(int argc, char **argv)
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
     // Themed icons need the GUI's platform; the private session makes it offscreen.
-    const QGuiApplication application(argc, argv);
+    const QApplication application(argc, argv);
     // The offscreen platform has no icon theme; give it the freedesktop one a
     // desktop session would.
     QStringList iconDirectories;
