@@ -1,8 +1,8 @@
 #include "core/update/NetworkLoader.h"
 #include "core/update/UpdateChecker.h"
 #include "support/ParamName.h"
-#include "support/UpdatePrinting.h"
 #include "support/Process.h"
+#include "support/UpdatePrinting.h"
 
 #include <QEventLoop>
 #include <QFile>
@@ -61,10 +61,10 @@ public:
     bool start(const QString &directory)
     {
         const QString key = directory + "/key.pem", cert = directory + "/cert.pem";
-        const ProcessResult made = runProcess("openssl", {"req", "-x509", "-newkey", "ec", "-pkeyopt",
-                                                          "ec_paramgen_curve:prime256v1", "-nodes", "-keyout", key,
-                                                          "-out", cert, "-days", "1", "-subj", "/CN=127.0.0.1",
-                                                          "-addext", "subjectAltName=IP:127.0.0.1"});
+        const ProcessResult made =
+            runProcess("openssl", {"req", "-x509", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1",
+                                   "-nodes", "-keyout", key, "-out", cert, "-days", "1", "-subj", "/CN=127.0.0.1",
+                                   "-addext", "subjectAltName=IP:127.0.0.1"});
         QFile keyFile(key), certFile(cert);
         if (made.exitCode != 0 || !keyFile.open(QIODevice::ReadOnly) || !certFile.open(QIODevice::ReadOnly))
             return false;
@@ -152,8 +152,7 @@ TEST_P(UpdateServerTest, AnswersAsTheManifestAndTheLimitsSay)
     if (GetParam().trusted)
         tls.setCaCertificates({s_server->certificate});
     const AppBuildInfo local{"1.2", 7, "26.0", s_server->address(GetParam().path)};
-    const UpdateChecker checker =
-        UpdateChecker::make(local, "26.0.1", NetworkLoader::make({1000ms, 2500ms, tls}));
+    const UpdateChecker checker = UpdateChecker::make(local, "26.0.1", NetworkLoader::make({1000ms, 2500ms, tls}));
 
     QObject context;
     QEventLoop loop;
@@ -174,18 +173,18 @@ UpdateCheckResult available(qsizetype size)
 
 INSTANTIATE_TEST_SUITE_P(
     Update, UpdateServerTest,
-    testing::Values(ServerCase{"Manifest", "/manifest", available(200)},
-                    ServerCase{"LargestBody", "/largest", available(NetworkLoader::largestBody)},
-                    ServerCase{"BodyTooLarge", "/too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
-                    ServerCase{"AnnouncedTooLarge", "/announced-too-large",
-                               UpdateCheckResult::failed(Failure::ResponseTooLarge)},
-                    ServerCase{"NotFound", "/missing", UpdateCheckResult::failed(UpdateCheckFailure::http(404))},
-                    ServerCase{"NotModified", "/not-modified", UpdateCheckResult::failed(UpdateCheckFailure::http(304))},
-                    ServerCase{"RedirectToHttp", "/to-http", UpdateCheckResult::failed(Failure::InsecureRedirect)},
-                    ServerCase{"RedirectToHttps", "/to-https", available(200)},
-                    ServerCase{"UntrustedCertificate", "/manifest", UpdateCheckResult::failed(Failure::Network), false},
-                    ServerCase{"Stalls", "/stall", UpdateCheckResult::failed(Failure::Network)},
-                    ServerCase{"Trickles", "/trickle", UpdateCheckResult::failed(Failure::Network)}),
+    testing::Values(
+        ServerCase{"Manifest", "/manifest", available(200)},
+        ServerCase{"LargestBody", "/largest", available(NetworkLoader::largestBody)},
+        ServerCase{"BodyTooLarge", "/too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
+        ServerCase{"AnnouncedTooLarge", "/announced-too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
+        ServerCase{"NotFound", "/missing", UpdateCheckResult::failed(UpdateCheckFailure::http(404))},
+        ServerCase{"NotModified", "/not-modified", UpdateCheckResult::failed(UpdateCheckFailure::http(304))},
+        ServerCase{"RedirectToHttp", "/to-http", UpdateCheckResult::failed(Failure::InsecureRedirect)},
+        ServerCase{"RedirectToHttps", "/to-https", available(200)},
+        ServerCase{"UntrustedCertificate", "/manifest", UpdateCheckResult::failed(Failure::Network), false},
+        ServerCase{"Stalls", "/stall", UpdateCheckResult::failed(Failure::Network)},
+        ServerCase{"Trickles", "/trickle", UpdateCheckResult::failed(Failure::Network)}),
     ParamName());
 
 } // namespace

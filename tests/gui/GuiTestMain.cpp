@@ -5,6 +5,7 @@
 
 QObject *makeAboutPageTest();
 QObject *makeComponentsTest();
+QObject *makePanelTest();
 QObject *makeThemeTest();
 
 // The widget tests share one application; every class runs in turn.
@@ -13,7 +14,7 @@ int main(int argc, char **argv)
     QApplication application(argc, argv);
     QTEST_SET_MAIN_SOURCE_PATH
     int failures = 0;
-    for (auto make : {makeAboutPageTest, makeComponentsTest, makeThemeTest}) {
+    for (auto make : {makeAboutPageTest, makeComponentsTest, makePanelTest, makeThemeTest}) {
         const std::unique_ptr<QObject> test(make());
         failures += QTest::qExec(test.get(), argc, argv);
     }

@@ -3,6 +3,7 @@
 #include "app/AppServices.h"
 
 #include <QHash>
+#include <QSemaphore>
 #include <QStringList>
 
 #include <atomic>
@@ -25,6 +26,7 @@ struct FakeAppWorld
     bool engineSwitching = false;
     std::atomic<bool> login = false;
     std::optional<QString> loginError;
+    QSemaphore *loginGate = nullptr; // when set, a login change waits for it
     QHash<QString, QImage> icons;
 
     QStringList calls; // main-thread services, in call order
@@ -70,6 +72,8 @@ struct FakeAppWorld
             return login.load();
         };
         s.setLogin = [this](bool on) -> Expected<void> {
+            if (loginGate)
+                loginGate->acquire();
             if (loginError)
                 return Error::other(*loginError);
             login = on;

@@ -11,7 +11,7 @@ int main(int argc, char **argv)
     // Test discovery runs without the test's environment: never a real display.
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    // Themed icons need the GUI's platform; the private session makes it offscreen.
+    // Themed icons and the panel need the GUI; the private session makes it offscreen.
     const QApplication application(argc, argv);
     // The offscreen platform has no icon theme; give it the freedesktop one a
     // desktop session would.

@@ -125,7 +125,8 @@ INSTANTIATE_TEST_SUITE_P(
                      availableWith({{"minimumSystemVersion", "27"}}, true)},
         EvaluateCase{"LongestNotes", served(manifestWith({{"notes", longestNotes}})),
                      availableWith({{"notes", longestNotes}})},
-        EvaluateCase{"TransportFailure", LoadOutcome(UpdateCheckFailure::of(Failure::Network)), failed(Failure::Network)},
+        EvaluateCase{"TransportFailure", LoadOutcome(UpdateCheckFailure::of(Failure::Network)),
+                     failed(Failure::Network)},
         EvaluateCase{"LoaderFailure", LoadOutcome(UpdateCheckFailure::of(Failure::InsecureRedirect)),
                      failed(Failure::InsecureRedirect)},
         EvaluateCase{"NotHttp", LoadOutcome(LoadedResponse{manifestWith({}), manifestAddress, std::nullopt}),
@@ -193,10 +194,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         PrecheckCase{"NoAddress", localWith("1.2", 7, std::nullopt), "26.0", UpdateCheckResult::of(Kind::Unconfigured)},
         PrecheckCase{"EmptyAddress", localWith("1.2", 7, ""), "26.0", UpdateCheckResult::of(Kind::Unconfigured)},
-        PrecheckCase{"PlainHttp", localWith("1.2", 7, "http://tolvar.app/u.json"), "26.0", failed(Failure::InvalidSource)},
+        PrecheckCase{"PlainHttp", localWith("1.2", 7, "http://tolvar.app/u.json"), "26.0",
+                     failed(Failure::InvalidSource)},
         PrecheckCase{"NoVersion", localWith(std::nullopt, 7, address), "26.0", failed(Failure::InvalidCurrentVersion)},
         PrecheckCase{"BadVersion", localWith("1.2-dev", 7, address), "26.0", failed(Failure::InvalidCurrentVersion)},
-        PrecheckCase{"NoBuild", localWith("1.2", std::nullopt, address), "26.0", failed(Failure::InvalidCurrentVersion)},
+        PrecheckCase{"NoBuild", localWith("1.2", std::nullopt, address), "26.0",
+                     failed(Failure::InvalidCurrentVersion)},
         PrecheckCase{"BuildZero", localWith("1.2", 0, address), "26.0", failed(Failure::InvalidCurrentVersion)},
         PrecheckCase{"BuildNegative", localWith("1.2", -3, address), "26.0", failed(Failure::InvalidCurrentVersion)},
         PrecheckCase{"SystemFiveNumbers", localWith("1.2", 7, address), "26.0.1.2.3",
@@ -208,8 +211,8 @@ TEST(UpdateCheckTest, AsksTheLoaderForJsonAndJudgesItsAnswer)
     QNetworkRequest asked;
     const UpdateChecker checker{local, "26.0.1", [&](const QNetworkRequest &request, QObject *context, auto done) {
                                     asked = request;
-                                    QMetaObject::invokeMethod(context, [done] { done(served(manifestWith({}))); },
-                                                              Qt::QueuedConnection);
+                                    QMetaObject::invokeMethod(
+                                        context, [done] { done(served(manifestWith({}))); }, Qt::QueuedConnection);
                                 }};
     QObject context;
     QEventLoop loop;

@@ -22,8 +22,8 @@ QWidget *page(const AppBuildInfo &info, std::optional<State> state = std::nullop
 
 ReleaseManifest release(std::optional<QString> notes)
 {
-    return {QStringLiteral("app.tolvar"), QStringLiteral("1.3"),           9,
-            QStringLiteral("6.8"),        QStringLiteral("https://tolvar.app/r"), std::move(notes)};
+    return {QStringLiteral("app.tolvar"),           QStringLiteral("1.3"), 9, QStringLiteral("6.8"),
+            QStringLiteral("https://tolvar.app/r"), std::move(notes)};
 }
 
 QWidget *sheetOf(const QList<std::pair<QString, State>> &states)
@@ -67,8 +67,7 @@ const Scene::Registration available("about-available", [](const Scene::Context &
         {{QStringLiteral("Newer release"), State::of(UpdateCheckResult::available(release(std::nullopt), false))},
          {QStringLiteral("Newer release with notes, needs a newer system"),
           State::of(UpdateCheckResult::available(
-              release(QStringLiteral("  Follows the pinned source on every desktop.\nFaster switching.\n ")),
-              true))}});
+              release(QStringLiteral("  Follows the pinned source on every desktop.\nFaster switching.\n ")), true))}});
 });
 
 } // namespace

@@ -27,6 +27,21 @@ QString cjkFamily(const QString &language)
     return QStringLiteral("Noto Sans CJK SC");
 }
 
+void settle()
+{
+    for (int turn = 0; turn < 4; ++turn) {
+        QCoreApplication::sendPostedEvents();
+        QApplication::processEvents();
+    }
+}
+
+void fitToContent(QWidget *widget)
+{
+    // Wrapped text needs its height for the sheet's own width, not for the widest line.
+    const int width = widget->minimumWidth() == widget->maximumWidth() ? widget->width() : widget->sizeHint().width();
+    widget->resize(width, widget->hasHeightForWidth() ? widget->heightForWidth(width) : widget->sizeHint().height());
+}
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -43,7 +58,10 @@ int main(int argc, char **argv)
     for (const L10n::Language &language : L10n::supported()) {
         L10n::setLanguageCode(language.code);
         QFont font = systemFont;
-        font.setFamilies({QStringLiteral("DejaVu Sans"), cjkFamily(language.code)});
+        // Desktops in Chinese, Japanese or Korean put their CJK face first.
+        const QString cjk = cjkFamily(language.code);
+        font.setFamilies(language.code == QLatin1String("en") ? QStringList{QStringLiteral("DejaVu Sans"), cjk}
+                                                              : QStringList{cjk, QStringLiteral("DejaVu Sans")});
         QApplication::setFont(font);
         for (const bool dark : {false, true}) {
             QApplication::setPalette(Theme::standardPalette(dark));
@@ -53,12 +71,12 @@ int main(int argc, char **argv)
                 const std::unique_ptr<QWidget> widget(scene.build({language.code, dark}));
                 widget->setAttribute(Qt::WA_DontShowOnScreen);
                 widget->show();
-                // Wrapped text needs its height for the sheet's own width, not for the widest line.
-                const int width = widget->minimumWidth() == widget->maximumWidth() ? widget->width()
-                                                                                   : widget->sizeHint().width();
-                widget->resize(width, widget->hasHeightForWidth() ? widget->heightForWidth(width)
-                                                                  : widget->sizeHint().height());
-                QApplication::processEvents();
+                // Views finish some of their work on the next turns of the event
+                // loop (rows built, sizes fitted); the picture waits for them.
+                for (int round = 0; round < 3; ++round) {
+                    settle();
+                    fitToContent(widget.get());
+                }
                 const QString file = output.filePath(
                     QStringLiteral("%1.%2.%3.png")
                         .arg(scene.name, language.code, dark ? QStringLiteral("dark") : QStringLiteral("light")));

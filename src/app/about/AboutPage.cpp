@@ -69,10 +69,10 @@ AboutPage::AboutPage(UpdateViewModel *model, bool isPreview, QWidget *parent)
     column->addWidget(updateBox(isPreview));
 
     const AppBuildInfo &info = m_model->info();
-    auto *requirements = new ThemedLabel(
-        L10n::text("about.requirements")
-            .arg(OperatingSystem::name(), info.minimumSystemVersion, OperatingSystem::hardware()),
-        10.5, QFont::Normal, ThemedLabel::tertiary, this);
+    auto *requirements =
+        new ThemedLabel(L10n::text("about.requirements")
+                            .arg(OperatingSystem::name(), info.minimumSystemVersion, OperatingSystem::hardware()),
+                        10.5, QFont::Normal, ThemedLabel::tertiary, this);
     requirements->setAlignment(Qt::AlignHCenter);
     column->addWidget(requirements);
     column->addStretch();

@@ -7,8 +7,8 @@
 #include "core/config/L10n.h"
 #include "platform/OperatingSystem.h"
 
-#include <QHBoxLayout>
 #include <QAbstractButton>
+#include <QHBoxLayout>
 #include <QPainter>
 #include <QVBoxLayout>
 
@@ -52,8 +52,8 @@ protected:
 UpdateResultView::UpdateResultView(OpenURL open, QWidget *parent)
     : QWidget(parent)
     , m_open(std::move(open))
-    , m_symbol(new SymbolView(QString(), Symbols::boxFor(fontPoints), ThemedLabel::secondary, Symbols::Weight::medium,
-                              this))
+    , m_symbol(
+          new SymbolView(QString(), Symbols::boxFor(fontPoints), ThemedLabel::secondary, Symbols::Weight::medium, this))
     , m_status(new ThemedLabel(QString(), fontPoints, QFont::Normal, ThemedLabel::secondary, this))
     , m_requires(new ThemedLabel(QString(), fontPoints, QFont::Normal, ThemedLabel::secondary, this))
     , m_notes(new ThemedLabel(QString(), fontPoints, QFont::Normal, ThemedLabel::secondary, this))

@@ -1,6 +1,7 @@
 #include "app/panel/LanguageMenu.h"
 
 #include "app/AppModel.h"
+#include "app/ui/Identifiers.h"
 #include "app/ui/Symbols.h"
 #include "app/ui/Theme.h"
 #include "core/config/L10n.h"
@@ -20,6 +21,7 @@ LanguageMenu::LanguageMenu(AppModel &model, QWidget *parent)
     : QToolButton(parent)
     , m_model(model)
 {
+    setObjectName(QLatin1String(Identifier::language));
     setPopupMode(QToolButton::InstantPopup);
     setAutoRaise(true);
     setFont(Theme::font(fontPoints));
@@ -66,7 +68,8 @@ void LanguageMenu::render()
 
 QSize LanguageMenu::sizeHint() const
 {
-    return {12 + fontMetrics().horizontalAdvance(text()) + chevronGap + qCeil(Symbols::boxFor(9)),
+    // A little slack: advances are rounded, and a label one pixel short is cut.
+    return {16 + fontMetrics().horizontalAdvance(text()) + chevronGap + qCeil(Symbols::boxFor(9)),
             qMax(24, fontMetrics().height() + 6)};
 }
 

@@ -210,8 +210,8 @@ void Panel::rebuildHeader()
         back->setShortcut(QKeySequence(Qt::CTRL | Qt::Key_Left));
         connect(back, &QAbstractButton::clicked, this,
                 [this, about] { setPage(about ? PanelPage::settings : PanelPage::main); });
-        m_header = new PanelHeader(m_inWindow, L10n::text(about ? "about.title" : "ui.preferences"), back, nullptr,
-                                   this);
+        m_header =
+            new PanelHeader(m_inWindow, L10n::text(about ? "about.title" : "ui.preferences"), back, nullptr, this);
         // The back arrow's own padding makes it look further in than the title would be.
         leftPadding -= backOffset;
     }
@@ -235,10 +235,10 @@ void Panel::showContent()
     } else {
         if (!m_aboutFrame) {
             // Made once, when first shown; a preview never reaches the network on its own.
-            m_aboutFrame = padded(m_model.isPreview()
-                                      ? new AboutPage(new UpdateViewModel(UpdateChecker::make(AppBuildInfo::current())),
-                                                      true)
-                                      : AboutPage::live());
+            m_aboutFrame =
+                padded(m_model.isPreview()
+                           ? new AboutPage(new UpdateViewModel(UpdateChecker::make(AppBuildInfo::current())), true)
+                           : AboutPage::live());
         }
         frame = m_aboutFrame;
     }
@@ -296,8 +296,8 @@ void Panel::fit()
     QWidget *content = m_body->widget();
     if (!content)
         return;
-    const int natural = content->hasHeightForWidth() ? content->heightForWidth(panelWidth)
-                                                     : content->sizeHint().height();
+    const int natural =
+        content->hasHeightForWidth() ? content->heightForWidth(panelWidth) : content->sizeHint().height();
     const int limit = scrollHeight();
     const bool overflows = natural > limit;
     m_body->setObjectName(overflows ? QLatin1String(Identifier::panelOverflow) : QString());

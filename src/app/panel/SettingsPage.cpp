@@ -3,17 +3,17 @@
 #include "app/AppModel.h"
 #include "app/panel/LanguageMenu.h"
 #include "app/panel/WarningBanner.h"
+#include "app/ui/BusyIndicator.h"
 #include "app/ui/Identifiers.h"
 #include "app/ui/RowButton.h"
-#include "app/ui/SymbolView.h"
 #include "app/ui/Switch.h"
+#include "app/ui/SymbolView.h"
 #include "app/ui/Theme.h"
 #include "app/ui/ThemedLabel.h"
 #include "core/config/L10n.h"
 
 #include <QFrame>
 #include <QHBoxLayout>
-#include <QProgressBar>
 #include <QVBoxLayout>
 
 namespace {
@@ -47,7 +47,7 @@ QWidget *settingLine(const QString &title, QWidget *control, QWidget *parent)
     return row;
 }
 
-// The disclosure of how keeping works: a chevron that turns, and the text under it.
+// The disclosure of how keeping works: a row whose chevron turns, and the text under it.
 class Disclosure : public QWidget
 {
 public:
@@ -55,27 +55,33 @@ public:
         : QWidget(parent)
     {
         auto *column = new QVBoxLayout(this);
-        column->setContentsMargins(SettingsPage::rowPadding, 4, SettingsPage::rowPadding, 4);
-        column->setSpacing(6);
-        auto *toggle = new NavigationRow(title, QStringLiteral("chevron.right"), this);
+        column->setContentsMargins(0, 4, 0, 4);
+        column->setSpacing(2);
+        auto *toggle = new RowButton(8, this);
         toggle->setObjectName(QLatin1String(Identifier::keepingHelp));
         toggle->setCheckable(true);
-        toggle->layout()->setContentsMargins(0, 4, 0, 4);
-        m_chevron = toggle->findChild<SymbolView *>();
+        toggle->setText(title);
+        toggle->setAccessibleName(title);
+        auto *row = new QHBoxLayout(toggle);
+        row->setContentsMargins(SettingsPage::rowPadding, 6, SettingsPage::rowPadding, 6);
+        row->setSpacing(6);
+        auto *chevron = new SymbolView(
+            QStringLiteral("chevron.right"), Symbols::boxFor(11), [](const Theme &theme) { return theme.secondary; },
+            Symbols::Weight::semibold, toggle);
+        row->addWidget(chevron);
+        auto *label = new ThemedLabel(title, 12.5, QFont::Normal, ThemedLabel::primary, toggle);
+        label->setAttribute(Qt::WA_TransparentForMouseEvents);
+        row->addWidget(label, 1);
         column->addWidget(toggle);
-        m_body = new ThemedLabel(body, 11.5, QFont::Normal, ThemedLabel::secondary, this);
-        m_body->setVisible(false);
-        column->addWidget(m_body);
-        connect(toggle, &QAbstractButton::toggled, this, [this](bool open) {
-            m_body->setVisible(open);
-            if (m_chevron)
-                m_chevron->setSymbol(open ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"));
+        auto *text = new ThemedLabel(body, 11.5, QFont::Normal, ThemedLabel::secondary, this);
+        text->setContentsMargins(SettingsPage::rowPadding, 0, SettingsPage::rowPadding, 4);
+        text->setVisible(false);
+        column->addWidget(text);
+        connect(toggle, &QAbstractButton::toggled, this, [text, chevron](bool open) {
+            text->setVisible(open);
+            chevron->setSymbol(open ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"));
         });
     }
-
-private:
-    ThemedLabel *m_body;
-    SymbolView *m_chevron = nullptr;
 };
 
 } // namespace
@@ -127,12 +133,10 @@ QWidget *SettingsPage::loginRow()
     m_login->setAccessibleDescription(L10n::text("panel.login.caption"));
     m_login->setGeometry(controlWidth - Switch::trackWidth, 1, Switch::trackWidth, Switch::trackHeight);
     connect(m_login, &QAbstractButton::clicked, this, [this](bool on) { m_model.setLogin(on); });
-    m_loginProgress = new QProgressBar(box);
+    m_loginProgress = new BusyIndicator(L10n::text("state.updating"), box);
     m_loginProgress->setObjectName(QLatin1String(Identifier::loginProgress));
-    m_loginProgress->setAccessibleName(L10n::text("state.updating"));
-    m_loginProgress->setRange(0, 0);
-    m_loginProgress->setTextVisible(false);
-    m_loginProgress->setGeometry(0, 8, controlWidth, 6);
+    m_loginProgress->move(controlWidth - Switch::trackWidth / 2 - BusyIndicator::side / 2,
+                          (22 - BusyIndicator::side) / 2);
     QWidget *row = settingLine(L10n::text("panel.login"), box, this);
     row->setToolTip(L10n::text("panel.login.caption"));
     return row;

@@ -5,9 +5,9 @@
 #include <functional>
 
 class AppModel;
+class BusyIndicator;
 class LanguageMenu;
 class NavigationRow;
-class QProgressBar;
 class Switch;
 class ThemedLabel;
 class QAbstractButton;
@@ -41,7 +41,7 @@ private:
     WarningBanner *m_banner;
     QWidget *m_bannerBox;
     Switch *m_login;
-    QProgressBar *m_loginProgress;
+    BusyIndicator *m_loginProgress;
     LanguageMenu *m_language;
     NavigationRow *m_reopen;
 };

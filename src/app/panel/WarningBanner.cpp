@@ -42,10 +42,9 @@ void WarningBanner::render()
                 model.apply();
         };
     }
-    m_banner = new Banner(look.text,
-                          look.secure ? QStringLiteral("lock.shield.fill")
-                                      : QStringLiteral("exclamationmark.triangle.fill"),
-                          look.secure ? theme.indigo : theme.orange, retry, this);
+    m_banner = new Banner(
+        look.text, look.secure ? QStringLiteral("lock.shield.fill") : QStringLiteral("exclamationmark.triangle.fill"),
+        look.secure ? theme.indigo : theme.orange, retry, this);
     m_banner->setObjectName(QLatin1String(Identifier::warning));
     layout()->addWidget(m_banner);
 }

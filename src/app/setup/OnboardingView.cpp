@@ -143,8 +143,8 @@ QWidget *OnboardingView::confirmationPage()
     auto *menu = new QHBoxLayout;
     menu->setContentsMargins(4, 0, 4, 0);
     menu->setSpacing(10);
-    auto *symbol = new SymbolView(QStringLiteral("menubar.rectangle"), 14, ThemedLabel::secondary,
-                                  Symbols::Weight::regular, page);
+    auto *symbol =
+        new SymbolView(QStringLiteral("menubar.rectangle"), 14, ThemedLabel::secondary, Symbols::Weight::regular, page);
     symbol->setBox(QSize(22, 16));
     menu->addWidget(symbol, 0, Qt::AlignTop);
     auto *menuTexts = new QVBoxLayout;

@@ -53,6 +53,7 @@ private:
 Banner::Banner(const QString &text, const QString &symbol, const QColor &tint, Action action, QWidget *parent)
     : QWidget(parent)
     , m_tint(tint)
+    , m_symbol(symbol)
 {
     auto *row = new QHBoxLayout(this);
     row->setContentsMargins(padding, padding, padding, padding);

@@ -26,6 +26,8 @@ public:
     void setText(const QString &text);
     // The button, present only with a title and an action.
     QAbstractButton *actionButton() const { return m_button; }
+    const QString &symbol() const { return m_symbol; }
+    const QColor &tint() const { return m_tint; }
 
     static constexpr qreal radius = 10;
     static constexpr int padding = 10;
@@ -36,6 +38,7 @@ protected:
 
 private:
     QColor m_tint;
+    QString m_symbol;
     ThemedLabel *m_text;
     QAbstractButton *m_button = nullptr;
 };

@@ -57,7 +57,10 @@ void SourceList::changeEvent(QEvent *event)
 {
     // The rows read the contrast setting when built; new surroundings rebuild them.
     if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ParentChange)
-        QTimer::singleShot(0, this, [this] { rebuild(); });
+        QTimer::singleShot(0, this, [this] {
+            if (Theme::of(this).preferences.increasedContrast != m_builtWithContrast)
+                rebuild();
+        });
     QWidget::changeEvent(event);
 }
 
@@ -73,6 +76,7 @@ void SourceList::rebuild()
     m_scroll = nullptr;
 
     const bool contrast = Theme::of(this).preferences.increasedContrast;
+    m_builtWithContrast = contrast;
     const bool scrolls = m_content.totalCount >= scrollFrom;
     m_surface->setUsesGlass(m_content.followSystem.has_value());
 
@@ -83,7 +87,12 @@ void SourceList::rebuild()
                 action();
         });
         m_column->addWidget(row);
-        m_column->addWidget(divider(m_surface));
+        QWidget *line = divider(m_surface);
+        m_column->addWidget(line);
+        // Shown now rather than on the next turn of the event loop, so that a
+        // picture taken right away has them.
+        row->show();
+        line->show();
     }
 
     if (m_content.sources.isEmpty()) {
@@ -91,6 +100,7 @@ void SourceList::rebuild()
         if (scrolls)
             empty->setFixedHeight(scrollHeight);
         m_column->addWidget(empty);
+        empty->show();
         return;
     }
 
@@ -111,6 +121,7 @@ void SourceList::rebuild()
     if (!scrolls) {
         rows->setParent(m_surface);
         m_column->addWidget(rows);
+        rows->show();
         return;
     }
     rowColumn->addStretch();
@@ -125,6 +136,7 @@ void SourceList::rebuild()
     m_scroll->viewport()->setAutoFillBackground(false);
     rows->setAutoFillBackground(false);
     m_column->addWidget(m_scroll);
+    m_scroll->show();
     // The range is known once the rows are laid out.
     QTimer::singleShot(0, m_scroll,
                        [bar = m_scroll->verticalScrollBar(), position = m_scrollPosition] { bar->setValue(position); });

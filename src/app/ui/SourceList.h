@@ -57,4 +57,5 @@ private:
     QVBoxLayout *m_column;
     int m_scrollPosition = 0;
     QScrollArea *m_scroll = nullptr;
+    bool m_builtWithContrast = false;
 };

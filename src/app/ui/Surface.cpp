@@ -9,12 +9,12 @@
 Surface::Surface(qreal radius, std::optional<QColor> tint, QWidget *parent)
     : QWidget(parent)
     , m_radius(radius)
-    , m_tint(std::move(tint))
+    , m_tint(tint)
 {}
 
 void Surface::setTint(std::optional<QColor> tint)
 {
-    m_tint = std::move(tint);
+    m_tint = tint;
     update();
 }
 

@@ -26,7 +26,8 @@ void Switch::paintEvent(QPaintEvent *)
     painter.setRenderHint(QPainter::Antialiasing);
     if (!isEnabled())
         painter.setOpacity(disabledOpacity);
-    const QRectF track = QRectF(0, (height() - trackHeight) / 2.0, trackWidth, trackHeight).adjusted(0.5, 0.5, -0.5, -0.5);
+    const QRectF track =
+        QRectF(0, (height() - trackHeight) / 2.0, trackWidth, trackHeight).adjusted(0.5, 0.5, -0.5, -0.5);
     const qreal round = track.height() / 2;
     QColor fill = isChecked() ? theme.accent : theme.primaryAt(theme.dark ? 0.22 : 0.16);
     if (isDown())

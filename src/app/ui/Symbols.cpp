@@ -62,7 +62,7 @@ QByteArray svgBytes(const QString &path)
     if (found != cache.constEnd())
         return *found;
     QFile file(path);
-    const QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    QByteArray bytes = file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
     cache.insert(path, bytes);
     return bytes;
 }

@@ -25,7 +25,7 @@ struct AppBuildInfo
 
     // The build number of a "CFBundleVersion" value: decimal with an optional
     // sign, within 64 bits; absent for anything else.
-    static std::optional<qint64> parseBuild(const QVariant &value);
+    static std::optional<qint64> parseBuild(const QVariant &stored);
 
     bool operator==(const AppBuildInfo &) const = default;
 };

@@ -31,7 +31,8 @@ void UpdateChecker::check(QObject *context, std::function<void(const UpdateCheck
 {
     auto prepared = prepare(current, systemVersion);
     if (const auto *decided = std::get_if<UpdateCheckResult>(&prepared)) {
-        QMetaObject::invokeMethod(context, [done, result = *decided] { done(result); }, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(
+            context, [done, result = *decided] { done(result); }, Qt::QueuedConnection);
         return;
     }
     load(std::get<QNetworkRequest>(prepared), context,
