@@ -1,5 +1,7 @@
 // How soon the engine brings the pinned source back after another program
-// switches away from it, directly and through the focus helper, and what the
+// switches away from it, for a plain layout and for hangul (a CJKV source: the
+// focus helper's path where the platform needs a focus change, on IBus a
+// direct select like any other), and what the
 // engine costs while nothing happens. The engine runs alone in a process of its
 // own; this program plays the other program. Run it through bench/run-engine,
 // which gives it a private IBus.
@@ -40,7 +42,8 @@ struct Options
     std::chrono::seconds directBudget = 60s;
     std::chrono::seconds focusBudget = 690s;
     Clock::duration roundLimit = 5s;
-    // Automatic helper runs are at least 3 s apart: rest this long after each
+    // Where hangul goes through the focus helper, automatic runs are at least
+    // 3 s apart: rest this long after each
     // round, and less only to see what the spacing does.
     Clock::duration focusRest = 3200ms;
 };

@@ -8,6 +8,7 @@
 #include "core/config/ConfigStore.h"
 #include "core/config/L10n.h"
 #include "core/login/InstanceLock.h"
+#include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 
 #include <QApplication>
@@ -42,7 +43,7 @@ AppController::Dependencies AppController::Dependencies::live()
 {
     auto lock = std::make_shared<InstanceLock>();
     return {
-        [lock] { return lock->acquire(InstanceLock::fileIn(ConfigStore::directory())); },
+        [lock] { return lock->acquire(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); },
         Notifications::live(),
         [](const QString &message) { QMessageBox::critical(nullptr, L10n::text("app.name"), message); },
         TrayHost::live(),

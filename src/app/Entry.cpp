@@ -1,10 +1,14 @@
 #include "Entry.h"
 
 #include "Roles.h"
+#include "core/config/ConfigMigration.h"
 #include "core/config/ConfigStore.h"
 #include "core/config/L10n.h"
 #include "core/login/LaunchMode.h"
 #include "platform/ParentProcess.h"
+#include "platform/StandardStreams.h"
+
+#include <cstdio>
 
 namespace Entry {
 
@@ -14,16 +18,28 @@ Dependencies Dependencies::live()
         ParentProcess::executablePath,
         ParentProcess::desktopLaunchers,
         [] { return ConfigStore::loadOrDefault(); },
+        []() -> Expected<void> {
+            const Expected<ConfigMigration::Outcome> moved = ConfigMigration::runLive();
+            if (!moved)
+                return moved.error();
+            return {};
+        },
     };
 }
 
 int main(int argc, char **argv, const Dependencies &dependencies)
 {
+    StandardStreams::guard();
     QStringList arguments;
     for (int i = 1; i < argc; ++i)
         arguments << QString::fromLocal8Bit(argv[i]);
 
+    const Expected<void> moved = dependencies.moveEarlierConfig();
     L10n::setLanguageCode(L10n::normalized(dependencies.readConfig().language));
+    if (!moved) {
+        const QString warning = L10n::text("app.config-not-moved").arg(moved.error().description());
+        std::fprintf(stderr, "%s\n", warning.toLocal8Bit().constData());
+    }
 
     // The parent is only asked when the arguments leave the role open.
     const bool fromDesktop =

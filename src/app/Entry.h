@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Expected.h"
 #include "core/config/Config.h"
 
 #include <QString>
@@ -8,8 +9,9 @@
 #include <functional>
 #include <optional>
 
-// The first code every process runs: sets the display language from the
-// configuration, then hands over to the role the launch calls for.
+// The first code every process runs: moves the configuration from an earlier
+// version's place, sets the display language from it, then hands over to the
+// role the launch calls for.
 namespace Entry {
 
 struct Dependencies
@@ -18,6 +20,8 @@ struct Dependencies
     std::function<QStringList()> desktopLaunchers;
     // config.json read without the lock; defaults when missing or unreadable.
     std::function<Config()> readConfig;
+    // Moves config.json from where earlier versions kept it; the error when it could not.
+    std::function<Expected<void>()> moveEarlierConfig;
 
     static Dependencies live();
 };

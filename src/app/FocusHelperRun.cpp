@@ -1,6 +1,7 @@
 #include "FocusHelper.h"
 
 #include "platform/ApplicationRole.h"
+#include "platform/ParentProcess.h"
 
 #include <QApplication>
 #include <QTimer>
@@ -18,6 +19,8 @@ constexpr std::chrono::milliseconds confirmDelay{150};
 
 void run(int &argc, char **argv, const QString &identifier)
 {
+    // Only the engine that started us wants the switch.
+    ParentProcess::endWithParent();
     bool automatic = false;
     for (int i = 1; i < argc; ++i)
         automatic = automatic || qstrcmp(argv[i], "--automatic") == 0;

@@ -6,6 +6,7 @@
 #include "core/cli/CLI.h"
 #include "core/config/L10n.h"
 #include "platform/ApplicationRole.h"
+#include "platform/StandardStreams.h"
 
 #include <QApplication>
 #include <QIcon>
@@ -28,8 +29,12 @@ int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
     AppController controller(AppModel::shared(), AppController::Dependencies::live());
     switch (controller.launch(openWindowOnLaunch)) {
     case AppController::Launch::Running: return QApplication::exec();
-    // A second launch has asked the first to show itself and ends quietly.
-    case AppController::Launch::HandedOver: return 0;
+    // A second launch has asked the first to show itself. Started by hand, it
+    // says so; a launcher shows nothing anyway.
+    case AppController::Launch::HandedOver:
+        if (StandardStreams::outputIsTerminal())
+            std::puts(qPrintable(L10n::text("cli.msg.handed-over")));
+        return 0;
     case AppController::Launch::LockFailed: return 1;
     }
     return 1;

@@ -12,6 +12,13 @@ Error Error::posix(int code, const QString &path)
     return error;
 }
 
+Error Error::posix(int code, const QString &path, const QString &reason)
+{
+    Error error = posix(code, path);
+    error.m_detail = reason;
+    return error;
+}
+
 Error Error::decode(const QString &reason, const QString &path)
 {
     Error error;

@@ -11,6 +11,8 @@ public:
 
     Error() = default;
     static Error posix(int code, const QString &path = {});
+    // With our own words for the reason, where the system's would mislead.
+    static Error posix(int code, const QString &path, const QString &reason);
     static Error decode(const QString &reason, const QString &path = {});
     static Error other(const QString &description);
 

@@ -3,6 +3,7 @@
 #include "base/Expected.h"
 
 #include <QByteArray>
+#include <QDateTime>
 #include <QString>
 
 #include <functional>
@@ -26,7 +27,13 @@ struct FileOperations
     // The folder and every missing parent.
     std::function<Expected<void>(const QString &path)> makeDirectories;
     // Through a temporary file and a rename, so the file is never seen half written.
+    // A symbolic link at the path is written through: its destination is replaced.
     std::function<Expected<void>(const QString &path, const QByteArray &bytes)> writeAtomically;
+    // The temporary files that interrupted writeAtomically calls on the path left
+    // behind; only while no other writer of the path can be at work.
+    std::function<void(const QString &path)> removeLeftovers;
+    // When the file was last written; none when nothing is there.
+    std::function<std::optional<QDateTime>(const QString &path)> modified;
     std::function<Expected<void>(const QString &link, const QString &destination)> createLink;
     // A file or a link (never what it points to); ENOENT when nothing is there.
     std::function<Expected<void>(const QString &path)> remove;

@@ -18,6 +18,8 @@ struct InputSources
     static constexpr qint32 unavailable = 1; // no input-source service to ask
     static constexpr qint32 refused = 2;     // the service declined the source
     static constexpr qint32 noReply = 3;     // the service did not answer in time
+    // The source was selected, but the keyboard layout it names did not take effect.
+    static constexpr qint32 layoutNotApplied = 4;
 
     // The enabled sources, in the system's own order.
     std::function<QList<SourceProperties>()> enabled;
@@ -43,6 +45,11 @@ struct InputSources
     // Whether a Chinese, Japanese, Korean or Vietnamese source takes effect only
     // once focus moves, so that selecting it needs the focus helper.
     bool cjkvNeedsFocus = false;
+
+    enum class Availability { Available, NotRunning, NotAnswering };
+    // Whether the input method framework can be asked now, in a bounded time;
+    // a backend without this field is always there.
+    std::function<Availability()> availability = {};
 
     static InputSources live();
     // A system without input sources: no sources, nothing selected, every select `unavailable`.

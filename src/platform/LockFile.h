@@ -13,7 +13,8 @@ public:
     enum class Mode { Exclusive, Shared };
     enum class Attempt { Locked, Busy };
 
-    // Never follows a symbolic link at the last component; created files get 0600.
+    // Never follows a symbolic link at the last component and refuses anything
+    // but a regular file; created files get 0600.
     static Expected<LockFile> open(const QString &path, Access access);
 
     LockFile(LockFile &&other) noexcept;

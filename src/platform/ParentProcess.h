@@ -9,5 +9,8 @@ namespace ParentProcess {
 QString executablePath();
 // Executable names of the programs that start desktop applications here.
 QStringList desktopLaunchers();
+// Ends this process as soon as its parent dies, even while it is stopped, or at
+// once if the parent is already gone. For helpers that only make sense to it.
+void endWithParent();
 
 } // namespace ParentProcess

@@ -3,6 +3,11 @@
 #include <QProcess>
 
 namespace ProgramRunner {
+namespace {
+
+constexpr int limitMs = 2000;
+
+} // namespace
 
 LaunchctlResult run(const QString &program, const QStringList &arguments)
 {
@@ -10,9 +15,15 @@ LaunchctlResult run(const QString &program, const QStringList &arguments)
     process.setStandardInputFile(QProcess::nullDevice());
     process.setStandardErrorFile(QProcess::nullDevice());
     process.start(program, arguments, QIODevice::ReadOnly);
-    if (!process.waitForStarted(-1))
+    if (!process.waitForStarted(limitMs))
         return {1, {}};
-    process.waitForFinished(-1);
+    // The service manager answers in milliseconds; one that waits on a silent
+    // bus is given up on, as a failure.
+    if (!process.waitForFinished(limitMs)) {
+        process.kill();
+        process.waitForFinished(limitMs);
+        return {1, {}};
+    }
 
     LaunchctlResult result;
     result.output = QString::fromUtf8(process.readAllStandardOutput());

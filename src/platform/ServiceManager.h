@@ -12,6 +12,9 @@
 // where the agent's definition lives, what it says, and the command line for
 // each question and change. Every command line runs `program`; a status other
 // than 0 is a failure, and the loaded question is answered by the status alone.
+// An empty command line is a step this manager does not have: it succeeds, the
+// agent never counts as loaded, and without a disabled question the mark is
+// read from the agent's file itself.
 struct ServiceManager
 {
     // How the service manager marks the agent, read from the disabled question's answer.
@@ -29,6 +32,9 @@ struct ServiceManager
     QStringList load;
     QStringList disable;
     QStringList unload;
+    // Files earlier installations left that would start the agent a second way;
+    // install and uninstall remove them.
+    QStringList leftovers = {};
 
     // This platform's service manager for the current user.
     static ServiceManager live();

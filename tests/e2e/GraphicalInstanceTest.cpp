@@ -3,6 +3,7 @@
 // tray host on the private bus.
 #include "core/config/ConfigStore.h"
 #include "core/login/InstanceLock.h"
+#include "platform/AppPlaces.h"
 
 #include "support/FakeStatusNotifierWatcher.h"
 #include "support/Process.h"
@@ -42,9 +43,12 @@ protected:
     {
         m_instance = std::make_unique<QProcess>();
         m_instance->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        m_instance->setProcessEnvironment(environment);
         m_instance->start(executable, {mode});
         ASSERT_TRUE(m_instance->waitForStarted());
-        ASSERT_TRUE(spinUntil([] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())).value(); },
+        ASSERT_TRUE(spinUntil([] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())).value(); },
                               waitMs));
     }
 

@@ -125,11 +125,11 @@ TEST(AutomationTest, StatusFailuresAreNamed)
 {
     FakeServices unreadable;
     unreadable.loadError = Error::decode("bad");
-    EXPECT_EQ(Automation(unreadable.services()).status().error(), AutomationFailure::invalidConfig());
+    EXPECT_EQ(Automation(unreadable.services()).status().error().code, AutomationFailure::invalidConfig().code);
 
     FakeServices probeFails;
     probeFails.running.reset();
-    EXPECT_EQ(Automation(probeFails.services()).status().error(), AutomationFailure::runtimeUnavailable());
+    EXPECT_EQ(Automation(probeFails.services()).status().error().code, AutomationFailure::runtimeUnavailable().code);
 }
 
 struct KeepingCase
@@ -190,16 +190,19 @@ TEST(AutomationTest, WriteFailuresMapToTheirCodes)
 {
     FakeServices undecodable;
     undecodable.loadError = Error::decode("bad");
-    EXPECT_EQ(Automation(undecodable.services()).setKeeping(C::Pause).error(), AutomationFailure::invalidConfig());
+    EXPECT_EQ(Automation(undecodable.services()).setKeeping(C::Pause).error().code,
+              AutomationFailure::invalidConfig().code);
 
     FakeServices unwritable;
     unwritable.stored = pinnedOn;
     unwritable.writeError = Error::posix(ELOOP, "config.lock");
-    EXPECT_EQ(Automation(unwritable.services()).setKeeping(C::Pause).error(), AutomationFailure::configWriteFailed());
+    EXPECT_EQ(Automation(unwritable.services()).setKeeping(C::Pause).error().code,
+              AutomationFailure::configWriteFailed().code);
 
     FakeServices unreadable;
     unreadable.loadError = Error::posix(EACCES, "config.json");
-    EXPECT_EQ(Automation(unreadable.services()).setKeeping(C::Pause).error(), AutomationFailure::configWriteFailed());
+    EXPECT_EQ(Automation(unreadable.services()).setKeeping(C::Pause).error().code,
+              AutomationFailure::configWriteFailed().code);
 }
 
 } // namespace

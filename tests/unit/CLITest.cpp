@@ -46,6 +46,8 @@ public:
         s.automation.running = [this]() -> Expected<bool> { return running; };
         s.automation.secureInput = [] { return false; };
         s.automation.loginEnabled = [this] { return login; };
+        s.automation.availability = [this] { return availability; };
+        s.automation.framework = QStringLiteral("IBus");
         s.switchOnce = [this]() -> std::optional<SwitchOutcome> {
             ++switches;
             if (outcome && *outcome == SwitchOutcome::success() && stored)
@@ -98,6 +100,7 @@ public:
     QString current = hangul;
     bool running = true;
     bool login = false;
+    InputSources::Availability availability = InputSources::Availability::Available;
     std::optional<SwitchOutcome> outcome = SwitchOutcome::success();
     std::optional<QString> loginError;
     std::optional<AutomationFailure> openFailure;
@@ -228,12 +231,24 @@ INSTANTIATE_TEST_SUITE_P(
                     [](CLITest &fixture) { fixture.corrupt = true; },
                     {"set", hangul},
                     AutomationFailure::invalidConfig(),
-                    [] { return L10n::text("warn.config"); }},
+                    [] { return L10n::text("cli.err.config").arg("bad"); }},
         FailureCase{"SetUnwritable",
                     [](CLITest &fixture) { fixture.unwritable = true; },
                     {"set", hangul},
                     AutomationFailure::configWriteFailed(),
-                    [] { return L10n::text("cli.err.write").arg(AutomationFailure::configWriteFailed().message); }},
+                    [] { return L10n::text("cli.err.write").arg(Error::posix(ELOOP, "config.lock").description()); }},
+        FailureCase{"ListWithoutInputMethod",
+                    [](CLITest &fixture) { fixture.availability = InputSources::Availability::NotRunning; },
+                    {"list"},
+                    AutomationFailure::inputMethodNotRunning("IBus"),
+                    [] { return L10n::text("cli.err.im-absent").arg("IBus"); }},
+        FailureCase{
+            "SetWhileInputMethodIsSilent",
+            [](CLITest &fixture) { fixture.availability = InputSources::Availability::NotAnswering; },
+            {"set", hangul},
+            AutomationFailure::inputMethodNotAnswering("IBus"),
+            [] { return L10n::text("cli.err.im-silent").arg("IBus"); },
+            [](const CLITest &fixture) { EXPECT_EQ(fixture.stored->sourceID, us) << "configuration unchanged"; }},
         FailureCase{"ApplyWithoutFile",
                     [](CLITest &fixture) { fixture.stored.reset(); },
                     {"apply"},
@@ -243,7 +258,7 @@ INSTANTIATE_TEST_SUITE_P(
                     [](CLITest &fixture) { fixture.corrupt = true; },
                     {"apply"},
                     AutomationFailure::invalidConfig(),
-                    [] { return L10n::text("warn.config"); }},
+                    [] { return L10n::text("cli.err.config").arg("bad"); }},
         FailureCase{"ApplyWithEmptyPin",
                     [](CLITest &fixture) { fixture.stored->sourceID = QString(); },
                     {"apply"},
@@ -289,7 +304,7 @@ INSTANTIATE_TEST_SUITE_P(
                     [](CLITest &fixture) { fixture.corrupt = true; },
                     {"status"},
                     AutomationFailure::invalidConfig(),
-                    [] { return L10n::text("warn.config"); }},
+                    [] { return L10n::text("cli.err.config").arg("bad"); }},
         FailureCase{"UninstallFails",
                     [](CLITest &fixture) { fixture.loginError = "no manager"; },
                     {"uninstall"},
@@ -314,7 +329,8 @@ TEST_F(CLITest, RuntimeProbeFailureIsNamed)
     out.open(QIODevice::WriteOnly);
     err.open(QIODevice::WriteOnly);
     EXPECT_EQ(CLI(broken, out, err).run({"status"}), 1);
-    EXPECT_EQ(QString::fromUtf8(err.data()), L10n::text("cli.err.runtime") + "\n");
+    EXPECT_EQ(QString::fromUtf8(err.data()),
+              L10n::text("cli.err.runtime-detail").arg(Error::posix(EIO, "gui.lock").description()) + "\n");
 }
 
 } // namespace

@@ -19,7 +19,7 @@ namespace {
 class ConfigStoreTest : public testing::Test
 {
 protected:
-    QString directory() const { return m_home.filePath(QStringLiteral("Library/Application Support/Tolvar")); }
+    QString directory() const { return m_home.filePath(QStringLiteral(".config/tolvar")); }
     QString file() const { return ConfigStore::fileIn(directory()); }
 
     void writeRaw(const QByteArray &bytes) const
@@ -156,8 +156,8 @@ TEST_F(ConfigStoreTest, SymbolicLinkLockRefusesEveryWrite)
 
 TEST_F(ConfigStoreTest, DirectoryThatCannotBeCreatedIsAnError)
 {
-    // A plain file where "Library" should be a folder.
-    QFile blocker(m_home.filePath(QStringLiteral("Library")));
+    // A plain file where ".config" should be a folder.
+    QFile blocker(m_home.filePath(QStringLiteral(".config")));
     ASSERT_TRUE(blocker.open(QIODevice::WriteOnly));
     blocker.close();
     const Expected<void> written = ConfigStore::write(Config{}, directory());
@@ -179,10 +179,13 @@ TEST_F(ConfigStoreTest, UnreadableFileIsAReadError)
 TEST_F(ConfigStoreTest, SaveUsesTheHomeDirectory)
 {
     const QByteArray previousHome = qgetenv("HOME");
+    const QByteArray previousConfigHome = qgetenv("XDG_CONFIG_HOME");
     qputenv("HOME", m_home.path().toLocal8Bit());
+    qunsetenv("XDG_CONFIG_HOME");
     const Config config{QStringLiteral("xkb:fr::fra"), true, QStringLiteral("ko"), true};
     const Expected<void> saved = ConfigStore::save(config, m_notifications.record());
     qputenv("HOME", previousHome);
+    qputenv("XDG_CONFIG_HOME", previousConfigHome);
 
     ASSERT_TRUE(saved.ok()) << qPrintable(saved.error().description());
     EXPECT_EQ(ConfigStore::loadFrom(directory()).value(), config);

@@ -1,6 +1,7 @@
 #include "core/engine/Enforcer.h"
 #include "core/config/L10n.h"
 #include "support/FakeEnforcementWorld.h"
+#include "support/FakeInputSources.h"
 #include "support/ParamName.h"
 #include "support/Spin.h"
 
@@ -452,5 +453,26 @@ TEST_F(EnforcerTriggerTest, ActivationsRightAfterASwitchAndOurOwnAreIgnored)
     m_activation(4242);
     EXPECT_EQ(m_world.selected.size(), 2);
 }
+
+// The platform decides whether a CJKV target goes through the focus helper.
+class EnforcementTargetTest : public testing::TestWithParam<std::tuple<bool, const char *, bool>>
+{
+};
+
+TEST_P(EnforcementTargetTest, NeedsTheHelperOnlyWhereThePlatformSays)
+{
+    const auto [platformNeedsFocus, language, expected] = GetParam();
+    FakeInputSources system;
+    system.state->sources = {FakeInputSources::keyboard("src", "Source", {language})};
+    InputSources port = system.port();
+    port.cjkvNeedsFocus = platformNeedsFocus;
+    const std::optional<EnforcementTarget> target = EnforcementDependencies::over(port).find("src");
+    ASSERT_TRUE(target);
+    EXPECT_EQ(target->requiresFocus, expected);
+}
+
+INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcementTargetTest,
+                         testing::Values(std::tuple{true, "ko", true}, std::tuple{false, "ko", false},
+                                         std::tuple{true, "de", false}, std::tuple{false, "de", false}));
 
 } // namespace

@@ -15,11 +15,14 @@ std::optional<AutomationTarget> targetFor(const Config &config, const QList<Inpu
     return AutomationTarget{*config.sourceID, std::nullopt, false};
 }
 
-RuntimeState stateFor(const Config &config, bool running, const std::optional<AutomationTarget> &target,
+RuntimeState stateFor(const Config &config, bool running, bool reachable, const std::optional<AutomationTarget> &target,
                       bool secureInput, const QString &currentID)
 {
     if (!running)
         return RuntimeState::Stopped;
+    // Whatever else holds, the running instance cannot keep anything now.
+    if (!reachable)
+        return RuntimeState::Error;
     if (!config.enabled)
         return RuntimeState::Paused;
     if (!config.sourceID || config.sourceID->isEmpty())
@@ -45,22 +48,24 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     } else {
         const Expected<Config> loaded = m_services.load();
         if (!loaded)
-            return AutomationFailure::invalidConfig();
+            return AutomationFailure::invalidConfig().withDetail(loaded.error().description());
         config = loaded.value();
     }
 
-    const InputChoice current = m_services.current();
+    // Without the framework there is nothing to ask; an empty answer would read as "no source".
+    const bool reachable = availability() == InputSources::Availability::Available;
+    const InputChoice current = reachable ? m_services.current() : InputChoice{};
     const std::optional<AutomationTarget> target =
-        config.sourceID ? targetFor(config, m_services.choices()) : std::nullopt;
+        config.sourceID ? targetFor(config, reachable ? m_services.choices() : QList<InputChoice>()) : std::nullopt;
     const Expected<bool> running = m_services.running();
     if (!running)
-        return AutomationFailure::runtimeUnavailable();
+        return AutomationFailure::runtimeUnavailable().withDetail(running.error().description());
     const bool secureInput = m_services.secureInput();
 
     AutomationStatus status;
     status.enabled = config.enabled;
     status.running = running.value();
-    status.state = stateFor(config, running.value(), target, secureInput, current.id);
+    status.state = stateFor(config, running.value(), reachable, target, secureInput, current.id);
     status.current = {current.id, current.name};
     status.target = target;
     status.loginEnabled = m_services.loginEnabled();
@@ -72,6 +77,9 @@ Expected<AutomationStatus, AutomationFailure> Automation::setKeeping(CLIRequest:
 {
     assert(command == CLIRequest::Command::Pause || command == CLIRequest::Command::Resume
            || command == CLIRequest::Command::Toggle);
+    // Its report needs the instance lock: a lock that cannot be probed must fail before the write.
+    if (const Expected<bool> running = m_services.running(); !running)
+        return AutomationFailure::runtimeUnavailable().withDetail(running.error().description());
     const Expected<Config, AutomationFailure> written =
         editConfig([&](Config &config) -> Expected<void, AutomationFailure> {
             const bool turnOn =
@@ -92,6 +100,8 @@ Expected<void, AutomationFailure> Automation::requireTarget(const std::optional<
 {
     if (!sourceID || sourceID->isEmpty())
         return AutomationFailure::noTarget();
+    if (const auto reachable = requireInputMethod(); !reachable)
+        return reachable.error();
     for (const InputChoice &choice : m_services.choices()) {
         if (choice.id == *sourceID)
             return {};
@@ -115,6 +125,22 @@ Expected<Config, AutomationFailure> Automation::editConfig(const Edit &edit) con
     if (refused)
         return *refused;
     if (written.error().domain() == Error::Domain::Decode)
-        return AutomationFailure::invalidConfig();
-    return AutomationFailure::configWriteFailed();
+        return AutomationFailure::invalidConfig().withDetail(written.error().description());
+    return AutomationFailure::configWriteFailed().withDetail(written.error().description());
+}
+
+InputSources::Availability Automation::availability() const
+{
+    return m_services.availability ? m_services.availability() : InputSources::Availability::Available;
+}
+
+Expected<void, AutomationFailure> Automation::requireInputMethod() const
+{
+    switch (availability()) {
+    case InputSources::Availability::Available: return {};
+    case InputSources::Availability::NotRunning: return AutomationFailure::inputMethodNotRunning(m_services.framework);
+    case InputSources::Availability::NotAnswering:
+        return AutomationFailure::inputMethodNotAnswering(m_services.framework);
+    }
+    return {};
 }

@@ -24,6 +24,9 @@ public:
     // Fails unless the identifier names a selectable source.
     Expected<void, AutomationFailure> requireTarget(const std::optional<QString> &sourceID) const;
     Expected<Config, AutomationFailure> editConfig(const Edit &edit) const;
+    // Fails, naming the framework, unless the input sources can be asked.
+    Expected<void, AutomationFailure> requireInputMethod() const;
+    InputSources::Availability availability() const;
 
 private:
     AutomationServices m_services;

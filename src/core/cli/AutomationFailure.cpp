@@ -90,6 +90,25 @@ AutomationFailure AutomationFailure::operationFailed()
     return make("operation_failed", "The operation could not be completed.");
 }
 
+AutomationFailure AutomationFailure::inputMethodNotRunning(const QString &framework)
+{
+    return make("input_method_unavailable", "The input method framework is not running.")
+        .withDetail(QStringLiteral("%1 is not running.").arg(framework));
+}
+
+AutomationFailure AutomationFailure::inputMethodNotAnswering(const QString &framework)
+{
+    return make("input_method_unavailable", "The input method framework is not answering.")
+        .withDetail(QStringLiteral("%1 does not answer.").arg(framework));
+}
+
+AutomationFailure AutomationFailure::withDetail(const QString &text) const
+{
+    AutomationFailure failure = *this;
+    failure.detail = text;
+    return failure;
+}
+
 AutomationFailure AutomationFailure::encodingFailed()
 {
     return make("encoding_failed", "Unable to encode the response.");

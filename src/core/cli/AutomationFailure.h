@@ -8,6 +8,8 @@ struct AutomationFailure
 {
     QString code;
     QString message;
+    // What exactly went wrong, naming the file or the service; may be empty.
+    QString detail = {};
 
     bool operator==(const AutomationFailure &) const = default;
 
@@ -31,4 +33,9 @@ struct AutomationFailure
     static AutomationFailure secureInput();
     static AutomationFailure operationFailed();
     static AutomationFailure encodingFailed();
+    // The input method framework, named in `detail`, is not running or does not answer.
+    static AutomationFailure inputMethodNotRunning(const QString &framework);
+    static AutomationFailure inputMethodNotAnswering(const QString &framework);
+
+    AutomationFailure withDetail(const QString &text) const;
 };

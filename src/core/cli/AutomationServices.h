@@ -4,6 +4,7 @@
 #include "core/config/Config.h"
 #include "core/config/ConfigStore.h"
 #include "core/sources/InputChoice.h"
+#include "platform/InputSources.h"
 
 #include <QList>
 
@@ -22,6 +23,10 @@ struct AutomationServices
     std::function<Expected<bool>()> running;
     std::function<bool()> secureInput;
     std::function<bool()> loginEnabled;
+    // Whether the input method framework can be asked; unset means it can.
+    std::function<InputSources::Availability()> availability = {};
+    // The framework's name in messages, such as "IBus".
+    QString framework = {};
 
     static AutomationServices live();
 };

@@ -84,7 +84,10 @@ std::optional<AutomationStatus> AutomationStatus::fromJson(const QJsonValue &val
 
 QJsonObject toJson(const AutomationFailure &failure)
 {
-    return {{QStringLiteral("code"), failure.code}, {QStringLiteral("message"), failure.message}};
+    QJsonObject object{{QStringLiteral("code"), failure.code}, {QStringLiteral("message"), failure.message}};
+    if (!failure.detail.isEmpty())
+        object.insert(QStringLiteral("detail"), failure.detail);
+    return object;
 }
 
 std::optional<AutomationFailure> failureFromJson(const QJsonValue &value)
@@ -94,5 +97,5 @@ std::optional<AutomationFailure> failureFromJson(const QJsonValue &value)
     const auto message = stringMember(object, QLatin1StringView("message"));
     if (!code || !message)
         return std::nullopt;
-    return AutomationFailure{*code, *message};
+    return AutomationFailure{*code, *message, stringMember(object, QLatin1StringView("detail")).value_or(QString())};
 }

@@ -20,11 +20,24 @@ QString onOff(bool value)
     return L10n::text(value ? "cli.on" : "cli.off");
 }
 
-// The human line for a failure that comes without one of its own.
-QString humanText(const AutomationFailure &failure)
+QString inputMethodText(InputSources::Availability availability, const QString &framework)
 {
+    return L10n::text(availability == InputSources::Availability::NotRunning ? "cli.err.im-absent"
+                                                                             : "cli.err.im-silent")
+        .arg(framework);
+}
+
+// The human line for a failure that comes without one of its own.
+QString humanText(const AutomationFailure &failure, const AutomationServices &services)
+{
+    const bool detailed = !failure.detail.isEmpty();
+    if (failure.code == QLatin1String("input_method_unavailable"))
+        return inputMethodText(failure.message == AutomationFailure::inputMethodNotRunning({}).message
+                                   ? InputSources::Availability::NotRunning
+                                   : InputSources::Availability::NotAnswering,
+                               services.framework);
     if (failure.code == QLatin1String("invalid_config"))
-        return L10n::text("warn.config");
+        return detailed ? L10n::text("cli.err.config").arg(failure.detail) : L10n::text("warn.config");
     if (failure.code == QLatin1String("no_target"))
         return L10n::text("cli.err.no-pin");
     if (failure.code == QLatin1String("missing_source"))
@@ -32,9 +45,9 @@ QString humanText(const AutomationFailure &failure)
     if (failure.code == QLatin1String("not_app_bundle"))
         return L10n::text("cli.err.not-app");
     if (failure.code == QLatin1String("runtime_unavailable"))
-        return L10n::text("cli.err.runtime");
+        return detailed ? L10n::text("cli.err.runtime-detail").arg(failure.detail) : L10n::text("cli.err.runtime");
     if (failure.code == QLatin1String("config_write_failed"))
-        return L10n::text("cli.err.write").arg(failure.message);
+        return L10n::text("cli.err.write").arg(detailed ? failure.detail : failure.message);
     if (failure.code == QLatin1String("open_failed"))
         return L10n::text("cli.err.open").arg(failure.message);
     return failure.message;
@@ -43,8 +56,9 @@ QString humanText(const AutomationFailure &failure)
 // The configuration-write mapping shared with the keeping commands.
 AutomationFailure writeFailure(const Error &error)
 {
-    return error.domain() == Error::Domain::Decode ? AutomationFailure::invalidConfig()
-                                                   : AutomationFailure::configWriteFailed();
+    return (error.domain() == Error::Domain::Decode ? AutomationFailure::invalidConfig()
+                                                    : AutomationFailure::configWriteFailed())
+        .withDetail(error.description());
 }
 
 } // namespace
@@ -69,6 +83,19 @@ QString CLI::usage()
 }
 
 int CLI::run(const QStringList &arguments)
+{
+    const int status = parseAndExecute(arguments);
+    // As coreutils do: output that did not reach its reader is a failure, said on
+    // standard error when that still works.
+    if (m_writeFailed) {
+        m_writeFailed = false;
+        line(m_err, L10n::text("cli.err.output").arg(m_out.errorString()));
+        return 1;
+    }
+    return status;
+}
+
+int CLI::parseAndExecute(const QStringList &arguments)
 {
     const auto request = CLIRequest::parse(arguments);
     if (request)
@@ -143,6 +170,8 @@ int CLI::reportStatus(const CLIRequest &request, const std::optional<AutomationS
 
 int CLI::list(const CLIRequest &request)
 {
+    if (const auto reachable = Automation(m_services.automation).requireInputMethod(); !reachable)
+        return fail(reachable.error(), request);
     const QList<InputChoice> choices = m_services.automation.choices();
     if (request.json) {
         QList<AutomationSource> sources;
@@ -186,7 +215,7 @@ int CLI::apply(const CLIRequest &request)
     // while keeping is off.
     const Expected<Config> config = m_services.automation.load();
     if (!config)
-        return fail(AutomationFailure::invalidConfig(), request);
+        return fail(AutomationFailure::invalidConfig().withDetail(config.error().description()), request);
     const std::optional<QString> &pinned = config->sourceID;
     if (!pinned || pinned->isEmpty())
         return fail(AutomationFailure::noTarget(), request);
@@ -244,13 +273,13 @@ int CLI::fail(const AutomationFailure &failure, const QString &command, bool jso
     if (json)
         printDocument(AutomationResponse::failure(command, failure).encoded());
     else
-        line(m_err, human.value_or(humanText(failure)));
+        line(m_err, human.value_or(humanText(failure, m_services.automation)));
     return 1;
 }
 
 void CLI::printDocument(const QByteArray &document)
 {
-    m_out.write((document.isEmpty() ? AutomationResponse::fallback() : document) + '\n');
+    write(m_out, (document.isEmpty() ? AutomationResponse::fallback() : document) + '\n');
 }
 
 void CLI::printStatus(const AutomationStatus &status)
@@ -262,7 +291,9 @@ void CLI::printStatus(const AutomationStatus &status)
 
     print("cli.label.state", stateText(status.state));
     print("cli.label.running", onOff(status.running));
-    print("cli.label.current", status.current.name + QStringLiteral("  ") + status.current.id);
+    print("cli.label.current", status.current.id.isEmpty()
+                                   ? L10n::text("cli.none")
+                                   : status.current.name + QStringLiteral("  ") + status.current.id);
     QString pinned = L10n::text("cli.unset");
     if (status.target)
         pinned =
@@ -272,9 +303,18 @@ void CLI::printStatus(const AutomationStatus &status)
     print("cli.label.login", onOff(status.loginEnabled));
     if (!status.running)
         line(m_out, L10n::text("cli.msg.stopped"));
+    if (const auto availability = Automation(m_services.automation).availability();
+        availability != InputSources::Availability::Available)
+        line(m_out, inputMethodText(availability, m_services.automation.framework));
 }
 
 void CLI::line(QIODevice &device, const QString &text)
 {
-    device.write((text + QLatin1Char('\n')).toUtf8());
+    write(device, (text + QLatin1Char('\n')).toUtf8());
+}
+
+void CLI::write(QIODevice &device, const QByteArray &bytes)
+{
+    if (device.write(bytes) != bytes.size())
+        m_writeFailed = true;
 }

@@ -25,6 +25,7 @@ public:
     static int main(const QStringList &arguments);
 
 private:
+    int parseAndExecute(const QStringList &arguments);
     int execute(const CLIRequest &request);
     int reportStatus(const CLIRequest &request, const std::optional<AutomationStatus> &given = std::nullopt);
     int list(const CLIRequest &request);
@@ -41,8 +42,10 @@ private:
     void printDocument(const QByteArray &document);
     void printStatus(const AutomationStatus &status);
     void line(QIODevice &device, const QString &text);
+    void write(QIODevice &device, const QByteArray &bytes);
 
     CLIServices m_services;
     QIODevice &m_out;
     QIODevice &m_err;
+    bool m_writeFailed = false;
 };

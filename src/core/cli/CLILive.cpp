@@ -6,18 +6,32 @@
 #include "core/login/InstanceLock.h"
 #include "core/sources/Catalog.h"
 #include "platform/AppLauncher.h"
+#include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 #include "platform/ExecutableLocation.h"
 #include "platform/InputSources.h"
 
 #include <QEventLoop>
+#include <QHash>
 
 namespace {
 
-// One manual switch on this process's engine, waited for in an event loop.
-std::optional<SwitchOutcome> switchWithTheEngine()
+// The framework's own spelling, for messages.
+QString frameworkName(const QString &backend)
 {
-    ApplicationRole::becomeAccessory();
+    static const QHash<QString, QString> names = {
+        {QStringLiteral("ibus"), QStringLiteral("IBus")},
+        {QStringLiteral("gnome"), QStringLiteral("GNOME Shell")},
+        {QStringLiteral("fcitx5"), QStringLiteral("Fcitx 5")},
+        {QStringLiteral("plasma"), QStringLiteral("KDE Plasma")},
+        {QStringLiteral("macos"), QStringLiteral("Text Input Sources")},
+    };
+    return names.value(backend, backend);
+}
+
+// One manual switch on this process's engine, waited for in an event loop.
+std::optional<SwitchOutcome> enforceOnce()
+{
     std::optional<SwitchOutcome> outcome;
     QEventLoop loop;
     QMetaObject::invokeMethod(
@@ -33,6 +47,29 @@ std::optional<SwitchOutcome> switchWithTheEngine()
     return outcome;
 }
 
+// Other commands may pin and switch at the same moment, and a switch that lands
+// late undoes theirs. Each looks at the pin once its switch is done and follows
+// it, so the last one to finish leaves the pinned source selected. A switch
+// overtaken that way did its job once the pin is current.
+std::optional<SwitchOutcome> switchWithTheEngine(const InputSources &system)
+{
+    constexpr int rounds = 4;
+    ApplicationRole::becomeAccessory();
+    std::optional<SwitchOutcome> outcome;
+    for (int round = 0; round < rounds; ++round) {
+        outcome = enforceOnce();
+        const std::optional<QString> pinned = ConfigStore::loadOrDefault().sourceID;
+        if (!pinned || !outcome)
+            break;
+        if (system.currentID() == *pinned) {
+            if (outcome->isBusy() || outcome->kind() == SwitchOutcome::Kind::Failed)
+                outcome = SwitchOutcome::success();
+            break;
+        }
+    }
+    return outcome;
+}
+
 } // namespace
 
 AutomationServices AutomationServices::live()
@@ -43,9 +80,11 @@ AutomationServices AutomationServices::live()
     s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
     s.choices = [system] { return Catalog::choices(system); };
     s.current = [system] { return Catalog::current(system); };
-    s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(ConfigStore::directory())); };
+    s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
+    s.availability = system.availability;
+    s.framework = frameworkName(system.backend);
     return s;
 }
 
@@ -53,7 +92,7 @@ CLIServices CLIServices::live()
 {
     CLIServices s;
     s.automation = AutomationServices::live();
-    s.switchOnce = switchWithTheEngine;
+    s.switchOnce = [] { return switchWithTheEngine(InputSources::live()); };
     s.installLogin = [](const QString &executable) -> Expected<void, QString> {
         if (const auto installed = Agent::controller().install(executable, true); !installed)
             return installed.error().description();

@@ -1,14 +1,33 @@
 #include "core/cli/CLI.h"
 
+#include "core/config/L10n.h"
+#include "platform/StandardStreams.h"
+
+#include <QBuffer>
 #include <QFile>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 
 int CLI::main(const QStringList &arguments)
 {
     QFile out;
     QFile err;
-    out.open(stdout, QIODevice::WriteOnly | QIODevice::Unbuffered);
-    err.open(stderr, QIODevice::WriteOnly | QIODevice::Unbuffered);
-    return CLI(CLIServices::live(), out, err).run(arguments);
+    out.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered);
+    err.open(fileno(stderr), QIODevice::WriteOnly | QIODevice::Unbuffered);
+    // A closed stream is kept in memory: anything written to it is output lost.
+    QBuffer lostOut;
+    QBuffer lostErr;
+    lostOut.open(QIODevice::WriteOnly);
+    lostErr.open(QIODevice::WriteOnly);
+    QIODevice &output = StandardStreams::outputWasClosed() ? static_cast<QIODevice &>(lostOut) : out;
+    QIODevice &error = StandardStreams::errorWasClosed() ? static_cast<QIODevice &>(lostErr) : err;
+
+    const int status = CLI(CLIServices::live(), output, error).run(arguments);
+    if (!lostOut.data().isEmpty()) {
+        error.write(L10n::text("cli.err.output").arg(QString::fromLocal8Bit(std::strerror(EBADF))).toUtf8() + '\n');
+        return 1;
+    }
+    return status;
 }

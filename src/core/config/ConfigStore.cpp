@@ -1,5 +1,6 @@
 #include "core/config/ConfigStore.h"
 
+#include "platform/AppPlaces.h"
 #include "platform/FileBytes.h"
 #include "platform/FileOperations.h"
 #include "platform/LockFile.h"
@@ -7,14 +8,37 @@
 #include <QDir>
 
 #include <cerrno>
+#include <optional>
 
 namespace ConfigStore {
 namespace {
 
+// The file's bytes; none when nothing is there. A link to nothing is refused
+// rather than read as a missing file, which the next write would create at the
+// link's destination.
+Expected<std::optional<QByteArray>> readExisting(const QString &path)
+{
+    const Expected<QByteArray> bytes = FileBytes::read(path);
+    if (bytes)
+        return std::optional(bytes.value());
+    if (bytes.error().code() != ENOENT)
+        return bytes.error();
+    if (const std::optional<QString> destination = FileOperations::live().readLink(path))
+        return Error::posix(ENOENT, path,
+                            QStringLiteral("is a symbolic link to %1, which does not exist").arg(*destination));
+    return std::optional<QByteArray>();
+}
+
 Expected<void> writeUnlocked(const Config &config, const QString &directory)
 {
+    const FileOperations files = FileOperations::live();
+    const QString path = fileIn(directory);
+    if (const auto existing = readExisting(path); !existing)
+        return existing.error();
+    // Under the lock no other write is under way: any temporary file is a killed writer's.
+    files.removeLeftovers(path);
     // Written beside the target and renamed into place, so readers never see half a file.
-    return FileOperations::live().writeAtomically(fileIn(directory), config.encoded());
+    return files.writeAtomically(path, config.encoded());
 }
 
 template <typename Body> auto withExclusiveLock(const QString &directory, Body body) -> decltype(body())
@@ -34,7 +58,7 @@ template <typename Body> auto withExclusiveLock(const QString &directory, Body b
 
 QString directory()
 {
-    return QDir::home().filePath(QStringLiteral("Library/Application Support/Tolvar"));
+    return AppPlaces::configDirectory();
 }
 
 QString file()
@@ -60,10 +84,10 @@ Expected<Config> load()
 Expected<Config> loadFrom(const QString &directory)
 {
     const QString path = fileIn(directory);
-    const Expected<QByteArray> bytes = FileBytes::read(path);
+    const Expected<std::optional<QByteArray>> bytes = readExisting(path);
     if (!bytes)
-        return bytes.error().code() == ENOENT ? Expected<Config>(Config{}) : bytes.error();
-    return Config::decode(bytes.value(), path);
+        return bytes.error();
+    return bytes.value() ? Config::decode(*bytes.value(), path) : Expected<Config>(Config{});
 }
 
 Config loadOrDefault(const QString &configDirectory)

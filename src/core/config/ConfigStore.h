@@ -16,7 +16,7 @@ namespace ConfigStore {
 inline const QString changed = QStringLiteral("app.tolvar.configChanged");
 inline const QString openWindow = QStringLiteral("app.tolvar.openWindow");
 
-// HOME + "Library/Application Support/Tolvar".
+// $XDG_CONFIG_HOME/tolvar on Linux, HOME + "Library/Application Support/Tolvar" on macOS.
 QString directory();
 QString file();
 QString fileIn(const QString &directory);

@@ -4,6 +4,7 @@
 #include "core/config/Config.h"
 #include "core/engine/EnforcementTarget.h"
 #include "core/engine/FocusProcessResult.h"
+#include "platform/InputSources.h"
 
 #include <QString>
 
@@ -32,4 +33,7 @@ struct EnforcementDependencies
     std::function<Clock::time_point()> now;
 
     static EnforcementDependencies live();
+    // Live, on the given input sources: a target needs the focus helper only
+    // when it is CJKV and the platform applies such sources on a focus change.
+    static EnforcementDependencies over(const InputSources &system);
 };

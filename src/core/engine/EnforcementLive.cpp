@@ -11,6 +11,7 @@
 #include "platform/WorkspaceEvents.h"
 
 #include <QPointer>
+#include <QThread>
 
 namespace {
 
@@ -19,12 +20,18 @@ using namespace std::chrono_literals;
 // Like the platform's own "parameter error" for a source it cannot find.
 constexpr qint32 sourceNotFound = -50;
 constexpr auto focusTimeLimit = 3s;
+constexpr int refusedRetries = 3;
+constexpr unsigned long refusedPauseMs = 40;
 
 } // namespace
 
 EnforcementDependencies EnforcementDependencies::live()
 {
-    const InputSources system = InputSources::live();
+    return over(InputSources::live());
+}
+
+EnforcementDependencies EnforcementDependencies::over(const InputSources &system)
+{
     EnforcementDependencies d;
     d.config = [] { return ConfigStore::loadOrDefault(); };
     d.secureInput = system.secureInput;
@@ -33,11 +40,20 @@ EnforcementDependencies EnforcementDependencies::live()
         const std::optional<Source> source = Catalog::find(id, system);
         if (!source)
             return std::nullopt;
-        return EnforcementTarget{source->id(), source->isCJKV()};
+        // Only where a CJKV source waits for a focus change is the helper worth its delay.
+        return EnforcementTarget{source->id(), source->isCJKV() && system.cjkvNeedsFocus};
     };
     d.select = [system](const QString &id) {
         const std::optional<Source> source = Catalog::find(id, system);
-        return source ? system.select(source->id()) : sourceNotFound;
+        if (!source)
+            return sourceNotFound;
+        qint32 status = system.select(source->id());
+        // IBus turns a switch down while another one is under way; a moment later it takes it.
+        for (int retry = 0; status == InputSources::refused && retry < refusedRetries; ++retry) {
+            QThread::msleep(refusedPauseMs << retry);
+            status = system.select(source->id());
+        }
+        return status;
     };
     d.launchFocus = [](const QString &id, bool automatic, FocusCompletion completion) -> Expected<CancelFocus> {
         auto *job = new FocusProcessJob(focusTimeLimit, std::move(completion));

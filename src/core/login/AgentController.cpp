@@ -90,6 +90,20 @@ Expected<void> AgentController::install(const QString &executable, bool installC
         if (const Expected<void> loaded = requireSuccess(m_manager.load); !loaded)
             return rollBack(loaded.error(), undo);
     }
+    if (const Expected<void> removed = removeLeftovers(); !removed)
+        return rollBack(removed.error(), undo);
+    return {};
+}
+
+Expected<void> AgentController::removeLeftovers() const
+{
+    for (const QString &path : m_manager.leftovers) {
+        // A link whose destination is gone still counts.
+        if (!m_files.readLink(path) && !m_files.exists(path))
+            continue;
+        if (const Expected<void> removed = m_files.remove(path); !removed)
+            return removed.error();
+    }
     return {};
 }
 
@@ -123,6 +137,8 @@ Expected<void> AgentController::uninstall(bool stopRunningAgent) const
         if (const Expected<void> removed = m_files.remove(agentFile()); !removed)
             return removed.error();
     }
+    if (const Expected<void> removed = removeLeftovers(); !removed)
+        return removed.error();
     if (const Expected<void> disabled = requireSuccess(m_manager.disable); !disabled)
         return disabled.error();
     if (stopRunningAgent && isLoaded())
@@ -132,7 +148,7 @@ Expected<void> AgentController::uninstall(bool stopRunningAgent) const
 
 bool AgentController::isLoaded() const
 {
-    return m_run(m_manager.program, m_manager.loadedQuery).status == 0;
+    return !m_manager.loadedQuery.isEmpty() && m_run(m_manager.program, m_manager.loadedQuery).status == 0;
 }
 
 bool AgentController::isLoginEnabled() const
@@ -145,7 +161,8 @@ bool AgentController::isLoginEnabled() const
 
 Expected<bool> AgentController::isDisabled() const
 {
-    const LaunchctlResult answer = m_run(m_manager.program, m_manager.disabledQuery);
+    const LaunchctlResult answer =
+        m_manager.disabledQuery.isEmpty() ? agentFileText() : m_run(m_manager.program, m_manager.disabledQuery);
     switch (m_manager.readMark(answer)) {
     case ServiceManager::Mark::NotDisabled: return false;
     case ServiceManager::Mark::Disabled: return true;
@@ -182,8 +199,18 @@ Expected<void> AgentController::removeCreatedCommand(const QString &executable) 
     return m_files.remove(commandLink());
 }
 
+LaunchctlResult AgentController::agentFileText() const
+{
+    if (!m_files.exists(agentFile()))
+        return {1, {}};
+    const Expected<QByteArray> bytes = m_files.read(agentFile());
+    return bytes ? LaunchctlResult{0, QString::fromUtf8(bytes.value())} : LaunchctlResult{1, {}};
+}
+
 Expected<void> AgentController::requireSuccess(const QStringList &arguments) const
 {
+    if (arguments.isEmpty())
+        return {};
     const LaunchctlResult result = m_run(m_manager.program, arguments);
     if (result.status != 0)
         return AgentError::commandFailed(subcommandOf(arguments), result.status);

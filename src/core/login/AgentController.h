@@ -49,7 +49,11 @@ private:
     Expected<bool> needsCommand(const QString &executable) const;
     // Removes the command link if it leads to the executable.
     Expected<void> removeCreatedCommand(const QString &executable) const;
+    // Succeeds at once for a step the service manager does not have.
     Expected<void> requireSuccess(const QStringList &arguments) const;
+    // The agent's file as the answer to the disabled question, for a manager without one.
+    LaunchctlResult agentFileText() const;
+    Expected<void> removeLeftovers() const;
     // The error to report for a failed step, after undoing what was done.
     Error rollBack(const Error &cause, const Undo &undo) const;
 

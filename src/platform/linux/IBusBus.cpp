@@ -1,5 +1,6 @@
 #include "platform/linux/IBusBus.h"
 
+#include "platform/linux/BusProbe.h"
 #include "platform/linux/IBusNames.h"
 #include "platform/linux/SignalReceiver.h"
 
@@ -10,6 +11,10 @@
 #include <QObject>
 
 #include <atomic>
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <thread>
 
 namespace {
 
@@ -42,6 +47,51 @@ QString nextConnectionName()
 
 } // namespace
 
+// One connection attempt, shared with the thread that makes it.
+struct IBusBus::Attempt
+{
+    QString address;
+    QString name = nextConnectionName();
+    std::mutex mutex;
+    std::condition_variable finished;
+    std::optional<Availability> result;
+    bool abandoned = false;
+
+    // On its own thread: a connection that hangs holds up only that thread.
+    static void run(const std::shared_ptr<Attempt> &attempt)
+    {
+        const BusProbe::Result knocked = BusProbe::knock(attempt->address, std::chrono::milliseconds(knockLimitMs));
+        Availability result =
+            knocked == BusProbe::Result::Absent ? Availability::NotRunning : Availability::NotAnswering;
+        if (knocked == BusProbe::Result::Answered) {
+            if (QDBusConnection::connectToBus(attempt->address, attempt->name).isConnected())
+                result = Availability::Available;
+            else
+                QDBusConnection::disconnectFromBus(attempt->name);
+        }
+        const std::lock_guard<std::mutex> lock(attempt->mutex);
+        attempt->result = result;
+        if (attempt->abandoned && result == Availability::Available)
+            QDBusConnection::disconnectFromBus(attempt->name);
+        attempt->finished.notify_all();
+    }
+
+    std::optional<Availability> waitFor(int milliseconds)
+    {
+        std::unique_lock<std::mutex> lock(mutex);
+        finished.wait_for(lock, std::chrono::milliseconds(milliseconds), [this] { return result.has_value(); });
+        return result;
+    }
+
+    void abandon()
+    {
+        const std::lock_guard<std::mutex> lock(mutex);
+        abandoned = true;
+        if (result == Availability::Available)
+            QDBusConnection::disconnectFromBus(name);
+    }
+};
+
 IBusBus::IBusBus(std::function<QString()> address)
     : m_address(std::move(address))
 {}
@@ -59,7 +109,26 @@ QDBusMessage IBusBus::call(const QString &service, const QString &path, const QS
     const std::optional<QDBusConnection> bus = connection();
     if (!bus)
         return message.createErrorReply(QDBusError::Disconnected, QStringLiteral("IBus is not running"));
-    return bus->call(message, QDBus::Block, timeoutMs);
+    QDBusMessage reply = bus->call(message, QDBus::Block, timeoutMs);
+    if (reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::NoReply) {
+        // A daemon that stopped answering would cost every later call its whole
+        // wait: knock again before the next one.
+        const QMutexLocker locker(&m_mutex);
+        if (m_connectionName == bus->name()) {
+            disconnect();
+            m_availability = Availability::NotAnswering;
+            m_failedAddress = m_connectedAddress;
+            m_retryAt = QDeadlineTimer(retryAfterMs);
+        }
+    }
+    return reply;
+}
+
+IBusBus::Availability IBusBus::availability()
+{
+    connection();
+    const QMutexLocker locker(&m_mutex);
+    return m_availability;
 }
 
 bool IBusBus::observe(Change change, QObject *context, std::function<void()> callback)
@@ -84,21 +153,51 @@ std::optional<QDBusConnection> IBusBus::connection()
     const QMutexLocker locker(&m_mutex);
     if (!m_connectionName.isEmpty()) {
         QDBusConnection current(m_connectionName);
-        if (address == m_connectedAddress && current.isConnected())
+        if (address == m_connectedAddress && current.isConnected()) {
+            m_availability = Availability::Available;
             return current;
+        }
         disconnect();
     }
-    if (address.isEmpty())
-        return std::nullopt;
-
-    const QString name = nextConnectionName();
-    QDBusConnection fresh = QDBusConnection::connectToBus(address, name);
-    if (!fresh.isConnected()) {
-        QDBusConnection::disconnectFromBus(name);
+    if (m_attempt && m_attempt->address != address) {
+        m_attempt->abandon();
+        m_attempt.reset();
+    }
+    if (address.isEmpty()) {
+        m_availability = Availability::NotRunning;
         return std::nullopt;
     }
-    m_connectionName = name;
-    m_connectedAddress = address;
+    if (!m_attempt) {
+        if (address == m_failedAddress && !m_retryAt.hasExpired())
+            return std::nullopt;
+        m_attempt = std::make_shared<Attempt>();
+        m_attempt->address = address;
+        std::thread(&Attempt::run, m_attempt).detach();
+    }
+
+    const std::optional<Availability> result =
+        m_attempt->waitFor(m_attemptedBefore ? reconnectPatienceMs : knockLimitMs + callTimeoutMs);
+    m_attemptedBefore = true;
+    if (!result) {
+        m_availability = Availability::NotAnswering;
+        return std::nullopt;
+    }
+    const std::shared_ptr<Attempt> attempt = std::exchange(m_attempt, nullptr);
+    m_availability = *result;
+    if (*result != Availability::Available) {
+        m_failedAddress = address;
+        m_retryAt = QDeadlineTimer(retryAfterMs);
+        return std::nullopt;
+    }
+    m_failedAddress.clear();
+    return adopt(*attempt);
+}
+
+std::optional<QDBusConnection> IBusBus::adopt(const Attempt &attempt)
+{
+    QDBusConnection fresh(attempt.name);
+    m_connectionName = attempt.name;
+    m_connectedAddress = attempt.address;
     // What was seen of an earlier daemon, or of none, may no longer hold.
     m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
     for (const Subscription &subscription : std::as_const(m_subscriptions)) {

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "platform/InputSources.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
+#include <QDeadlineTimer>
 #include <QList>
 #include <QMutex>
 #include <QPointer>
@@ -9,6 +12,7 @@
 #include <QVariantList>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
 class QObject;
@@ -16,10 +20,22 @@ class QObject;
 // The connection to the session's IBus daemon on IBus's own bus. The address is
 // asked for on every call, so a daemon that starts late, restarts or goes away
 // is followed without notice; a call waits at most callTimeoutMs for its answer.
+//
+// Connecting is bounded too: the daemon is knocked at first (see BusProbe), and
+// the connection is made on a thread of its own. The process's first
+// connection may take the whole knockLimitMs, before anything else waits on
+// the process; later ones, made while an event loop may be turning, are waited
+// for at most reconnectPatienceMs and otherwise picked up by a later call.
+// A daemon that did not answer is not knocked at again for retryAfterMs.
 class IBusBus
 {
 public:
+    using Availability = InputSources::Availability;
+
     static constexpr int callTimeoutMs = 1000;
+    static constexpr int knockLimitMs = 1000;
+    static constexpr int reconnectPatienceMs = 100;
+    static constexpr int retryAfterMs = 1000;
     // Selecting an engine that is not running yet waits for IBus to start its
     // process, which takes over a second on a busy machine.
     static constexpr int selectTimeoutMs = 2500;
@@ -39,7 +55,12 @@ public:
     // every new connection, until `context` is destroyed.
     bool observe(Change change, QObject *context, std::function<void()> callback);
 
+    // Connects if need be, within the bounds above.
+    Availability availability();
+
 private:
+    struct Attempt;
+
     struct Subscription
     {
         Change change;
@@ -47,6 +68,7 @@ private:
     };
 
     std::optional<QDBusConnection> connection();
+    std::optional<QDBusConnection> adopt(const Attempt &attempt);
     void disconnect();
     bool attach(const QDBusConnection &connection, const Subscription &subscription) const;
 
@@ -55,4 +77,9 @@ private:
     QString m_connectedAddress;
     QString m_connectionName;
     QList<Subscription> m_subscriptions;
+    std::shared_ptr<Attempt> m_attempt;
+    Availability m_availability = Availability::NotRunning;
+    QString m_failedAddress;
+    QDeadlineTimer m_retryAt;
+    bool m_attemptedBefore = false;
 };

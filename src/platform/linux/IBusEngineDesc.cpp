@@ -10,7 +10,17 @@ namespace {
 
 // Positions in the serialized struct; the first two belong to every
 // serialized IBus object.
-enum Field { TypeName = 0, Name = 2, LongName = 3, Language = 5, Icon = 8, Symbol = 12 };
+enum Field {
+    TypeName = 0,
+    Name = 2,
+    LongName = 3,
+    Language = 5,
+    Icon = 8,
+    Layout = 9,
+    Symbol = 12,
+    Variant = 14,
+    Option = 15
+};
 
 const QString typeName = QStringLiteral("IBusEngineDesc");
 
@@ -107,6 +117,18 @@ QString name(const QVariant &value)
         return {};
     const QVariant field = fields->value(Name);
     return field.metaType() == QMetaType::fromType<QString>() ? field.toString() : QString();
+}
+
+std::optional<X11Layout::Names> layout(const QVariant &value)
+{
+    const std::optional<QVariantList> fields = fieldsOf(value);
+    if (!fields)
+        return std::nullopt;
+    const auto text = [&](Field field) {
+        const QVariant v = fields->value(field);
+        return v.metaType() == QMetaType::fromType<QString>() ? v.toString() : QString();
+    };
+    return X11Layout::Names{text(Layout), text(Variant), text(Option)};
 }
 
 QVariant unwrap(QVariant value)

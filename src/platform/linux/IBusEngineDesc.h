@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/SourceProperties.h"
+#include "platform/linux/X11Layout.h"
 
 #include <QString>
 #include <QVariant>
@@ -21,6 +22,10 @@ std::optional<SourceProperties> properties(const QVariant &value);
 
 // The engine's name; empty when the value carries none.
 QString name(const QVariant &value);
+
+// The XKB layout, variant and options the engine asks for; none when the
+// value is not an engine description.
+std::optional<X11Layout::Names> layout(const QVariant &value);
 
 // The value inside any number of D-Bus variant wrappings.
 QVariant unwrap(QVariant value);

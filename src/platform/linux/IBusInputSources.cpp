@@ -22,13 +22,19 @@ QVariant firstArgument(const QDBusMessage &reply)
     return reply.arguments().constFirst();
 }
 
+// One of IBus's "general" settings, as its configuration service keeps them.
+QVariant generalSetting(IBusBus &bus, const QString &name)
+{
+    return IBusEngineDesc::unwrap(
+        firstArgument(bus.call(IBusNames::configService, IBusNames::configPath, IBusNames::configInterface,
+                               QStringLiteral("GetValue"), {QStringLiteral("general"), name})));
+}
+
 // The daemon only accepts the preload list; what the user chose is kept by
 // IBus's configuration service, the same setting the IBus panel preloads from.
 QStringList preloadEngines(IBusBus &bus)
 {
-    const QVariant value = IBusEngineDesc::unwrap(firstArgument(
-        bus.call(IBusNames::configService, IBusNames::configPath, IBusNames::configInterface,
-                 QStringLiteral("GetValue"), {QStringLiteral("general"), QStringLiteral("preload_engines")})));
+    const QVariant value = generalSetting(bus, QStringLiteral("preload_engines"));
     if (value.metaType() == QMetaType::fromType<QStringList>())
         return value.toStringList();
     if (value.metaType() == QMetaType::fromType<QDBusArgument>()) {
@@ -88,11 +94,29 @@ QList<SourceProperties> matching(IBusBus &bus, const QString &id)
     return descs.isEmpty() ? QList<SourceProperties>() : describe(descs, preloadEngines(bus));
 }
 
+QVariant globalEngine(IBusBus &bus)
+{
+    return firstArgument(bus.call(IBusNames::service, IBusNames::path, propertiesInterface, QStringLiteral("Get"),
+                                  {IBusNames::interface, QStringLiteral("GlobalEngine")}));
+}
+
 QString currentID(IBusBus &bus)
 {
-    const QDBusMessage reply = bus.call(IBusNames::service, IBusNames::path, propertiesInterface, QStringLiteral("Get"),
-                                        {IBusNames::interface, QStringLiteral("GlobalEngine")});
-    return IBusEngineDesc::name(firstArgument(reply));
+    return IBusEngineDesc::name(globalEngine(bus));
+}
+
+// What IBus's own tools do after SetGlobalEngine on X11: set the X layout to
+// the engine's, unless the user told IBus to keep the system's layout. Under
+// Wayland the compositor owns the keymap and IBus leaves it alone too.
+bool applyLayout(IBusBus &bus)
+{
+    if (!X11Layout::isX11Session())
+        return true;
+    const QVariant keepSystemLayout = generalSetting(bus, QStringLiteral("use_system_keyboard_layout"));
+    if (keepSystemLayout.metaType() == QMetaType::fromType<bool>() && keepSystemLayout.toBool())
+        return true;
+    const std::optional<X11Layout::Names> names = IBusEngineDesc::layout(globalEngine(bus));
+    return names && X11Layout::apply(*names);
 }
 
 qint32 select(IBusBus &bus, const QString &id)
@@ -100,7 +124,7 @@ qint32 select(IBusBus &bus, const QString &id)
     const QDBusMessage reply = bus.call(IBusNames::service, IBusNames::path, IBusNames::interface,
                                         QStringLiteral("SetGlobalEngine"), {id}, IBusBus::selectTimeoutMs);
     if (reply.type() == QDBusMessage::ReplyMessage)
-        return 0;
+        return applyLayout(bus) ? 0 : InputSources::layoutNotApplied;
     switch (QDBusError(reply).type()) {
     case QDBusError::Disconnected:
     case QDBusError::ServiceUnknown: return InputSources::unavailable;
@@ -130,7 +154,7 @@ InputSources at(std::function<QString()> address)
             },
             QStringLiteral("ibus"),
             // IBus applies every engine at SetGlobalEngine.
-            false};
+            false, [bus] { return bus->availability(); }};
 }
 
 } // namespace IBusInputSources

@@ -1,7 +1,9 @@
 #include "platform/linux/LinuxInputBackend.h"
 
+#include "platform/linux/DBusBuses.h"
+
 #include <QDBusConnection>
-#include <QDBusConnectionInterface>
+#include <QDBusMessage>
 
 #include <array>
 #include <utility>
@@ -17,8 +19,15 @@ constexpr std::array names = {
 
 bool hasOwner(const QString &service)
 {
-    const QDBusConnection bus = QDBusConnection::sessionBus();
-    return bus.isConnected() && bus.interface()->isServiceRegistered(service).value();
+    const std::optional<QDBusConnection> bus = DBusBuses::session();
+    if (!bus)
+        return false;
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    question.setArguments({service});
+    const QDBusMessage reply = bus->call(question, QDBus::Block, 1000);
+    return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "platform/Notifications.h"
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/SignalReceiver.h"
 
 #include <QDBusConnection>
@@ -23,9 +24,10 @@ QString memberOf(const QString &name)
 
 void postSignal(const QString &name)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    const std::optional<QDBusConnection> session = DBusBuses::session();
+    if (!session)
         return;
+    const QDBusConnection &bus = *session;
     bus.send(QDBusMessage::createSignal(objectPath, interfaceOf(name), memberOf(name)));
     // Signals leave from QtDBus's own thread; a round trip behind the signal makes
     // sure it is on the bus before a short-lived client exits.
@@ -37,9 +39,10 @@ void postSignal(const QString &name)
 
 bool observeSignal(const QString &name, QObject *context, std::function<void()> callback)
 {
-    QDBusConnection bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected())
+    const std::optional<QDBusConnection> session = DBusBuses::session();
+    if (!session)
         return false;
+    QDBusConnection bus = *session;
     auto *receiver = new SignalReceiver(std::move(callback), context);
     if (!bus.connect(QString(), objectPath, interfaceOf(name), memberOf(name), receiver, SLOT(deliver()))) {
         delete receiver;

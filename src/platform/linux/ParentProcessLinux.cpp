@@ -2,6 +2,8 @@
 
 #include <QFile>
 
+#include <csignal>
+#include <sys/prctl.h>
 #include <unistd.h>
 
 namespace ParentProcess {
@@ -9,6 +11,15 @@ namespace ParentProcess {
 QString executablePath()
 {
     return QFile::symLinkTarget(QStringLiteral("/proc/%1/exe").arg(::getppid()));
+}
+
+void endWithParent()
+{
+    const pid_t parent = ::getppid();
+    // SIGKILL, since a stopped process would hold any other signal until continued.
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    if (::getppid() != parent)
+        ::_exit(1);
 }
 
 QStringList desktopLaunchers()

@@ -1,10 +1,10 @@
 #include "platform/ServiceManager.h"
 #include "platform/SystemdService.h"
+#include "platform/XdgAutostart.h"
 
 #include <QDir>
 
 ServiceManager ServiceManager::live()
 {
-    return SystemdService::manager(
-        SystemdService::configHome(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")));
+    return XdgAutostart::manager(SystemdService::configHome(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")));
 }

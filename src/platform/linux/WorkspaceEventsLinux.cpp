@@ -1,4 +1,5 @@
 #include "platform/WorkspaceEvents.h"
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/SignalReceiver.h"
 
 #include <QDBusConnection>
@@ -8,9 +9,10 @@ namespace {
 
 bool observeSystemWake(QObject *context, std::function<void()> callback)
 {
-    QDBusConnection bus = QDBusConnection::systemBus();
-    if (!bus.isConnected())
+    const std::optional<QDBusConnection> system = DBusBuses::system();
+    if (!system)
         return false;
+    QDBusConnection bus = *system;
     // logind announces sleep with PrepareForSleep(true) and waking with PrepareForSleep(false).
     auto *receiver = new SignalReceiver(std::move(callback), context);
     if (!bus.connect(QStringLiteral("org.freedesktop.login1"), QStringLiteral("/org/freedesktop/login1"),

@@ -13,6 +13,10 @@ QString executablePath()
     return QString::fromUtf8(buffer);
 }
 
+// The parent stops a helper after its time limit; a parent that dies first
+// leaves it to end by its own confirmation timer.
+void endWithParent() {}
+
 QStringList desktopLaunchers()
 {
     return {QStringLiteral("launchd"), QStringLiteral("open"), QStringLiteral("Finder"), QStringLiteral("Dock")};

@@ -1,5 +1,7 @@
 #include "platform/FileBytes.h"
 
+#include "platform/posix/RegularFile.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <unistd.h>
@@ -8,9 +10,10 @@ namespace FileBytes {
 
 Expected<QByteArray> read(const QString &path)
 {
-    const int descriptor = ::open(path.toLocal8Bit().constData(), O_RDONLY | O_CLOEXEC);
-    if (descriptor < 0)
-        return Error::posix(errno, path);
+    const Expected<int> opened = RegularFile::open(path, O_RDONLY);
+    if (!opened)
+        return opened.error();
+    const int descriptor = opened.value();
     QByteArray bytes;
     char buffer[16384];
     for (;;) {

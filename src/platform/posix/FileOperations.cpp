@@ -3,8 +3,10 @@
 #include "platform/FileBytes.h"
 
 #include <QDir>
+#include <QDirIterator>
 #include <QFile>
 #include <QFileInfo>
+#include <QRegularExpression>
 #include <QSaveFile>
 
 #include <cerrno>
@@ -91,6 +93,30 @@ Expected<void> writeAtomically(const QString &path, const QByteArray &bytes)
     return {};
 }
 
+// QSaveFile writes beside the final destination of a link, into "<name>.XXXXXX".
+void removeLeftovers(const QString &path)
+{
+    QFileInfo target(path);
+    for (int depth = 0; depth < 32 && target.isSymLink(); ++depth)
+        target.setFile(target.symLinkTarget());
+    const QRegularExpression temporary(QRegularExpression::anchoredPattern(QRegularExpression::escape(target.fileName())
+                                                                           + QStringLiteral("\\.[A-Za-z0-9]{6}")));
+    QDirIterator entries(target.absolutePath(), QDir::Files | QDir::Hidden | QDir::NoSymLinks);
+    while (entries.hasNext()) {
+        const QString entry = entries.next();
+        if (temporary.match(entries.fileName()).hasMatch())
+            QFile::remove(entry);
+    }
+}
+
+std::optional<QDateTime> modified(const QString &path)
+{
+    const QFileInfo info(path);
+    if (!info.exists())
+        return std::nullopt;
+    return info.lastModified().toUTC();
+}
+
 Expected<void> createLink(const QString &link, const QString &destination)
 {
     std::error_code code;
@@ -120,6 +146,8 @@ FileOperations FileOperations::live()
         .readLink = disk::readLink,
         .makeDirectories = disk::makeDirectories,
         .writeAtomically = disk::writeAtomically,
+        .removeLeftovers = disk::removeLeftovers,
+        .modified = disk::modified,
         .createLink = disk::createLink,
         .remove = disk::remove,
     };

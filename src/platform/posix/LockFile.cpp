@@ -1,5 +1,7 @@
 #include "platform/LockFile.h"
 
+#include "platform/posix/RegularFile.h"
+
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
@@ -10,15 +12,11 @@
 
 Expected<LockFile> LockFile::open(const QString &path, Access access)
 {
-    const QByteArray native = path.toLocal8Bit();
-    // A read-only open only probes: it must not wait for a writer when a FIFO
-    // stands in the lock file's place.
-    const int flags = access == Access::ReadWriteCreate ? O_RDWR | O_CREAT | O_NOFOLLOW | O_CLOEXEC
-                                                        : O_RDONLY | O_NOFOLLOW | O_CLOEXEC | O_NONBLOCK;
-    const int descriptor = ::open(native.constData(), flags, S_IRUSR | S_IWUSR);
-    if (descriptor < 0)
-        return Error::posix(errno, path);
-    return LockFile(descriptor, path);
+    const int flags = access == Access::ReadWriteCreate ? O_RDWR | O_CREAT | O_NOFOLLOW : O_RDONLY | O_NOFOLLOW;
+    const Expected<int> descriptor = RegularFile::open(path, flags);
+    if (!descriptor)
+        return descriptor.error();
+    return LockFile(descriptor.value(), path);
 }
 
 LockFile::LockFile(int descriptor, QString path)

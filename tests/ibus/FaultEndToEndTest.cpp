@@ -1,0 +1,330 @@
+// The real tolvar command in hostile surroundings, inside the private session
+// (engines xkb:us::eng, xkb:de::deu, hangul): whatever stands at its files and
+// whatever its daemons do, it returns within a few seconds, reports once, and
+// leaves the files as they were.
+#include "core/config/ConfigStore.h"
+#include "core/login/InstanceLock.h"
+#include "platform/InputSources.h"
+#include "platform/linux/IBusAddress.h"
+
+#include "support/ParamName.h"
+#include "support/Process.h"
+#include "support/Spin.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QDirIterator>
+#include <QFile>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+namespace {
+
+const QString executable = TOLVAR_EXECUTABLE;
+const QString german = "xkb:de::deu";
+// Generous for a loaded machine; a hang never gets there.
+constexpr int boundMs = 10000;
+
+QString directory()
+{
+    return ConfigStore::directory();
+}
+
+// Name, kind and content of everything in the configuration folder.
+QStringList snapshot()
+{
+    QStringList entries;
+    QDirIterator it(directory(), QDir::AllEntries | QDir::Hidden | QDir::System | QDir::NoDotAndDotDot);
+    while (it.hasNext()) {
+        const QFileInfo info(it.next());
+        QString what = info.isSymLink() ? "link " + info.symLinkTarget() : info.isDir() ? "folder" : "other";
+        if (!info.isSymLink() && info.isFile()) {
+            QFile file(info.filePath());
+            what = file.open(QIODevice::ReadOnly) ? QString::fromUtf8(file.readAll()) : "unreadable";
+        }
+        entries << info.fileName() + ": " + what;
+    }
+    entries.sort();
+    return entries;
+}
+
+enum class Standing { Fifo, Folder, DanglingLink };
+
+void place(Standing what, const QString &path)
+{
+    QFile::remove(path);
+    switch (what) {
+    case Standing::Fifo: ASSERT_EQ(::mkfifo(QFile::encodeName(path).constData(), 0600), 0); break;
+    case Standing::Folder: ASSERT_TRUE(QDir().mkpath(path)); break;
+    case Standing::DanglingLink: ASSERT_TRUE(QFile::link(directory() + "/nowhere", path)); break;
+    }
+}
+
+bool gone(int pid)
+{
+    QFile status(QStringLiteral("/proc/%1/status").arg(pid));
+    return !status.open(QIODevice::ReadOnly) || status.readAll().contains("State:\tZ");
+}
+
+// The processes that hold `path` open.
+QList<int> holders(const QString &path)
+{
+    QList<int> pids;
+    for (const QString &pid : QDir("/proc").entryList({"[0-9]*"}, QDir::Dirs)) {
+        const QDir descriptors("/proc/" + pid + "/fd");
+        for (const QFileInfo &fd : descriptors.entryInfoList(QDir::System | QDir::Files))
+            if (fd.symLinkTarget() == path && !pids.contains(pid.toInt()))
+                pids << pid.toInt();
+    }
+    return pids;
+}
+
+void signalDaemon(int signal)
+{
+    ::kill(qEnvironmentVariableIntValue("TOLVAR_IBUS_DAEMON"), signal);
+}
+
+// A bus that listens and never accepts: the kernel completes connections
+// that nobody ever reads or answers.
+class SilentBus
+{
+public:
+    ~SilentBus()
+    {
+        if (m_socket >= 0)
+            ::close(m_socket);
+    }
+    QString listen(const QString &name)
+    {
+        const QByteArray path = QFile::encodeName(QDir::temp().filePath(name));
+        ::unlink(path.constData());
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        qstrncpy(address.sun_path, path.constData(), sizeof address.sun_path);
+        m_socket = ::socket(AF_UNIX, SOCK_STREAM, 0);
+        EXPECT_EQ(::bind(m_socket, reinterpret_cast<const sockaddr *>(&address), sizeof address), 0);
+        EXPECT_EQ(::listen(m_socket, 16), 0);
+        return "unix:path=" + QFile::decodeName(path);
+    }
+
+private:
+    int m_socket = -1;
+};
+
+struct Fault
+{
+    const char *name;
+    QStringList arguments;
+    // Sets the scene: files, daemons, the environment. Returns what the report must name.
+    std::function<QString(QProcessEnvironment &, SilentBus &)> arrange;
+};
+
+Fault atFile(const char *name, Standing what, QString (*path)())
+{
+    return {name, {"pause"}, [what, path](QProcessEnvironment &, SilentBus &) {
+                place(what, path());
+                return path();
+            }};
+}
+
+QString configFile()
+{
+    return ConfigStore::file();
+}
+QString configLock()
+{
+    return ConfigStore::lockFileIn(directory());
+}
+QString instanceLock()
+{
+    return InstanceLock::fileIn(directory());
+}
+
+class FaultEndToEndTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (IBusAddress::published().isEmpty())
+            GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
+        m_environment.insert("LANG", "C.UTF-8");
+        QDir(directory()).removeRecursively();
+        ASSERT_TRUE(ConfigStore::write(Config{german, true, std::nullopt, true}, directory()).ok());
+    }
+    void TearDown() override { signalDaemon(SIGCONT); }
+
+    ProcessResult tolvar(const QStringList &arguments) const
+    {
+        return runProcess(executable, arguments, m_environment, boundMs);
+    }
+
+    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
+};
+
+class FaultTableTest : public FaultEndToEndTest, public testing::WithParamInterface<Fault>
+{
+};
+
+TEST_P(FaultTableTest, ReturnsSoonReportsOnceNamesTheCauseAndChangesNothing)
+{
+    SilentBus silent;
+    const QString cause = GetParam().arrange(m_environment, silent);
+    const QStringList before = snapshot();
+
+    const ProcessResult text = tolvar(GetParam().arguments);
+    ASSERT_TRUE(text.finished);
+    EXPECT_EQ(text.exitCode, 1);
+    EXPECT_TRUE(text.out.isEmpty()) << text.out.constData();
+    EXPECT_EQ(text.err.count('\n'), 1) << text.err.constData();
+    EXPECT_TRUE(QString::fromUtf8(text.err).contains(cause)) << text.err.constData();
+
+    const ProcessResult json = tolvar(GetParam().arguments + QStringList{"--json"});
+    ASSERT_TRUE(json.finished);
+    EXPECT_EQ(json.exitCode, 1);
+    EXPECT_TRUE(json.err.isEmpty()) << json.err.constData();
+    EXPECT_EQ(json.out.count('\n'), 1);
+    const QJsonObject error = QJsonDocument::fromJson(json.out).object()["error"].toObject();
+    EXPECT_TRUE(error["detail"].toString().contains(cause)) << json.out.constData();
+
+    EXPECT_EQ(snapshot(), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Faults, FaultTableTest,
+                         testing::Values(atFile("FifoAtConfig", Standing::Fifo, configFile),
+                                         atFile("FolderAtConfig", Standing::Folder, configFile),
+                                         atFile("LinkToNothingAtConfig", Standing::DanglingLink, configFile),
+                                         atFile("FifoAtConfigLock", Standing::Fifo, configLock),
+                                         atFile("FolderAtConfigLock", Standing::Folder, configLock),
+                                         atFile("LinkToNothingAtConfigLock", Standing::DanglingLink, configLock),
+                                         atFile("FifoAtInstanceLock", Standing::Fifo, instanceLock),
+                                         atFile("FolderAtInstanceLock", Standing::Folder, instanceLock),
+                                         atFile("LinkToNothingAtInstanceLock", Standing::DanglingLink, instanceLock),
+                                         Fault{"FrozenIBus",
+                                               {"set", german},
+                                               [](QProcessEnvironment &, SilentBus &) {
+                                                   signalDaemon(SIGSTOP);
+                                                   return QStringLiteral("IBus");
+                                               }},
+                                         Fault{"IBusThatAcceptsAndNeverAnswers",
+                                               {"list"},
+                                               [](QProcessEnvironment &environment, SilentBus &silent) {
+                                                   environment.insert(
+                                                       "IBUS_ADDRESS",
+                                                       silent.listen(QStringLiteral("tolvar-ibus-%1")
+                                                                         .arg(QCoreApplication::applicationPid())));
+                                                   return QStringLiteral("IBus");
+                                               }},
+                                         Fault{"NoIBus",
+                                               {"apply"},
+                                               [](QProcessEnvironment &environment, SilentBus &) {
+                                                   environment.insert("IBUS_ADDRESS", "unix:path=/nonexistent/ibus");
+                                                   return QStringLiteral("IBus");
+                                               }}),
+                         ParamName());
+
+TEST_F(FaultEndToEndTest, SilentSessionBusHoldsUpNothing)
+{
+    SilentBus silent;
+    m_environment.insert("DBUS_SESSION_BUS_ADDRESS",
+                         silent.listen(QStringLiteral("tolvar-bus-%1").arg(QCoreApplication::applicationPid())));
+    for (const char *command : {"pause", "resume"}) {
+        const ProcessResult result = tolvar({command, "--json"});
+        ASSERT_TRUE(result.finished) << command;
+        EXPECT_EQ(result.exitCode, 0) << command << result.out.constData();
+        EXPECT_EQ(result.out.count('\n'), 1);
+    }
+}
+
+TEST_F(FaultEndToEndTest, OutputThatCannotBeWrittenFails)
+{
+    QProcess process;
+    process.setProcessEnvironment(m_environment);
+    process.setStandardOutputFile("/dev/full");
+    process.start(executable, {"status"});
+    ASSERT_TRUE(process.waitForFinished(boundMs));
+    EXPECT_EQ(process.exitCode(), 1);
+    EXPECT_EQ(process.readAllStandardError().count('\n'), 1);
+}
+
+TEST_F(FaultEndToEndTest, OpenReturnsAtOnceInsideCommandSubstitution)
+{
+    const ProcessResult opened =
+        runProcess("sh", {"-c", "x=$(\"$0\" open); echo \"[$x]\"", executable}, m_environment, boundMs);
+    ASSERT_TRUE(opened.finished);
+    EXPECT_EQ(opened.out, "[]\n");
+    // The instance it started takes the lock; end it, found by that lock's holder.
+    ASSERT_TRUE(spinUntil(
+        [] {
+            const Expected<bool> held = InstanceLock::isHeld(instanceLock());
+            return held && held.value();
+        },
+        boundMs));
+    for (const int pid : holders(instanceLock()))
+        ::kill(pid, SIGTERM);
+}
+
+TEST_F(FaultEndToEndTest, BackgroundInstanceOutlivesAFrozenDaemon)
+{
+    QProcess instance;
+    instance.start(executable, {"background"});
+    const auto status = [&] {
+        return QJsonDocument::fromJson(tolvar({"status", "--json"}).out).object()["status"].toObject();
+    };
+    ASSERT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, boundMs));
+    signalDaemon(SIGSTOP);
+    const QJsonObject frozen = status();
+    EXPECT_TRUE(frozen["running"].toBool());
+    EXPECT_EQ(frozen["state"], "error");
+    signalDaemon(SIGCONT);
+    EXPECT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, boundMs));
+    instance.kill();
+    instance.waitForFinished();
+}
+
+TEST_F(FaultEndToEndTest, ConcurrentSetsEndAtTheFinalPin)
+{
+    const QStringList engines = {"xkb:us::eng", german, "hangul"};
+    QList<QProcess *> writers;
+    for (int writer = 0; writer < 4; ++writer) {
+        QString script = "for i in $(seq 25); do \"$0\" set \"$1\" --json || exit 1; done";
+        auto *process = new QProcess;
+        process->setProcessEnvironment(m_environment);
+        process->start("sh", {"-c", script, executable, engines[writer % 3]});
+        writers << process;
+    }
+    for (QProcess *process : writers) {
+        EXPECT_TRUE(process->waitForFinished(120000));
+        EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardOutput().right(400).constData();
+        delete process;
+    }
+    EXPECT_EQ(InputSources::live().currentID(), ConfigStore::load()->sourceID);
+}
+
+TEST_F(FaultEndToEndTest, StoppedHelperEndsWithItsParent)
+{
+    ASSERT_TRUE(ConfigStore::write(Config{"hangul", true, std::nullopt, true}, directory()).ok());
+    QProcess parent;
+    parent.start("sh", {"-c", "\"$0\" focus hangul & echo $!; wait", executable});
+    ASSERT_TRUE(parent.waitForReadyRead(boundMs));
+    const int helper = parent.readLine().trimmed().toInt();
+    // Once it has threads it is past the point where it ties itself to its parent.
+    const auto threads = [helper] {
+        QFile status(QStringLiteral("/proc/%1/status").arg(helper));
+        return status.open(QIODevice::ReadOnly) && !status.readAll().contains("Threads:\t1\n");
+    };
+    ASSERT_TRUE(spinUntil(threads, boundMs));
+    ::kill(helper, SIGSTOP);
+    parent.kill();
+    parent.waitForFinished();
+    EXPECT_TRUE(spinUntil([helper] { return gone(helper); }, boundMs));
+}
+
+} // namespace

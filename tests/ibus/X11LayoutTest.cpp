@@ -1,0 +1,80 @@
+// The X layout on a virtual X display, against the private session's IBus
+// (scripts/private-session --x11 --ibus): IBus itself leaves it alone.
+#include "platform/linux/X11Layout.h"
+#include "platform/linux/IBusAddress.h"
+
+#include "support/Process.h"
+#include "support/Spin.h"
+
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+const QString executable = TOLVAR_EXECUTABLE;
+
+QString xLayout()
+{
+    return X11Layout::current().value_or(X11Layout::Names()).layout;
+}
+
+QString reported()
+{
+    const ProcessResult status = runProcess(executable, {"status", "--json"});
+    return QJsonDocument::fromJson(status.out).object()["status"].toObject()["current"].toObject()["id"].toString();
+}
+
+void keepSystemLayout(bool keep)
+{
+    runProcess("gsettings",
+               {"set", "org.freedesktop.ibus.general", "use-system-keyboard-layout", keep ? "true" : "false"});
+}
+
+class X11LayoutTest : public testing::TestWithParam<std::pair<bool, const char *>>
+{
+protected:
+    void SetUp() override
+    {
+        if (IBusAddress::published().isEmpty() || !X11Layout::isX11Session())
+            GTEST_SKIP() << "needs scripts/private-session --x11 --ibus";
+        runProcess("setxkbmap", {"-layout", "us"});
+        ASSERT_EQ(runProcess("ibus", {"engine", "xkb:us::eng"}).exitCode, 0);
+    }
+
+    void TearDown() override { keepSystemLayout(false); }
+};
+
+TEST_P(X11LayoutTest, SetFollowsIBusSetting)
+{
+    const auto [keepSystem, expected] = GetParam();
+    keepSystemLayout(keepSystem);
+    const ProcessResult set = runProcess(executable, {"set", "xkb:de::deu"});
+    ASSERT_EQ(set.exitCode, 0) << set.err.constData();
+    EXPECT_EQ(xLayout(), expected);
+    EXPECT_EQ(reported(), "xkb:de::deu");
+}
+
+INSTANTIATE_TEST_SUITE_P(X11Layout, X11LayoutTest, testing::Values(std::pair{false, "de"}, std::pair{true, "us"}),
+                         [](const auto &row) { return row.param.first ? "SystemLayoutKept" : "EngineLayoutSet"; });
+
+TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)
+{
+    ASSERT_EQ(runProcess(executable, {"set", "xkb:de::deu"}).exitCode, 0);
+    ASSERT_EQ(runProcess(executable, {"resume"}).exitCode, 0);
+    QProcess instance;
+    instance.start(executable, {"background"});
+    ASSERT_TRUE(instance.waitForStarted());
+    for (int round = 0; round < 2; ++round) {
+        ASSERT_EQ(runProcess("ibus", {"engine", "xkb:us::eng"}).exitCode, 0);
+        EXPECT_TRUE(spinUntil([] { return xLayout() == "de" && reported() == "xkb:de::deu"; }, 5000))
+            << "round " << round << ": layout " << qPrintable(xLayout());
+    }
+    instance.kill();
+    instance.waitForFinished();
+}
+
+} // namespace
