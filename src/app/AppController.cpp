@@ -75,9 +75,8 @@ AppController::Launch AppController::launch(bool openWindowOnLaunch)
 
     if (!m_model.isPreview()) {
         // Queued: a request from outside may arrive in the middle of anything.
-        m_dependencies.notifications.observe(ConfigStore::openWindow, this, [this] {
-            QTimer::singleShot(0, this, &AppController::showWindow);
-        });
+        m_dependencies.notifications.observe(ConfigStore::openWindow, this,
+                                             [this] { QTimer::singleShot(0, this, &AppController::showWindow); });
     }
     m_dependencies.trayHost.whenPresent(this, [this] { createTrayIcon(); });
     if (openWindowOnLaunch)

@@ -48,8 +48,9 @@ protected:
         m_instance->setProcessEnvironment(environment);
         m_instance->start(executable, {mode});
         ASSERT_TRUE(m_instance->waitForStarted());
-        ASSERT_TRUE(spinUntil([] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())).value(); },
-                              waitMs));
+        ASSERT_TRUE(spinUntil(
+            [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())).value(); },
+            waitMs));
     }
 
     bool windows(qsizetype count) const

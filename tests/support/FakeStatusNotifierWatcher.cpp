@@ -35,7 +35,7 @@ bool FakeStatusNotifierWatcher::own()
     QDBusConnection bus = QDBusConnection::sessionBus();
     return bus.registerObject(QStringLiteral("/StatusNotifierWatcher"), this,
                               QDBusConnection::ExportAllSlots | QDBusConnection::ExportAllProperties)
-        && bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
+           && bus.registerService(QStringLiteral("org.kde.StatusNotifierWatcher"));
 }
 
 void FakeStatusNotifierWatcher::RegisterStatusNotifierItem(const QString &service)
@@ -45,9 +45,8 @@ void FakeStatusNotifierWatcher::RegisterStatusNotifierItem(const QString &servic
 
 QDBusArgument FakeStatusNotifierWatcher::property(const char *name) const
 {
-    QDBusMessage get = QDBusMessage::createMethodCall(m_items.value(0), itemPath,
-                                                      QStringLiteral("org.freedesktop.DBus.Properties"),
-                                                      QStringLiteral("Get"));
+    QDBusMessage get = QDBusMessage::createMethodCall(
+        m_items.value(0), itemPath, QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"));
     get << itemInterface << QString::fromLatin1(name);
     const QDBusMessage answer = QDBusConnection::sessionBus().call(get, QDBus::Block, timeoutMs);
     return answer.arguments().value(0).value<QDBusVariant>().variant().value<QDBusArgument>();
@@ -77,9 +76,8 @@ QByteArray FakeStatusNotifierWatcher::iconPixels() const
 
 bool FakeStatusNotifierWatcher::activate() const
 {
-    QDBusMessage click = QDBusMessage::createMethodCall(m_items.value(0), itemPath, itemInterface,
-                                                        QStringLiteral("Activate"));
+    QDBusMessage click =
+        QDBusMessage::createMethodCall(m_items.value(0), itemPath, itemInterface, QStringLiteral("Activate"));
     click << 0 << 0;
-    return QDBusConnection::sessionBus().call(click, QDBus::Block, timeoutMs).type()
-        == QDBusMessage::ReplyMessage;
+    return QDBusConnection::sessionBus().call(click, QDBus::Block, timeoutMs).type() == QDBusMessage::ReplyMessage;
 }

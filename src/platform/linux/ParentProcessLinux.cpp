@@ -34,14 +34,14 @@ QStringList desktopLaunchers()
     //   kioclient, kstart, and the file managers that start entries themselves.
     // xdg-open itself is a script, so it shows up as its shell and cannot be named.
     return {
-        QStringLiteral("systemd"),      QStringLiteral("gnome-shell"),     QStringLiteral("plasmashell"),
-        QStringLiteral("krunner"),      QStringLiteral("xfce4-panel"),     QStringLiteral("xfce4-appfinder"),
-        QStringLiteral("xfdesktop"),    QStringLiteral("cinnamon"),        QStringLiteral("mate-panel"),
-        QStringLiteral("lxqt-panel"),   QStringLiteral("lxqt-runner"),     QStringLiteral("budgie-panel"),
-        QStringLiteral("gio"),          QStringLiteral("gtk-launch"),      QStringLiteral("kioclient"),
-        QStringLiteral("kioclient5"),   QStringLiteral("kioclient6"),      QStringLiteral("kstart"),
-        QStringLiteral("kstart5"),      QStringLiteral("nautilus"),        QStringLiteral("dolphin"),
-        QStringLiteral("thunar"),       QStringLiteral("nemo"),            QStringLiteral("caja"),
+        QStringLiteral("systemd"),    QStringLiteral("gnome-shell"), QStringLiteral("plasmashell"),
+        QStringLiteral("krunner"),    QStringLiteral("xfce4-panel"), QStringLiteral("xfce4-appfinder"),
+        QStringLiteral("xfdesktop"),  QStringLiteral("cinnamon"),    QStringLiteral("mate-panel"),
+        QStringLiteral("lxqt-panel"), QStringLiteral("lxqt-runner"), QStringLiteral("budgie-panel"),
+        QStringLiteral("gio"),        QStringLiteral("gtk-launch"),  QStringLiteral("kioclient"),
+        QStringLiteral("kioclient5"), QStringLiteral("kioclient6"),  QStringLiteral("kstart"),
+        QStringLiteral("kstart5"),    QStringLiteral("nautilus"),    QStringLiteral("dolphin"),
+        QStringLiteral("thunar"),     QStringLiteral("nemo"),        QStringLiteral("caja"),
         QStringLiteral("pcmanfm-qt"),
     };
 }

@@ -56,12 +56,11 @@ public:
     {
         QDBusConnection bus = QDBusConnection::sessionBus();
         if (bus.isConnected()) {
-            auto *names =
-                new QDBusServiceWatcher(watcherName, bus, QDBusServiceWatcher::WatchForRegistration, this);
+            auto *names = new QDBusServiceWatcher(watcherName, bus, QDBusServiceWatcher::WatchForRegistration, this);
             connect(names, &QDBusServiceWatcher::serviceRegistered, this, &Watch::found);
-            QDBusMessage ask =
-                QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                               QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+            QDBusMessage ask = QDBusMessage::createMethodCall(
+                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
             ask << watcherName;
             auto *reply = new QDBusPendingCallWatcher(bus.asyncCall(ask, dbusTimeoutMs), this);
             connect(reply, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *call) {

@@ -6,7 +6,6 @@
 // The menu bar is always there.
 TrayHost TrayHost::live()
 {
-    return {[](QObject *context, std::function<void()> present) {
-        QTimer::singleShot(0, context, std::move(present));
-    }};
+    return {
+        [](QObject *context, std::function<void()> present) { QTimer::singleShot(0, context, std::move(present)); }};
 }
