@@ -45,11 +45,26 @@ struct InputSources
     // Whether a Chinese, Japanese, Korean or Vietnamese source takes effect only
     // once focus moves, so that selecting it needs the focus helper.
     bool cjkvNeedsFocus = false;
+    // Whether observeSelected's callbacks are needed now; they are until told
+    // otherwise. A backend that can only poll polls only while they are.
+    std::function<void(bool needed)> needSelected = {};
 
-    enum class Availability { Available, NotRunning, NotAnswering };
-    // Whether the input method framework can be asked now, in a bounded time;
-    // a backend without this field is always there.
-    std::function<Availability()> availability = {};
+    enum class Availability {
+        available,
+        // The input method framework is not running.
+        notRunning,
+        // It runs but does not answer in a bounded time.
+        notAnswering,
+        // The desktop keeps the sources to itself and Tolvar's extension for it
+        // (GNOME Shell) is not running: nothing can be read or switched.
+        extensionMissing,
+    };
+    // Asked afresh at each call, in a bounded time, so a framework or an
+    // extension that starts later is seen.
+    std::function<Availability()> availability = [] { return Availability::available; };
+    // Turns on what the backend needs from the desktop, for this and later
+    // sessions (GNOME: Tolvar's shell extension); false when that failed.
+    std::function<bool()> enableCompanion = [] { return true; };
 
     static InputSources live();
     // A system without input sources: no sources, nothing selected, every select `unavailable`.

@@ -325,6 +325,20 @@ private slots:
             QCOMPARE(checkedTexts.first(), checked);
     }
 
+    void choosingALanguageRetranslatesThePanel()
+    {
+        Rig rig;
+        rig.open();
+        QTest::keyClicks(rig.find<QLineEdit>(Identifier::sourceSearch), QStringLiteral("Ger"));
+        rig.click(Identifier::settings);
+        rig.find<QToolButton>(Identifier::language)->menu()->actions().last()->trigger(); // 한국어
+        rig.settle();
+        QCOMPARE(rig.find<QAbstractButton>(Identifier::about)->text(), L10n::text("about.title"));
+        QCOMPARE(L10n::activeLanguage(), QStringLiteral("ko"));
+        rig.click(Identifier::back);
+        QCOMPARE(rig.find<QLineEdit>(Identifier::sourceSearch)->text(), QStringLiteral("Ger"));
+    }
+
     void loginSwitchWaitsForTheChange()
     {
         Rig rig;

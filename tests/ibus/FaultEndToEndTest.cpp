@@ -4,6 +4,7 @@
 // leaves the files as they were.
 #include "core/config/ConfigStore.h"
 #include "core/login/InstanceLock.h"
+#include "platform/AppPlaces.h"
 #include "platform/InputSources.h"
 #include "platform/linux/IBusAddress.h"
 
@@ -145,7 +146,8 @@ QString configLock()
 }
 QString instanceLock()
 {
-    return InstanceLock::fileIn(directory());
+    QDir().mkpath(AppPlaces::sessionLockDirectory());
+    return InstanceLock::fileIn(AppPlaces::sessionLockDirectory());
 }
 
 class FaultEndToEndTest : public testing::Test

@@ -23,6 +23,7 @@ struct FakeEnforcementWorld
 
     Config config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true};
     bool secure = false;
+    std::optional<QString> unreachable;
     QString current = QStringLiteral("xkb:de::ger");
     // Selectable sources and whether each needs the focus helper.
     QHash<QString, bool> sources = {{QStringLiteral("xkb:us::eng"), false},
@@ -42,6 +43,7 @@ struct FakeEnforcementWorld
         EnforcementDependencies d;
         d.config = [this] { return config; };
         d.secureInput = [this] { return secure; };
+        d.unreachable = [this] { return unreachable; };
         d.currentID = [this] { return current; };
         d.find = [this](const QString &id) -> std::optional<EnforcementTarget> {
             if (!sources.contains(id))

@@ -15,7 +15,8 @@ AutomationStatus keeping()
             {"xkb:us::eng", "English (US)"},
             AutomationTarget{"xkb:us::eng", QString("English (US)"), true},
             false,
-            true};
+            true,
+            "ibus"};
 }
 
 struct EnvelopeCase
@@ -57,16 +58,17 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         EnvelopeCase{
             "StatusWithTarget", AutomationResponse::success("status", keeping()),
-            R"j({"command":"status","ok":true,"schemaVersion":1,"status":{"current":{"id":"xkb:us::eng","name":"English (US)"},)j"
+            R"j({"command":"status","ok":true,"schemaVersion":1,"status":{"backend":"ibus","current":{"id":"xkb:us::eng","name":"English (US)"},)j"
             R"j("enabled":true,"loginEnabled":false,"onboardingCompleted":true,"running":true,"state":"keeping",)j"
             R"j("target":{"available":true,"id":"xkb:us::eng","name":"English (US)"}}})j"},
         EnvelopeCase{
             "StatusWithoutTarget", AutomationResponse::success("pause", withoutTarget()),
-            R"j({"command":"pause","ok":true,"schemaVersion":1,"status":{"current":{"id":"xkb:us::eng","name":"English (US)"},)j"
+            R"j({"command":"pause","ok":true,"schemaVersion":1,"status":{"backend":"ibus","current":{"id":"xkb:us::eng","name":"English (US)"},)j"
             R"j("enabled":true,"loginEnabled":false,"onboardingCompleted":true,"running":true,"state":"setup"}})j"},
         EnvelopeCase{
             "GoneTargetPlainSlashesAndUnicode", AutomationResponse::success("status", goneTarget()),
-            "{\"command\":\"status\",\"ok\":true,\"schemaVersion\":1,\"status\":{\"current\":{\"id\":\"com.example/"
+            "{\"command\":\"status\",\"ok\":true,\"schemaVersion\":1,\"status\":{\"backend\":\"ibus\",\"current\":{"
+            "\"id\":\"com.example/"
             "\xc3\xa9\","
             "\"name\":\"\xc3\x9cn\xc3\xaf"
             "code \\\"quoted\\\"\"},\"enabled\":true,\"loginEnabled\":false,\"onboardingCompleted\":true,"
@@ -96,7 +98,9 @@ TEST(AutomationResponseFallbackTest, IsTheFixedDocument)
 
 TEST(AutomationStatusJsonTest, DecodesWhatItEncodes)
 {
-    for (const AutomationStatus &status : {keeping(), withoutTarget(), goneTarget()})
+    AutomationStatus unreachable = keeping();
+    unreachable.backendError = AutomationFailure::gnomeExtensionMissing();
+    for (const AutomationStatus &status : {keeping(), withoutTarget(), goneTarget(), unreachable})
         EXPECT_EQ(AutomationStatus::fromJson(status.toJson()), status);
     QJsonObject broken = keeping().toJson();
     broken.insert("state", "secureInput");

@@ -21,6 +21,7 @@ struct FakeServices
     std::optional<bool> running = true; // absent: the lock probe fails
     bool secure = false;
     bool login = false;
+    bool extensionRunning = true;
     int writes = 0;
 
     AutomationServices services()
@@ -52,6 +53,10 @@ struct FakeServices
         };
         s.secureInput = [this] { return secure; };
         s.loginEnabled = [this] { return login; };
+        s.availability = [this] {
+            return extensionRunning ? InputSources::Availability::available
+                                    : InputSources::Availability::extensionMissing;
+        };
         return s;
     }
 };
@@ -78,6 +83,8 @@ TEST_P(AutomationStatusTest, DerivesTheState)
     EXPECT_EQ(status->state.raw(), RuntimeState(GetParam().state).raw());
     EXPECT_EQ(status->target, GetParam().target);
     EXPECT_EQ(status->current, (AutomationSource{fake.current.id, fake.current.name}));
+    EXPECT_EQ(status->backendError,
+              fake.extensionRunning ? std::nullopt : std::optional(AutomationFailure::gnomeExtensionMissing()));
 }
 
 const AutomationTarget usTarget{us, QString("English (US)"), true};
@@ -118,7 +125,23 @@ INSTANTIATE_TEST_SUITE_P(
                                },
                                RuntimeState::MissingSource, AutomationTarget{"gone", std::nullopt, false}},
                     StatusCase{"SecureInputWhateverIsCurrent", [](auto &f) { f.secure = true; },
-                               RuntimeState::SecureInput, usTarget}),
+                               RuntimeState::SecureInput, usTarget},
+                    StatusCase{"UnreachableSourcesAreAnErrorNotAMissingPin",
+                               [](auto &f) {
+                                   f.extensionRunning = false;
+                                   f.choices.clear();
+                                   f.current = {};
+                               },
+                               RuntimeState::Error, AutomationTarget{us, std::nullopt, false}},
+                    StatusCase{"UnreachableSourcesDoNotMatterWhilePaused",
+                               [](auto &f) {
+                                   // Nothing is asked of sources out of reach.
+                                   f.extensionRunning = false;
+                                   f.stored->enabled = false;
+                                   f.choices.clear();
+                                   f.current = {};
+                               },
+                               RuntimeState::Paused, AutomationTarget{us, std::nullopt, false}}),
     ParamName());
 
 TEST(AutomationTest, StatusFailuresAreNamed)
@@ -139,6 +162,7 @@ struct KeepingCase
     CLIRequest::Command command;
     std::optional<AutomationFailure> failure;
     bool enabledAfter;
+    bool extensionRunning = true;
 };
 
 class AutomationKeepingTest : public testing::TestWithParam<KeepingCase>
@@ -149,6 +173,7 @@ TEST_P(AutomationKeepingTest, EditsOnlyEnabled)
 {
     FakeServices fake;
     fake.stored = GetParam().stored;
+    fake.extensionRunning = GetParam().extensionRunning;
     const std::optional<Config> before = fake.stored;
     const auto status = Automation(fake.services()).setKeeping(GetParam().command);
     if (GetParam().failure) {
@@ -179,6 +204,8 @@ INSTANTIATE_TEST_SUITE_P(
                     KeepingCase{"Resume", pinnedOff, C::Resume, std::nullopt, true},
                     KeepingCase{"ResumeWithoutPin", unpinnedOff, C::Resume, AutomationFailure::noTarget(), false},
                     KeepingCase{"ResumeWithGoneSource", goneOff, C::Resume, AutomationFailure::missingSource(), false},
+                    KeepingCase{"ResumeWithoutTheGnomeExtension", pinnedOff, C::Resume,
+                                AutomationFailure::gnomeExtensionMissing(), false, false},
                     KeepingCase{"ToggleOff", pinnedOn, C::Toggle, std::nullopt, false},
                     KeepingCase{"ToggleOffIgnoresThePin", Config{"gone", true, std::nullopt, true}, C::Toggle,
                                 std::nullopt, false},

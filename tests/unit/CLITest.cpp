@@ -48,6 +48,11 @@ public:
         s.automation.loginEnabled = [this] { return login; };
         s.automation.availability = [this] { return availability; };
         s.automation.framework = QStringLiteral("IBus");
+        s.automation.backend = "gnome";
+        s.enableCompanion = [this] {
+            ++companionEnables;
+            return companionTurnsOn;
+        };
         s.switchOnce = [this]() -> std::optional<SwitchOutcome> {
             ++switches;
             if (outcome && *outcome == SwitchOutcome::success() && stored)
@@ -100,7 +105,9 @@ public:
     QString current = hangul;
     bool running = true;
     bool login = false;
-    InputSources::Availability availability = InputSources::Availability::Available;
+    InputSources::Availability availability = InputSources::Availability::available;
+    bool companionTurnsOn = true;
+    int companionEnables = 0;
     std::optional<SwitchOutcome> outcome = SwitchOutcome::success();
     std::optional<QString> loginError;
     std::optional<AutomationFailure> openFailure;
@@ -128,11 +135,12 @@ TEST_F(CLITest, StatusReportEndsWithTheStoppedLineWhenNothingRuns)
     EXPECT_EQ(run({}), 0);
     const QStringList lines = stdoutText().split('\n', Qt::SkipEmptyParts);
     const QString format = L10n::text("cli.line");
-    ASSERT_EQ(lines.size(), 7);
+    ASSERT_EQ(lines.size(), 8);
     EXPECT_EQ(lines[0], format.arg(L10n::text("cli.label.state"), L10n::text("state.stopped")));
     EXPECT_EQ(lines[2], format.arg(L10n::text("cli.label.current"), "Korean  hangul"));
     EXPECT_EQ(lines[3], format.arg(L10n::text("cli.label.pinned"), "English (US)  xkb:us::eng"));
-    EXPECT_EQ(lines[6], L10n::text("cli.msg.stopped"));
+    EXPECT_EQ(lines[6], format.arg(L10n::text("cli.label.backend"), "gnome"));
+    EXPECT_EQ(lines[7], L10n::text("cli.msg.stopped"));
 }
 
 TEST_F(CLITest, SetWithJsonReportsTheStatusAfterTheSwitch)
@@ -148,6 +156,7 @@ TEST_F(CLITest, InstallPinsKeepsAndSaysSo)
     EXPECT_EQ(run({"install", hangul}), 0);
     EXPECT_EQ(stored, (Config{hangul, true, std::nullopt, true}));
     EXPECT_EQ(installedFor, "/opt/tolvar/bin/tolvar");
+    EXPECT_EQ(companionEnables, 1);
     EXPECT_EQ(stdoutText(), L10n::text("cli.msg.pinned").arg(hangul) + "\n"
                                 + L10n::text("cli.msg.login").arg(L10n::text("app.name")) + "\n");
 }
@@ -238,13 +247,13 @@ INSTANTIATE_TEST_SUITE_P(
                     AutomationFailure::configWriteFailed(),
                     [] { return L10n::text("cli.err.write").arg(Error::posix(ELOOP, "config.lock").description()); }},
         FailureCase{"ListWithoutInputMethod",
-                    [](CLITest &fixture) { fixture.availability = InputSources::Availability::NotRunning; },
+                    [](CLITest &fixture) { fixture.availability = InputSources::Availability::notRunning; },
                     {"list"},
                     AutomationFailure::inputMethodNotRunning("IBus"),
                     [] { return L10n::text("cli.err.im-absent").arg("IBus"); }},
         FailureCase{
             "SetWhileInputMethodIsSilent",
-            [](CLITest &fixture) { fixture.availability = InputSources::Availability::NotAnswering; },
+            [](CLITest &fixture) { fixture.availability = InputSources::Availability::notAnswering; },
             {"set", hangul},
             AutomationFailure::inputMethodNotAnswering("IBus"),
             [] { return L10n::text("cli.err.im-silent").arg("IBus"); },
@@ -300,6 +309,15 @@ INSTANTIATE_TEST_SUITE_P(
                     AutomationFailure::noTarget(),
                     [] { return L10n::text("cli.err.no-pin"); },
                     [](const CLITest &fixture) { EXPECT_FALSE(fixture.stored->enabled); }},
+        FailureCase{"InstallWithoutTheGnomeExtensionTurnsItOnFirst",
+                    [](CLITest &fixture) { fixture.availability = InputSources::Availability::extensionMissing; },
+                    {"install", hangul},
+                    AutomationFailure::gnomeExtensionMissing(),
+                    [] { return L10n::text("cli.err.gnome-extension-enabled"); },
+                    [](const CLITest &fixture) {
+                        EXPECT_EQ(fixture.companionEnables, 2) << "once per run";
+                        EXPECT_FALSE(fixture.login);
+                    }},
         FailureCase{"StatusOnCorruptFile",
                     [](CLITest &fixture) { fixture.corrupt = true; },
                     {"status"},

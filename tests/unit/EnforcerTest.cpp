@@ -178,6 +178,18 @@ INSTANTIATE_TEST_SUITE_P(
                                },
                                {},
                                0},
+                    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
+                               [](auto &w) {
+                                   w.unreachable = "no extension";
+                                   w.current = us;
+                               },
+                               true,
+                               true,
+                               [] {
+                                   return QStringList{"update", "r:failed(no extension)"};
+                               },
+                               {},
+                               0},
                     SingleCase{"SelectFails",
                                [](auto &w) { w.selectStatus = -50; },
                                true,
@@ -414,6 +426,7 @@ protected:
             m_activation = std::move(callback);
         };
         triggers.wake = [this](QObject *, std::function<void()> callback) { m_wake = std::move(callback); };
+        triggers.keeping = [this](bool keeping) { m_keeping << keeping; };
         m_enforcer = std::make_unique<Enforcer>(m_world.dependencies(), triggers);
         m_enforcer->setOnUpdate([this] { m_log << "update"; });
         m_enforcer->start();
@@ -423,7 +436,23 @@ protected:
     std::function<void()> m_selection;
     std::function<void()> m_wake;
     std::function<void(qint64)> m_activation;
+    QList<bool> m_keeping;
 };
+
+// Polling backends look only while this says a source is pinned and kept.
+TEST_F(EnforcerTriggerTest, TellsWhetherItKeepsAtEachLook)
+{
+    const auto look = [this](std::optional<QString> pinned, bool enabled) {
+        m_world.config.sourceID = std::move(pinned);
+        m_world.config.enabled = enabled;
+        m_wake();
+        return m_keeping.takeLast();
+    };
+    EXPECT_TRUE(look(us, true));
+    EXPECT_FALSE(look(us, false)) << "paused";
+    EXPECT_FALSE(look(std::nullopt, true)) << "nothing pinned";
+    EXPECT_FALSE(look(QString(), true)) << "nothing pinned";
+}
 
 TEST_F(EnforcerTriggerTest, SelectionChangeSwitchesBackFromTheEventLoop)
 {

@@ -56,6 +56,13 @@ MainPage::MainPage(AppModel &model, std::function<void()> openKeyboardSettings, 
     render();
 }
 
+void MainPage::setQuery(const QString &query)
+{
+    m_search->setText(query);
+    m_query = query;
+    renderSources();
+}
+
 void MainPage::render()
 {
     m_banner->render();

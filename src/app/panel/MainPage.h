@@ -19,6 +19,7 @@ public:
 
     void render();
     QString query() const { return m_query; }
+    void setQuery(const QString &query);
 
     static constexpr int spacing = 8;
     static constexpr int footerSpacing = 4;

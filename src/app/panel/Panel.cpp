@@ -85,10 +85,7 @@ Panel::Panel(AppModel &model, bool inWindow, int maximumHeight, QWidget *parent)
     m_body->viewport()->setAutoFillBackground(false);
     column->addWidget(m_body);
 
-    m_main = new MainPage(model, [this] { openKeyboardSettings(); });
-    m_mainFrame = padded(m_main);
-    m_settings = new SettingsPage(model, {[this] { openKeyboardSettings(); }, [this] { setPage(PanelPage::about); }});
-    m_settingsFrame = padded(m_settings);
+    buildPages();
 
     new PanelScreenHeight(this, [this](int height) { setScreenHeight(height); });
     new HiddenShortcut(QKeySequence(Qt::CTRL | Qt::Key_Q), this, [] { QCoreApplication::quit(); });
@@ -165,8 +162,38 @@ QString Panel::identity() const
              QString::number(m_model.setupStep()));
 }
 
+// Gone once the event in hand is over: it may be the sender of what is being handled.
+static void discard(QWidget *widget)
+{
+    if (widget) {
+        widget->hide();
+        widget->deleteLater();
+    }
+}
+
+void Panel::buildPages()
+{
+    // Texts are read when a page is built, so a new language builds them anew.
+    m_language = L10n::activeLanguage();
+    const QString query = m_main ? m_main->query() : QString();
+    if (m_body->widget())
+        m_body->takeWidget()->setParent(this);
+    for (QWidget *frame : {m_mainFrame, m_settingsFrame, m_aboutFrame, m_setupFrame, m_header})
+        discard(frame);
+    m_aboutFrame = m_setupFrame = m_header = nullptr;
+    m_setupView = nullptr;
+    m_setupHeader = nullptr;
+    m_main = new MainPage(m_model, [this] { openKeyboardSettings(); });
+    m_main->setQuery(query);
+    m_mainFrame = padded(m_main);
+    m_settings = new SettingsPage(m_model, {[this] { openKeyboardSettings(); }, [this] { setPage(PanelPage::about); }});
+    m_settingsFrame = padded(m_settings);
+}
+
 void Panel::render()
 {
+    if (L10n::activeLanguage() != m_language)
+        buildPages();
     const QString identity = this->identity();
     if (identity != m_identity || m_showingSetup != m_model.showsOnboarding() || !m_header) {
         m_showingSetup = m_model.showsOnboarding();
@@ -191,7 +218,10 @@ void Panel::render()
 
 void Panel::rebuildHeader()
 {
-    delete m_header;
+    if (m_header) {
+        m_headerBox->removeWidget(m_header);
+        discard(m_header);
+    }
     m_setupHeader = nullptr;
     int leftPadding = sidePadding;
     int rightPadding = sidePadding;
@@ -253,7 +283,7 @@ void Panel::showContent()
     }
     if (!m_showingSetup && m_setupFrame) {
         // The flow's search starts empty each time it opens.
-        m_setupFrame->deleteLater();
+        discard(m_setupFrame);
         m_setupFrame = nullptr;
         m_setupView = nullptr;
     }

@@ -51,6 +51,7 @@ protected:
     void resizeEvent(QResizeEvent *event) override;
 
 private:
+    void buildPages();
     void render();
     void rebuildHeader();
     void showContent();
@@ -71,10 +72,11 @@ private:
     QVBoxLayout *m_headerBox;
     QWidget *m_header = nullptr;
     QScrollArea *m_body;
-    MainPage *m_main;
-    QWidget *m_mainFrame;
-    SettingsPage *m_settings;
-    QWidget *m_settingsFrame;
+    QString m_language;
+    MainPage *m_main = nullptr;
+    QWidget *m_mainFrame = nullptr;
+    SettingsPage *m_settings = nullptr;
+    QWidget *m_settingsFrame = nullptr;
     QWidget *m_aboutFrame = nullptr;
     QWidget *m_setupFrame = nullptr;
     OnboardingView *m_setupView = nullptr;

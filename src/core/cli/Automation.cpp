@@ -20,13 +20,13 @@ RuntimeState stateFor(const Config &config, bool running, bool reachable, const 
 {
     if (!running)
         return RuntimeState::Stopped;
-    // Whatever else holds, the running instance cannot keep anything now.
-    if (!reachable)
-        return RuntimeState::Error;
     if (!config.enabled)
         return RuntimeState::Paused;
     if (!config.sourceID || config.sourceID->isEmpty())
         return RuntimeState::Setup;
+    // Every source would look missing; the cause is elsewhere.
+    if (!reachable)
+        return RuntimeState::Error;
     if (!target || !target->available)
         return RuntimeState::MissingSource;
     if (secureInput)
@@ -53,7 +53,8 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     }
 
     // Without the framework there is nothing to ask; an empty answer would read as "no source".
-    const bool reachable = availability() == InputSources::Availability::Available;
+    const std::optional<AutomationFailure> blocked = sourcesBlocked();
+    const bool reachable = !blocked;
     const InputChoice current = reachable ? m_services.current() : InputChoice{};
     const std::optional<AutomationTarget> target =
         config.sourceID ? targetFor(config, reachable ? m_services.choices() : QList<InputChoice>()) : std::nullopt;
@@ -70,6 +71,8 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     status.target = target;
     status.loginEnabled = m_services.loginEnabled();
     status.onboardingCompleted = config.onboardingCompleted;
+    status.backend = m_services.backend;
+    status.backendError = blocked;
     return status;
 }
 
@@ -100,13 +103,18 @@ Expected<void, AutomationFailure> Automation::requireTarget(const std::optional<
 {
     if (!sourceID || sourceID->isEmpty())
         return AutomationFailure::noTarget();
-    if (const auto reachable = requireInputMethod(); !reachable)
-        return reachable.error();
+    if (const auto blocked = sourcesBlocked())
+        return *blocked;
     for (const InputChoice &choice : m_services.choices()) {
         if (choice.id == *sourceID)
             return {};
     }
     return AutomationFailure::missingSource();
+}
+
+std::optional<AutomationFailure> Automation::sourcesBlocked() const
+{
+    return AutomationFailure::forAvailability(m_services.availability(), m_services.framework);
 }
 
 Expected<Config, AutomationFailure> Automation::editConfig(const Edit &edit) const
@@ -127,20 +135,4 @@ Expected<Config, AutomationFailure> Automation::editConfig(const Edit &edit) con
     if (written.error().domain() == Error::Domain::Decode)
         return AutomationFailure::invalidConfig().withDetail(written.error().description());
     return AutomationFailure::configWriteFailed().withDetail(written.error().description());
-}
-
-InputSources::Availability Automation::availability() const
-{
-    return m_services.availability ? m_services.availability() : InputSources::Availability::Available;
-}
-
-Expected<void, AutomationFailure> Automation::requireInputMethod() const
-{
-    switch (availability()) {
-    case InputSources::Availability::Available: return {};
-    case InputSources::Availability::NotRunning: return AutomationFailure::inputMethodNotRunning(m_services.framework);
-    case InputSources::Availability::NotAnswering:
-        return AutomationFailure::inputMethodNotAnswering(m_services.framework);
-    }
-    return {};
 }

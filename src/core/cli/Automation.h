@@ -24,9 +24,8 @@ public:
     // Fails unless the identifier names a selectable source.
     Expected<void, AutomationFailure> requireTarget(const std::optional<QString> &sourceID) const;
     Expected<Config, AutomationFailure> editConfig(const Edit &edit) const;
-    // Fails, naming the framework, unless the input sources can be asked.
-    Expected<void, AutomationFailure> requireInputMethod() const;
-    InputSources::Availability availability() const;
+    // Why no source can be read or switched now, naming the framework, if that is so.
+    std::optional<AutomationFailure> sourcesBlocked() const;
 
 private:
     AutomationServices m_services;

@@ -1,5 +1,7 @@
 #include "core/cli/AutomationFailure.h"
 
+#include "core/sources/SourcesAvailability.h"
+
 namespace {
 
 AutomationFailure make(const char *code, const char *message)
@@ -107,6 +109,25 @@ AutomationFailure AutomationFailure::withDetail(const QString &text) const
     AutomationFailure failure = *this;
     failure.detail = text;
     return failure;
+}
+
+AutomationFailure AutomationFailure::gnomeExtensionMissing()
+{
+    return {QStringLiteral("gnome_extension_missing"),
+            QStringLiteral("Tolvar's GNOME Shell extension is not running. Run %1, then log out and back in.")
+                .arg(SourcesAvailability::gnomeExtensionCommand())};
+}
+
+std::optional<AutomationFailure> AutomationFailure::forAvailability(InputSources::Availability availability,
+                                                                    const QString &framework)
+{
+    switch (availability) {
+    case InputSources::Availability::available: return std::nullopt;
+    case InputSources::Availability::notRunning: return inputMethodNotRunning(framework);
+    case InputSources::Availability::notAnswering: return inputMethodNotAnswering(framework);
+    case InputSources::Availability::extensionMissing: return gnomeExtensionMissing();
+    }
+    return std::nullopt;
 }
 
 AutomationFailure AutomationFailure::encodingFailed()

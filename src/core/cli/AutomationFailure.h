@@ -1,6 +1,10 @@
 #pragma once
 
+#include "platform/InputSources.h"
+
 #include <QString>
+
+#include <optional>
 
 // The command line's error: a stable snake-case code and a fixed English
 // sentence, the same in every language.
@@ -36,6 +40,11 @@ struct AutomationFailure
     // The input method framework, named in `detail`, is not running or does not answer.
     static AutomationFailure inputMethodNotRunning(const QString &framework);
     static AutomationFailure inputMethodNotAnswering(const QString &framework);
+    // The session is GNOME and Tolvar's shell extension is not running.
+    static AutomationFailure gnomeExtensionMissing();
+    // What keeps the input sources out of reach, if anything.
+    static std::optional<AutomationFailure> forAvailability(InputSources::Availability availability,
+                                                            const QString &framework);
 
     AutomationFailure withDetail(const QString &text) const;
 };

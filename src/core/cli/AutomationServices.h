@@ -23,10 +23,12 @@ struct AutomationServices
     std::function<Expected<bool>()> running;
     std::function<bool()> secureInput;
     std::function<bool()> loginEnabled;
-    // Whether the input method framework can be asked; unset means it can.
-    std::function<InputSources::Availability()> availability = {};
+    // The input-source backend in use, by name ("ibus", "gnome"...).
+    QString backend = {};
     // The framework's name in messages, such as "IBus".
     QString framework = {};
+    // Whether that backend can reach the sources now.
+    std::function<InputSources::Availability()> availability = [] { return InputSources::Availability::available; };
 
     static AutomationServices live();
 };

@@ -61,6 +61,9 @@ QJsonObject AutomationStatus::toJson() const
     };
     if (target)
         object.insert(QStringLiteral("target"), target->toJson());
+    object.insert(QStringLiteral("backend"), backend);
+    if (backendError)
+        object.insert(QStringLiteral("backendError"), ::toJson(*backendError));
     return object;
 }
 
@@ -77,9 +80,15 @@ std::optional<AutomationStatus> AutomationStatus::fromJson(const QJsonValue &val
     const QJsonValue targetValue = object.value(QLatin1StringView("target"));
     const auto target = AutomationTarget::fromJson(targetValue);
     const bool targetAbsent = targetValue.isUndefined() || targetValue.isNull();
-    if (!enabled || !running || !state || !current || !loginEnabled || !onboarding || (!target && !targetAbsent))
+    const QJsonValue errorValue = object.value(QLatin1StringView("backendError"));
+    const auto backendError = failureFromJson(errorValue);
+    if (!enabled || !running || !state || !current || !loginEnabled || !onboarding || (!target && !targetAbsent)
+        || (!backendError && !errorValue.isUndefined()))
         return std::nullopt;
-    return AutomationStatus{*enabled, *running, *state, *current, target, *loginEnabled, *onboarding};
+    return AutomationStatus{
+        *enabled,    *running,      *state,      *current,
+        target,      *loginEnabled, *onboarding, stringMember(object, QLatin1StringView("backend")).value_or(QString()),
+        backendError};
 }
 
 QJsonObject toJson(const AutomationFailure &failure)

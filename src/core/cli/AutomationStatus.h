@@ -41,6 +41,9 @@ struct AutomationStatus
     std::optional<AutomationTarget> target;
     bool loginEnabled = false;
     bool onboardingCompleted = false;
+    // The input-source backend by name, and what keeps it from the sources, if anything.
+    QString backend = {};
+    std::optional<AutomationFailure> backendError = {};
 
     bool operator==(const AutomationStatus &) const = default;
     QJsonObject toJson() const;

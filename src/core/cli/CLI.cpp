@@ -3,6 +3,7 @@
 #include "core/cli/Automation.h"
 #include "core/cli/AutomationResponse.h"
 #include "core/config/L10n.h"
+#include "core/sources/SourcesAvailability.h"
 
 #include <QIODevice>
 
@@ -20,22 +21,15 @@ QString onOff(bool value)
     return L10n::text(value ? "cli.on" : "cli.off");
 }
 
-QString inputMethodText(InputSources::Availability availability, const QString &framework)
-{
-    return L10n::text(availability == InputSources::Availability::NotRunning ? "cli.err.im-absent"
-                                                                             : "cli.err.im-silent")
-        .arg(framework);
-}
-
 // The human line for a failure that comes without one of its own.
 QString humanText(const AutomationFailure &failure, const AutomationServices &services)
 {
     const bool detailed = !failure.detail.isEmpty();
     if (failure.code == QLatin1String("input_method_unavailable"))
-        return inputMethodText(failure.message == AutomationFailure::inputMethodNotRunning({}).message
-                                   ? InputSources::Availability::NotRunning
-                                   : InputSources::Availability::NotAnswering,
-                               services.framework);
+        return *SourcesAvailability::warning(failure.message == AutomationFailure::inputMethodNotRunning({}).message
+                                                 ? InputSources::Availability::notRunning
+                                                 : InputSources::Availability::notAnswering,
+                                             services.framework);
     if (failure.code == QLatin1String("invalid_config"))
         return detailed ? L10n::text("cli.err.config").arg(failure.detail) : L10n::text("warn.config");
     if (failure.code == QLatin1String("no_target"))
@@ -50,6 +44,8 @@ QString humanText(const AutomationFailure &failure, const AutomationServices &se
         return L10n::text("cli.err.write").arg(detailed ? failure.detail : failure.message);
     if (failure.code == QLatin1String("open_failed"))
         return L10n::text("cli.err.open").arg(failure.message);
+    if (failure.code == QLatin1String("gnome_extension_missing"))
+        return *SourcesAvailability::warning(InputSources::Availability::extensionMissing, services.framework);
     return failure.message;
 }
 
@@ -140,10 +136,16 @@ int CLI::execute(const CLIRequest &request)
             return fail(opened.error(), request);
         return request.json ? reportStatus(request) : 0;
     }
-    case Command::Install:
-        if (const auto pinned = writePin(request); !pinned)
-            return fail(pinned.error(), request);
+    case Command::Install: {
+        // First, so that a user without the desktop's companion gets it and learns what is left to do.
+        const bool companionOn = m_services.enableCompanion();
+        if (const auto pinned = writePin(request); !pinned) {
+            const bool justEnabled = companionOn && pinned.error() == AutomationFailure::gnomeExtensionMissing();
+            return fail(pinned.error(), request,
+                        justEnabled ? std::optional(L10n::text("cli.err.gnome-extension-enabled")) : std::nullopt);
+        }
         return install(request);
+    }
     case Command::Uninstall: return uninstall(request);
     case Command::Help: line(m_out, usage()); return 0;
     }
@@ -170,8 +172,8 @@ int CLI::reportStatus(const CLIRequest &request, const std::optional<AutomationS
 
 int CLI::list(const CLIRequest &request)
 {
-    if (const auto reachable = Automation(m_services.automation).requireInputMethod(); !reachable)
-        return fail(reachable.error(), request);
+    if (const auto blocked = Automation(m_services.automation).sourcesBlocked())
+        return fail(*blocked, request);
     const QList<InputChoice> choices = m_services.automation.choices();
     if (request.json) {
         QList<AutomationSource> sources;
@@ -301,11 +303,11 @@ void CLI::printStatus(const AutomationStatus &status)
     print("cli.label.pinned", pinned);
     print("cli.label.keep", onOff(status.enabled));
     print("cli.label.login", onOff(status.loginEnabled));
+    print("cli.label.backend", status.backend);
+    if (status.backendError)
+        line(m_out, humanText(*status.backendError, m_services.automation));
     if (!status.running)
         line(m_out, L10n::text("cli.msg.stopped"));
-    if (const auto availability = Automation(m_services.automation).availability();
-        availability != InputSources::Availability::Available)
-        line(m_out, inputMethodText(availability, m_services.automation.framework));
 }
 
 void CLI::line(QIODevice &device, const QString &text)

@@ -5,6 +5,7 @@
 #include "core/login/Agent.h"
 #include "core/login/InstanceLock.h"
 #include "core/sources/Catalog.h"
+#include "core/sources/SourcesAvailability.h"
 #include "platform/AppLauncher.h"
 #include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
@@ -15,19 +16,6 @@
 #include <QHash>
 
 namespace {
-
-// The framework's own spelling, for messages.
-QString frameworkName(const QString &backend)
-{
-    static const QHash<QString, QString> names = {
-        {QStringLiteral("ibus"), QStringLiteral("IBus")},
-        {QStringLiteral("gnome"), QStringLiteral("GNOME Shell")},
-        {QStringLiteral("fcitx5"), QStringLiteral("Fcitx 5")},
-        {QStringLiteral("plasma"), QStringLiteral("KDE Plasma")},
-        {QStringLiteral("macos"), QStringLiteral("Text Input Sources")},
-    };
-    return names.value(backend, backend);
-}
 
 // One manual switch on this process's engine, waited for in an event loop.
 std::optional<SwitchOutcome> enforceOnce()
@@ -83,8 +71,9 @@ AutomationServices AutomationServices::live()
     s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
+    s.backend = system.backend;
+    s.framework = SourcesAvailability::frameworkName(system.backend);
     s.availability = system.availability;
-    s.framework = frameworkName(system.backend);
     return s;
 }
 
@@ -113,5 +102,6 @@ CLIServices CLIServices::live()
     };
     s.executablePath = [] { return ExecutableLocation::path(); };
     s.configFile = [] { return ConfigStore::file(); };
+    s.enableCompanion = InputSources::live().enableCompanion;
     return s;
 }

@@ -24,6 +24,8 @@ struct CLIServices
     // The running program, for the login item to start.
     std::function<QString()> executablePath;
     std::function<QString()> configFile;
+    // Turns on what the input-source backend needs from the desktop; false when that failed.
+    std::function<bool()> enableCompanion = [] { return true; };
 
     static CLIServices live();
 };

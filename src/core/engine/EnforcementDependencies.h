@@ -22,6 +22,8 @@ struct EnforcementDependencies
     // Never fails: an unreadable file reads as the default record.
     std::function<Config()> config;
     std::function<bool()> secureInput;
+    // Why no source can be read or switched now, already localised; none when they can.
+    std::function<std::optional<QString>()> unreachable = [] { return std::optional<QString>(); };
     // Empty when there is no current source.
     std::function<QString()> currentID;
     std::function<std::optional<EnforcementTarget>(const QString &id)> find;

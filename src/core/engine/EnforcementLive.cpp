@@ -6,6 +6,7 @@
 #include "core/engine/Enforcer.h"
 #include "core/engine/FocusProcessJob.h"
 #include "core/sources/Catalog.h"
+#include "core/sources/SourcesAvailability.h"
 #include "platform/InputSources.h"
 #include "platform/Notifications.h"
 #include "platform/WorkspaceEvents.h"
@@ -35,6 +36,9 @@ EnforcementDependencies EnforcementDependencies::over(const InputSources &system
     EnforcementDependencies d;
     d.config = [] { return ConfigStore::loadOrDefault(); };
     d.secureInput = system.secureInput;
+    d.unreachable = [system] {
+        return SourcesAvailability::warning(system.availability(), SourcesAvailability::frameworkName(system.backend));
+    };
     d.currentID = system.currentID;
     d.find = [system](const QString &id) -> std::optional<EnforcementTarget> {
         const std::optional<Source> source = Catalog::find(id, system);
@@ -88,6 +92,7 @@ EnforcementTriggers EnforcementTriggers::live()
     triggers.activation = [workspace](QObject *context, std::function<void(qint64)> callback) {
         workspace.observeActivation(context, std::move(callback));
     };
+    triggers.keeping = system.needSelected;
     return triggers;
 }
 

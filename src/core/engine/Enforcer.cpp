@@ -80,6 +80,8 @@ void Enforcer::activated(qint64 pid)
 void Enforcer::enforce(bool holdFocus, bool force, Finish finish)
 {
     const Config config = m_dependencies.config();
+    if (m_triggers.keeping)
+        m_triggers.keeping(config.enabled && config.sourceID && !config.sourceID->isEmpty());
     if (!force && !config.enabled) {
         if (m_active && !m_active->force && m_cancelActive)
             m_cancelActive();
@@ -124,6 +126,8 @@ void Enforcer::execute(Request request)
         return complete(token, SwitchOutcome::busy());
     if (!active.force && !config.enabled)
         return complete(token, SwitchOutcome::busy());
+    if (const std::optional<QString> unreachable = m_dependencies.unreachable())
+        return complete(token, SwitchOutcome::failed(*unreachable));
     if (m_dependencies.secureInput())
         return complete(token, SwitchOutcome::secureInput());
     if (m_dependencies.currentID() == active.target)

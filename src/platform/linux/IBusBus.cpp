@@ -62,16 +62,16 @@ struct IBusBus::Attempt
     {
         const BusProbe::Result knocked = BusProbe::knock(attempt->address, std::chrono::milliseconds(knockLimitMs));
         Availability result =
-            knocked == BusProbe::Result::Absent ? Availability::NotRunning : Availability::NotAnswering;
+            knocked == BusProbe::Result::Absent ? Availability::notRunning : Availability::notAnswering;
         if (knocked == BusProbe::Result::Answered) {
             if (QDBusConnection::connectToBus(attempt->address, attempt->name).isConnected())
-                result = Availability::Available;
+                result = Availability::available;
             else
                 QDBusConnection::disconnectFromBus(attempt->name);
         }
         const std::lock_guard<std::mutex> lock(attempt->mutex);
         attempt->result = result;
-        if (attempt->abandoned && result == Availability::Available)
+        if (attempt->abandoned && result == Availability::available)
             QDBusConnection::disconnectFromBus(attempt->name);
         attempt->finished.notify_all();
     }
@@ -87,7 +87,7 @@ struct IBusBus::Attempt
     {
         const std::lock_guard<std::mutex> lock(mutex);
         abandoned = true;
-        if (result == Availability::Available)
+        if (result == Availability::available)
             QDBusConnection::disconnectFromBus(name);
     }
 };
@@ -116,7 +116,7 @@ QDBusMessage IBusBus::call(const QString &service, const QString &path, const QS
         const QMutexLocker locker(&m_mutex);
         if (m_connectionName == bus->name()) {
             disconnect();
-            m_availability = Availability::NotAnswering;
+            m_availability = Availability::notAnswering;
             m_failedAddress = m_connectedAddress;
             m_retryAt = QDeadlineTimer(retryAfterMs);
         }
@@ -154,7 +154,7 @@ std::optional<QDBusConnection> IBusBus::connection()
     if (!m_connectionName.isEmpty()) {
         QDBusConnection current(m_connectionName);
         if (address == m_connectedAddress && current.isConnected()) {
-            m_availability = Availability::Available;
+            m_availability = Availability::available;
             return current;
         }
         disconnect();
@@ -164,7 +164,7 @@ std::optional<QDBusConnection> IBusBus::connection()
         m_attempt.reset();
     }
     if (address.isEmpty()) {
-        m_availability = Availability::NotRunning;
+        m_availability = Availability::notRunning;
         return std::nullopt;
     }
     if (!m_attempt) {
@@ -179,12 +179,12 @@ std::optional<QDBusConnection> IBusBus::connection()
         m_attempt->waitFor(m_attemptedBefore ? reconnectPatienceMs : knockLimitMs + callTimeoutMs);
     m_attemptedBefore = true;
     if (!result) {
-        m_availability = Availability::NotAnswering;
+        m_availability = Availability::notAnswering;
         return std::nullopt;
     }
     const std::shared_ptr<Attempt> attempt = std::exchange(m_attempt, nullptr);
     m_availability = *result;
-    if (*result != Availability::Available) {
+    if (*result != Availability::available) {
         m_failedAddress = address;
         m_retryAt = QDeadlineTimer(retryAfterMs);
         return std::nullopt;

@@ -78,7 +78,7 @@ private:
     QString m_connectionName;
     QList<Subscription> m_subscriptions;
     std::shared_ptr<Attempt> m_attempt;
-    Availability m_availability = Availability::NotRunning;
+    Availability m_availability = Availability::notRunning;
     QString m_failedAddress;
     QDeadlineTimer m_retryAt;
     bool m_attemptedBefore = false;

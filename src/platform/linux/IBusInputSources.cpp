@@ -142,19 +142,21 @@ namespace IBusInputSources {
 InputSources at(std::function<QString()> address)
 {
     const auto bus = std::make_shared<IBusBus>(std::move(address));
-    return {[bus] { return enabled(*bus); }, [bus](const QString &id) { return matching(*bus, id); },
-            [bus] { return currentID(*bus); }, [bus](const QString &id) { return select(*bus, id); },
-            // IBus has no system-wide secure entry; password fields are the applications' business.
-            [] { return false; },
-            [bus](QObject *context, std::function<void()> callback) {
-                return bus->observe(IBusBus::Change::Selected, context, std::move(callback));
-            },
-            [bus](QObject *context, std::function<void()> callback) {
-                return bus->observe(IBusBus::Change::Enabled, context, std::move(callback));
-            },
-            QStringLiteral("ibus"),
-            // IBus applies every engine at SetGlobalEngine.
-            false, [bus] { return bus->availability(); }};
+    InputSources sources{[bus] { return enabled(*bus); }, [bus](const QString &id) { return matching(*bus, id); },
+                         [bus] { return currentID(*bus); }, [bus](const QString &id) { return select(*bus, id); },
+                         // IBus has no system-wide secure entry; password fields are the applications' business.
+                         [] { return false; },
+                         [bus](QObject *context, std::function<void()> callback) {
+                             return bus->observe(IBusBus::Change::Selected, context, std::move(callback));
+                         },
+                         [bus](QObject *context, std::function<void()> callback) {
+                             return bus->observe(IBusBus::Change::Enabled, context, std::move(callback));
+                         },
+                         QStringLiteral("ibus"),
+                         // IBus applies every engine at SetGlobalEngine.
+                         false};
+    sources.availability = [bus] { return bus->availability(); };
+    return sources;
 }
 
 } // namespace IBusInputSources

@@ -1,17 +1,20 @@
 #include "platform/InputSources.h"
+#include "platform/linux/Fcitx5InputSources.h"
+#include "platform/linux/GnomeInputSources.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 #include "platform/linux/LinuxInputBackend.h"
+#include "platform/linux/PlasmaInputSources.h"
 
 namespace {
 
 InputSources forBackend(LinuxInputBackend::Kind kind)
 {
     switch (kind) {
-    case LinuxInputBackend::Kind::ibus:
-    case LinuxInputBackend::Kind::gnome:
-    case LinuxInputBackend::Kind::fcitx5:
-    case LinuxInputBackend::Kind::plasma: break;
+    case LinuxInputBackend::Kind::gnome: return GnomeInputSources::onSessionBus();
+    case LinuxInputBackend::Kind::fcitx5: return Fcitx5InputSources::live();
+    case LinuxInputBackend::Kind::plasma: return PlasmaInputSources::live();
+    case LinuxInputBackend::Kind::ibus: break;
     }
     return IBusInputSources::at(IBusAddress::published);
 }

@@ -1,0 +1,80 @@
+// Tolvar's view of the shell's input sources, on the session bus. The shell
+// keeps the only true record of the current source, and nothing outside it
+// can switch: this object reads it, switches it and passes on its changes.
+const busName = 'app.tolvar.InputSources';
+const objectPath = '/app/tolvar/InputSources';
+const interfaceXml = `
+<node>
+  <interface name="app.tolvar.InputSources1">
+    <method name="GetSources">
+      <!-- id such as "xkb:de" or "ibus:hangul", display name, short label, type -->
+      <arg type="a(ssss)" direction="out" name="sources"/>
+    </method>
+    <method name="GetCurrent">
+      <arg type="s" direction="out" name="id"/>
+    </method>
+    <method name="Activate">
+      <arg type="s" direction="in" name="id"/>
+      <arg type="b" direction="out" name="activated"/>
+    </method>
+    <signal name="CurrentChanged">
+      <arg type="s" name="id"/>
+    </signal>
+    <signal name="SourcesChanged"/>
+  </interface>
+</node>`;
+
+function sourceId(source) {
+    return source ? `${source.type}:${source.id}` : '';
+}
+
+class InputSourcesService {
+    constructor(manager) {
+        this._manager = manager;
+        this._current = sourceId(manager.currentSource);
+        this._object = Gio.DBusExportedObject.wrapJSObject(interfaceXml, this);
+        this._object.export(Gio.DBus.session, objectPath);
+        this._signals = [
+            manager.connect('current-source-changed', () => this._currentChanged()),
+            manager.connect('sources-changed', () => this._object.emit_signal('SourcesChanged', null)),
+        ];
+        // Owned last, so that whoever sees the name finds the object answering.
+        this._nameId = Gio.bus_own_name_on_connection(Gio.DBus.session, busName,
+            Gio.BusNameOwnerFlags.NONE, null, null);
+    }
+
+    destroy() {
+        Gio.bus_unown_name(this._nameId);
+        this._signals.forEach(id => this._manager.disconnect(id));
+        this._object.unexport();
+    }
+
+    _sources() {
+        const sources = this._manager.inputSources;
+        return Object.keys(sources).sort((a, b) => a - b).map(index => sources[index]);
+    }
+
+    _currentChanged() {
+        const current = sourceId(this._manager.currentSource);
+        // The shell also reports property updates of the same source.
+        if (current === this._current)
+            return;
+        this._current = current;
+        this._object.emit_signal('CurrentChanged', new GLib.Variant('(s)', [current]));
+    }
+
+    GetSources() {
+        return this._sources().map(s => [sourceId(s), s.displayName, s.shortName, s.type]);
+    }
+
+    GetCurrent() {
+        return sourceId(this._manager.currentSource);
+    }
+
+    Activate(id) {
+        const source = this._sources().find(s => sourceId(s) === id);
+        // As if the user picked it, so the shell keeps it across its own reloads.
+        source?.activate(true);
+        return source !== undefined;
+    }
+}

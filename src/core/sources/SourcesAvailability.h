@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/InputSources.h"
+
+#include <QString>
+
+#include <optional>
+
+// What the user is told when the input sources are out of reach.
+namespace SourcesAvailability {
+
+// The command that turns Tolvar's GNOME Shell extension on.
+QString gnomeExtensionCommand();
+// The framework's own spelling for a backend name, for messages ("IBus").
+QString frameworkName(const QString &backend);
+// The localised warning, with what to do; none when the sources can be reached.
+std::optional<QString> warning(InputSources::Availability availability, const QString &framework);
+
+} // namespace SourcesAvailability

@@ -1,0 +1,41 @@
+#include "platform/linux/Fcitx5SelectionPoll.h"
+
+#include "platform/linux/Fcitx5Controller.h"
+
+#include <QDBusConnection>
+#include <QDBusPendingCallWatcher>
+
+Fcitx5SelectionPoll::Fcitx5SelectionPoll(std::function<void()> callback, std::chrono::milliseconds interval)
+    : m_callback(std::move(callback))
+{
+    m_timer.setParent(this);
+    m_timer.setInterval(interval);
+    connect(&m_timer, &QTimer::timeout, this, &Fcitx5SelectionPoll::look);
+}
+
+void Fcitx5SelectionPoll::setRunning(bool running)
+{
+    if (running && !m_timer.isActive())
+        m_timer.start();
+    else if (!running)
+        m_timer.stop();
+}
+
+void Fcitx5SelectionPoll::look()
+{
+    if (m_waiting)
+        return;
+    m_waiting = true;
+    const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(
+        Fcitx5Controller::message(QStringLiteral("CurrentInputMethod")), Fcitx5Controller::callTimeoutMs);
+    auto *watcher = new QDBusPendingCallWatcher(pending, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {
+        finished->deleteLater();
+        m_waiting = false;
+        const QString current = Fcitx5Controller::text(finished->reply());
+        if (current == m_last)
+            return;
+        m_last = current;
+        m_callback();
+    });
+}

@@ -1,0 +1,160 @@
+#include "platform/linux/GnomeInputSources.h"
+
+#include "platform/GnomeShellExtension.h"
+#include "platform/ProgramRunner.h"
+#include "platform/linux/SignalReceiver.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+
+namespace {
+
+const QString service = QStringLiteral("app.tolvar.InputSources");
+const QString path = QStringLiteral("/app/tolvar/InputSources");
+const QString interface = QStringLiteral("app.tolvar.InputSources1");
+// The shell answers from memory, but while it starts up (at login, when the
+// background instance starts too) it can be busy for over a second.
+constexpr int callTimeoutMs = 2500;
+
+QDBusMessage call(const QString &destination, const QString &objectPath, const QString &iface, const QString &method,
+                  const QVariantList &arguments = {})
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(destination, objectPath, iface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    return QDBusConnection::sessionBus().call(message, QDBus::Block, callTimeoutMs);
+}
+
+QDBusMessage callExtension(const QString &method, const QVariantList &arguments = {})
+{
+    return call(service, path, interface, method, arguments);
+}
+
+QVariant firstArgument(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return {};
+    return reply.arguments().constFirst();
+}
+
+bool extensionRunning()
+{
+    const QVariant owned =
+        firstArgument(call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                           QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service}));
+    return owned.metaType() == QMetaType::fromType<bool>() && owned.toBool();
+}
+
+QList<SourceProperties> enabled()
+{
+    return GnomeInputSources::describe(firstArgument(callExtension(QStringLiteral("GetSources"))));
+}
+
+QList<SourceProperties> matching(const QString &id)
+{
+    QList<SourceProperties> found;
+    for (const SourceProperties &source : enabled())
+        if (source.id == id)
+            found << source;
+    return found;
+}
+
+QString currentID()
+{
+    const QVariant id = firstArgument(callExtension(QStringLiteral("GetCurrent")));
+    return id.metaType() == QMetaType::fromType<QString>() ? id.toString() : QString();
+}
+
+qint32 activate(const QString &id)
+{
+    const QDBusMessage reply = callExtension(QStringLiteral("Activate"), {id});
+    if (reply.type() == QDBusMessage::ReplyMessage) {
+        const QVariant activated = firstArgument(reply);
+        return activated.metaType() == QMetaType::fromType<bool>() && activated.toBool() ? 0 : InputSources::refused;
+    }
+    switch (QDBusError(reply).type()) {
+    case QDBusError::Disconnected:
+    case QDBusError::ServiceUnknown: return InputSources::unavailable;
+    case QDBusError::NoReply:
+    case QDBusError::Timeout:
+    case QDBusError::TimedOut: return InputSources::noReply;
+    default: return InputSources::refused;
+    }
+}
+
+InputSources::Observe observe(const QString &signal)
+{
+    return [signal](QObject *context, std::function<void()> callback) {
+        QDBusConnection bus = QDBusConnection::sessionBus();
+        if (!bus.isConnected())
+            return false;
+        auto *receiver = new SignalReceiver(std::move(callback), context);
+        // The extension comes to a running session only when the shell starts
+        // again; then everything may have changed.
+        auto *watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, &SignalReceiver::deliver);
+        return bus.connect(service, path, interface, signal, receiver, SLOT(deliver()));
+    };
+}
+
+} // namespace
+
+namespace GnomeInputSources {
+
+QList<SourceProperties> describe(const QVariant &reply)
+{
+    if (reply.metaType() != QMetaType::fromType<QDBusArgument>())
+        return {};
+    const QDBusArgument argument = reply.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("a(ssss)"))
+        return {};
+    QList<SourceProperties> sources;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QString id;
+        QString name;
+        QString label;
+        QString type;
+        argument.beginStructure();
+        argument >> id >> name >> label >> type;
+        argument.endStructure();
+        SourceProperties source;
+        source.id = id;
+        source.localizedName = name;
+        // The shell lists only the sources the user set up, and any of them can be made current.
+        source.enabled = true;
+        source.selectCapable = true;
+        source.category = SourceProperties::keyboardCategory;
+        sources << source;
+    }
+    argument.endArray();
+    return sources;
+}
+
+InputSources onSessionBus()
+{
+    InputSources sources{enabled, matching, currentID, activate,
+                         // No system-wide secure entry: in password fields the shell
+                         // itself sets IBus sources aside for the time.
+                         [] { return false; }, observe(QStringLiteral("CurrentChanged")),
+                         observe(QStringLiteral("SourcesChanged")), QStringLiteral("gnome"),
+                         // The shell applies every source at once.
+                         false};
+    sources.availability = [] {
+        return extensionRunning() ? InputSources::Availability::available
+                                  : InputSources::Availability::extensionMissing;
+    };
+    sources.enableCompanion = [] {
+        // Through the shell's own tool, which also works while the shell does not run.
+        return ProgramRunner::run(QStringLiteral("gnome-extensions"),
+                                  {QStringLiteral("enable"), GnomeShellExtension::uuid})
+                   .status
+               == 0;
+    };
+    return sources;
+}
+
+} // namespace GnomeInputSources

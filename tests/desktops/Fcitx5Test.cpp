@@ -1,0 +1,174 @@
+// The Fcitx5 backend and the real tolvar against the private session's own
+// fcitx5 (group: keyboard-us, keyboard-de, hangul), which the fixture starts.
+#include "core/config/ConfigStore.h"
+#include "core/sources/Catalog.h"
+#include "platform/linux/Fcitx5InputSources.h"
+#include "platform/linux/LinuxInputBackend.h"
+
+#include "desktops/Fcitx5Session.h"
+#include "support/ParamName.h"
+#include "support/Process.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+const QString executable = TOLVAR_EXECUTABLE;
+const QString us = "keyboard-us";
+const QString german = "keyboard-de";
+const QString hangul = "hangul";
+
+QJsonObject json(const ProcessResult &result)
+{
+    return QJsonDocument::fromJson(result.out).object();
+}
+
+class Fcitx5Test : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!Fcitx5Session::installed())
+            GTEST_SKIP() << "fcitx5 is not installed (scripts/install-deps installs it)";
+        m_environment.insert("TOLVAR_INPUT_BACKEND", "");
+        m_environment.remove("XDG_CURRENT_DESKTOP");
+        ASSERT_TRUE(m_fcitx5.start({us, german, hangul}));
+    }
+
+    void TearDown() override
+    {
+        if (m_instance) {
+            m_instance->kill();
+            m_instance->waitForFinished();
+        }
+    }
+
+    ProcessResult tolvar(const QStringList &arguments) { return runProcess(executable, arguments, m_environment); }
+
+    void keepInBackground(const QString &id)
+    {
+        ASSERT_TRUE(ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok());
+        m_instance = std::make_unique<QProcess>();
+        m_instance->setProcessEnvironment(m_environment);
+        m_instance->start(executable, {"background"});
+        ASSERT_TRUE(m_instance->waitForStarted());
+        ASSERT_TRUE(spinUntil([&] { return Fcitx5Session::current() == id; }, 10000));
+    }
+
+    QStringList listed()
+    {
+        QStringList ids;
+        for (const QJsonValue &source : json(tolvar({"list", "--json"}))["sources"].toArray())
+            ids << source.toObject()["id"].toString();
+        return ids;
+    }
+
+    Fcitx5Session m_fcitx5;
+    std::unique_ptr<QProcess> m_instance;
+    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
+};
+
+TEST_F(Fcitx5Test, ChosenAndListsTheGroupWithNamesAndIcons)
+{
+    EXPECT_EQ(LinuxInputBackend::choose(LinuxInputBackend::probe()), LinuxInputBackend::Kind::fcitx5);
+    const QJsonArray sources = json(tolvar({"list", "--json"}))["sources"].toArray();
+    ASSERT_EQ(sources.size(), 3);
+    EXPECT_EQ(sources[0].toObject()["id"].toString(), us) << "the inactive method is listed first";
+    EXPECT_EQ(sources[1].toObject()["name"].toString(), "Keyboard - German");
+    EXPECT_EQ(sources[2].toObject()["name"].toString(), "Hangul");
+    const std::optional<Source> source = Catalog::find(hangul, Fcitx5InputSources::live());
+    ASSERT_TRUE(source);
+    EXPECT_TRUE(source->icon()) << "fcitx5-hangul's themed icon";
+}
+
+struct SetCase
+{
+    const char *name;
+    QString from;
+    QString id;
+    int exitCode;
+    const char *error;
+    QString current;
+};
+
+class Fcitx5SetTest : public Fcitx5Test, public testing::WithParamInterface<SetCase>
+{
+};
+
+TEST_P(Fcitx5SetTest, SwitchesAndReadsBack)
+{
+    Fcitx5Session::switchTo(GetParam().from);
+    const ProcessResult result = tolvar({"set", GetParam().id, "--json"});
+    EXPECT_EQ(result.exitCode, GetParam().exitCode) << result.out.constData() << result.err.constData();
+    EXPECT_EQ(json(result)["error"].toObject()["code"].toString(), GetParam().error);
+    EXPECT_EQ(Fcitx5Session::current(), GetParam().current);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Fcitx5, Fcitx5SetTest,
+    testing::Values(SetCase{"Hangul", us, hangul, 0, "", hangul}, SetCase{"German", hangul, german, 0, "", german},
+                    SetCase{"TheInactiveMethod", hangul, us, 0, "", us},
+                    SetCase{"UnknownIsMissing", german, "keyboard-fr", 1, "missing_source", german}),
+    ParamName());
+
+TEST_F(Fcitx5Test, BackgroundInstanceUndoesOutsideSwitchesUntilPaused)
+{
+    keepInBackground(german);
+    Fcitx5Session::switchTo(hangul);
+    EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
+
+    ASSERT_EQ(tolvar({"pause"}).exitCode, 0);
+    spinUntil([] { return false; }, 1000);
+    Fcitx5Session::switchTo(hangul);
+    spinUntil([] { return false; }, 2600); // past the engine's next tick
+    EXPECT_EQ(Fcitx5Session::current(), hangul);
+}
+
+// Fcitx5 5.0.21 declares InputMethodGroupsChanged but does not send it; the
+// list is read afresh at each call.
+TEST_F(Fcitx5Test, GroupChangeIsListed)
+{
+    const QDBusMessage set = Fcitx5Session::controller(
+        "SetInputMethodGroupInfo",
+        {"Default", "us", QVariant::fromValue(QList<Fcitx5ClientInfo>{{us, ""}, {hangul, ""}})});
+    ASSERT_EQ(set.type(), QDBusMessage::ReplyMessage) << qPrintable(set.errorMessage());
+    EXPECT_EQ(listed(), (QStringList{us, hangul}));
+}
+
+TEST_F(Fcitx5Test, InstanceOutlivesAnFcitx5Restart)
+{
+    keepInBackground(german);
+    m_fcitx5.stop();
+    spinUntil([] { return false; }, 500);
+    ASSERT_TRUE(m_fcitx5.start({us, german, hangul}));
+    // The new input context starts inactive, on keyboard-us.
+    EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
+    Fcitx5Session::switchTo(hangul);
+    EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
+}
+
+// Without a running fcitx5 nothing may start it, neither the choice nor a call.
+class Fcitx5AbsentTest : public testing::TestWithParam<const char *>
+{
+};
+
+TEST_P(Fcitx5AbsentTest, NotChosenAndNeverStarted)
+{
+    ASSERT_FALSE(Fcitx5Session::running());
+    EXPECT_NE(LinuxInputBackend::choose(LinuxInputBackend::probe()), LinuxInputBackend::Kind::fcitx5);
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TOLVAR_INPUT_BACKEND", GetParam());
+    for (const char *command : {"list", "status"})
+        runProcess(executable, {command}, environment);
+    EXPECT_FALSE(Fcitx5Session::running());
+}
+
+INSTANTIATE_TEST_SUITE_P(Fcitx5, Fcitx5AbsentTest, testing::Values("", "fcitx5"));
+
+} // namespace
