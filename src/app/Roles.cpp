@@ -1,31 +1,41 @@
 #include "Roles.h"
 
+#include "AppController.h"
+#include "AppModel.h"
 #include "FocusHelper.h"
-#include "GraphicalInstance.h"
 #include "core/cli/CLI.h"
 #include "core/config/L10n.h"
 #include "platform/ApplicationRole.h"
 #include "platform/StandardStreams.h"
 
 #include <QApplication>
+#include <QIcon>
 
 #include <cstdio>
 
 int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
 {
-    ApplicationRole::useOffscreenWithoutDisplay();
+    // Without a display the instance still keeps the source; only a window has nowhere to go.
+    const bool headless = ApplicationRole::useOffscreenWithoutDisplay();
     const QApplication application(argc, argv);
+    if (headless && openWindowOnLaunch) {
+        std::fprintf(stderr, "tolvar: %s\n", qPrintable(L10n::text("app.no-display")));
+        return 1;
+    }
     QApplication::setQuitOnLastWindowClosed(false);
-    GraphicalInstance instance(openWindowOnLaunch);
-    switch (instance.launch()) {
-    case GraphicalInstance::Launch::Running: return QApplication::exec();
+    // Ties the windows to the launcher entry, for the taskbar's icon and name.
+    QGuiApplication::setDesktopFileName(QStringLiteral("app.tolvar"));
+    QApplication::setWindowIcon(QIcon(QStringLiteral(":/app/tolvar.svg")));
+    AppController controller(AppModel::shared(), AppController::Dependencies::live());
+    switch (controller.launch(openWindowOnLaunch)) {
+    case AppController::Launch::Running: return QApplication::exec();
     // A second launch has asked the first to show itself. Started by hand, it
     // says so; a launcher shows nothing anyway.
-    case GraphicalInstance::Launch::HandedOver:
+    case AppController::Launch::HandedOver:
         if (StandardStreams::outputIsTerminal())
             std::puts(qPrintable(L10n::text("cli.msg.handed-over")));
         return 0;
-    case GraphicalInstance::Launch::LockFailed: return 1;
+    case AppController::Launch::LockFailed: return 1;
     }
     return 1;
 }

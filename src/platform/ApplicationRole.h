@@ -7,7 +7,8 @@ namespace ApplicationRole {
 
 // Picks Qt's offscreen platform when there is no display to draw on, so the
 // windowed roles also run on a headless machine. Call before the application object.
-void useOffscreenWithoutDisplay();
+// True when it did: nothing this process shows can be seen.
+bool useOffscreenWithoutDisplay();
 // No taskbar or Dock entry and no menu bar.
 void becomeAccessory();
 // Takes keyboard focus even while another application is active.

@@ -13,18 +13,7 @@ using Command = CLIRequest::Command;
 
 QString stateText(RuntimeState state)
 {
-    switch (state) {
-    case RuntimeState::Setup: return L10n::text("state.setup");
-    case RuntimeState::Paused: return L10n::text("state.paused");
-    case RuntimeState::Keeping: return L10n::text("state.active");
-    case RuntimeState::Switching: return L10n::text("state.switching");
-    case RuntimeState::Waiting: return L10n::text("state.waiting");
-    case RuntimeState::SecureInput: return L10n::text("state.secure");
-    case RuntimeState::MissingSource: return L10n::text("state.missing");
-    case RuntimeState::Error: return L10n::text("state.error");
-    case RuntimeState::Stopped: return L10n::text("state.stopped");
-    }
-    return {};
+    return L10n::text(state.textKey());
 }
 
 QString onOff(bool value)

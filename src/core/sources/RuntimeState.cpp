@@ -82,3 +82,19 @@ RuntimeState RuntimeState::derive(const RuntimeInputs &inputs)
         return Error;
     return inputs.currentID == *inputs.pinnedID ? Keeping : Waiting;
 }
+
+const char *RuntimeState::textKey() const
+{
+    switch (m_case) {
+    case Setup: return "state.setup";
+    case Paused: return "state.paused";
+    case Keeping: return "state.active";
+    case Switching: return "state.switching";
+    case Waiting: return "state.waiting";
+    case SecureInput: return "state.secure";
+    case MissingSource: return "state.missing";
+    case Error: return "state.error";
+    case Stopped: return "state.stopped";
+    }
+    return "";
+}

@@ -25,6 +25,8 @@ public:
     // None for anything but an exact raw value.
     static std::optional<RuntimeState> fromRaw(const QString &raw);
     QString raw() const;
+    // The key of the state's words in the string tables ("state.active", ...).
+    const char *textKey() const;
 
     // Nothing is being kept: paused or stopped.
     bool isNeutral() const;

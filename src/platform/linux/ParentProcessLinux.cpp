@@ -25,17 +25,24 @@ void endWithParent()
 QStringList desktopLaunchers()
 {
     // Who starts a program with no arguments when a person opens it:
-    // - systemd: the user manager adopts applications that desktops launch into
-    //   their own scopes, and runs XDG autostart entries;
-    // - gnome-shell, plasmashell, krunner, xfce4-panel, xfdesktop: the shells' own
-    //   launchers and docks;
-    // - gio, gtk-launch, kioclient: what xdg-open and file managers hand off to.
+    // - systemd: the user manager runs XDG autostart entries, and Plasma's and
+    //   GNOME's launchers may start applications as transient units of it;
+    // - the shells' own launchers, docks and runners: gnome-shell, plasmashell,
+    //   krunner, xfce4-panel, xfce4-appfinder, xfdesktop, cinnamon, mate-panel,
+    //   lxqt-panel, lxqt-runner, budgie-panel;
+    // - what xdg-open and file managers hand off to: gio, gtk-launch,
+    //   kioclient, kstart, and the file managers that start entries themselves.
     // xdg-open itself is a script, so it shows up as its shell and cannot be named.
     return {
         QStringLiteral("systemd"),    QStringLiteral("gnome-shell"), QStringLiteral("plasmashell"),
-        QStringLiteral("krunner"),    QStringLiteral("xfce4-panel"), QStringLiteral("xfdesktop"),
+        QStringLiteral("krunner"),    QStringLiteral("xfce4-panel"), QStringLiteral("xfce4-appfinder"),
+        QStringLiteral("xfdesktop"),  QStringLiteral("cinnamon"),    QStringLiteral("mate-panel"),
+        QStringLiteral("lxqt-panel"), QStringLiteral("lxqt-runner"), QStringLiteral("budgie-panel"),
         QStringLiteral("gio"),        QStringLiteral("gtk-launch"),  QStringLiteral("kioclient"),
-        QStringLiteral("kioclient5"), QStringLiteral("kioclient6"),
+        QStringLiteral("kioclient5"), QStringLiteral("kioclient6"),  QStringLiteral("kstart"),
+        QStringLiteral("kstart5"),    QStringLiteral("nautilus"),    QStringLiteral("dolphin"),
+        QStringLiteral("thunar"),     QStringLiteral("nemo"),        QStringLiteral("caja"),
+        QStringLiteral("pcmanfm-qt"),
     };
 }
 

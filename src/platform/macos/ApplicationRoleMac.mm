@@ -4,7 +4,10 @@
 
 namespace ApplicationRole {
 
-void useOffscreenWithoutDisplay() {}
+bool useOffscreenWithoutDisplay()
+{
+    return false;
+}
 
 void becomeAccessory()
 {

@@ -1,0 +1,6 @@
+#include "platform/TrayHost.h"
+
+TrayHost TrayHost::none()
+{
+    return {[](QObject *, std::function<void()>) {}};
+}

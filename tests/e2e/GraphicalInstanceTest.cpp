@@ -1,0 +1,126 @@
+// The running instance on the private session's virtual X display, with the
+// private IBus (xkb:us::eng, xkb:de::deu, hangul) and, where a case says so, a
+// tray host on the private bus.
+#include "core/config/ConfigStore.h"
+#include "core/login/InstanceLock.h"
+#include "platform/AppPlaces.h"
+
+#include "support/FakeStatusNotifierWatcher.h"
+#include "support/Process.h"
+#include "support/Spin.h"
+#include "support/X11Windows.h"
+
+#include <gtest/gtest.h>
+
+#include <memory>
+
+namespace {
+
+const QString executable = TOLVAR_EXECUTABLE;
+const QByteArray title = "Tolvar";
+constexpr int waitMs = 10000;
+
+class GraphicalInstanceTest : public testing::Test
+{
+protected:
+    void SetUp() override
+    {
+        if (!m_display.connected() || qEnvironmentVariableIsEmpty("TOLVAR_PRIVATE_SESSION"))
+            GTEST_SKIP() << "needs the display and IBus of scripts/private-session --x11 --ibus";
+        const Config pinned{QStringLiteral("xkb:de::deu"), true, std::nullopt, true};
+        ASSERT_TRUE(ConfigStore::write(pinned, ConfigStore::directory()).ok());
+    }
+
+    void TearDown() override
+    {
+        if (m_instance) {
+            m_instance->kill();
+            m_instance->waitForFinished();
+        }
+    }
+
+    void start(const QString &mode)
+    {
+        m_instance = std::make_unique<QProcess>();
+        m_instance->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        m_instance->setProcessEnvironment(environment);
+        m_instance->start(executable, {mode});
+        ASSERT_TRUE(m_instance->waitForStarted());
+        ASSERT_TRUE(spinUntil(
+            [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())).value(); },
+            waitMs));
+    }
+
+    bool windows(qsizetype count) const
+    {
+        return spinUntil([&] { return m_display.shown(title).size() == count; }, waitMs);
+    }
+
+    static int run(const QStringList &arguments) { return runProcess(executable, arguments).exitCode; }
+
+    X11Windows m_display;
+    std::unique_ptr<QProcess> m_instance;
+};
+
+TEST_F(GraphicalInstanceTest, ASecondStartBringsTheOneWindowForward)
+{
+    start(QStringLiteral("gui"));
+    ASSERT_TRUE(windows(1));
+    const xcb_window_t window = m_display.shown(title).first();
+    m_display.cover();
+    ASSERT_TRUE(spinUntil([&] { return m_display.topmost() != window; }, waitMs));
+
+    EXPECT_EQ(run({QStringLiteral("gui")}), 0);
+    EXPECT_TRUE(spinUntil([&] { return m_display.topmost() == window; }, waitMs));
+    EXPECT_TRUE(spinUntil([&] { return m_display.focused() == window; }, waitMs));
+    EXPECT_EQ(m_display.shown(title).size(), 1);
+}
+
+TEST_F(GraphicalInstanceTest, OpenBringsBackTheClosedWindow)
+{
+    start(QStringLiteral("gui"));
+    ASSERT_TRUE(windows(1));
+    m_display.close(m_display.shown(title).first());
+    ASSERT_TRUE(windows(0));
+    EXPECT_EQ(m_instance->state(), QProcess::Running);
+
+    EXPECT_EQ(run({QStringLiteral("open")}), 0);
+    EXPECT_TRUE(windows(1));
+}
+
+// Registered at start: no window, a tooltip and icon that follow the pinned source, a click opens the window.
+TEST_F(GraphicalInstanceTest, TrayItemOfTheBackgroundInstance)
+{
+    FakeStatusNotifierWatcher tray;
+    ASSERT_TRUE(tray.own());
+    start(QStringLiteral("background"));
+    ASSERT_TRUE(spinUntil([&] { return !tray.items().isEmpty(); }, waitMs));
+    EXPECT_TRUE(m_display.shown(title).isEmpty());
+    ASSERT_TRUE(spinUntil([&] { return tray.toolTip().contains(QStringLiteral("German")); }, waitMs))
+        << qPrintable(tray.toolTip());
+    const QByteArray german = tray.iconPixels();
+
+    const ProcessResult pinned = runProcess(executable, {QStringLiteral("set"), QStringLiteral("hangul")});
+    ASSERT_EQ(pinned.exitCode, 0) << pinned.err.constData();
+    EXPECT_TRUE(spinUntil([&] { return tray.toolTip().contains(QStringLiteral("Hangul")); }, waitMs))
+        << qPrintable(tray.toolTip());
+    EXPECT_TRUE(spinUntil([&] { return tray.iconPixels() != german; }, waitMs));
+
+    ASSERT_TRUE(tray.activate());
+    EXPECT_TRUE(windows(1));
+}
+
+// The desktop's tray comes up after the instance, as at login.
+TEST_F(GraphicalInstanceTest, TrayItemRegistersWhenTheTrayAppearsLater)
+{
+    start(QStringLiteral("background"));
+    ASSERT_EQ(run({QStringLiteral("status")}), 0);
+    FakeStatusNotifierWatcher tray;
+    ASSERT_TRUE(tray.own());
+    EXPECT_TRUE(spinUntil([&] { return !tray.items().isEmpty(); }, waitMs));
+    EXPECT_TRUE(m_display.shown(title).isEmpty());
+}
+
+} // namespace
