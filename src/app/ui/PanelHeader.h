@@ -18,7 +18,13 @@ public:
     static constexpr int windowHeight = 30;
     static constexpr int bottomPadding = 10;
     static constexpr int spacing = 6;
+#ifdef Q_OS_MACOS
+    // The window's own buttons sit over the content, left of the title.
     static constexpr int windowButtonsClearance = 44;
+#else
+    // Linux window managers draw their buttons in a title bar of their own.
+    static constexpr int windowButtonsClearance = 0;
+#endif
 
 private:
     ThemedLabel *m_title;
