@@ -4,6 +4,7 @@
 #include "app/panel/LanguageMenu.h"
 #include "app/panel/WarningBanner.h"
 #include "app/ui/BusyIndicator.h"
+#include "app/ui/Hairline.h"
 #include "app/ui/Identifiers.h"
 #include "app/ui/RowButton.h"
 #include "app/ui/Switch.h"
@@ -17,22 +18,6 @@
 #include <QVBoxLayout>
 
 namespace {
-
-// A hairline between the groups, 8 points in and 6 points clear above and below.
-QWidget *divider(QWidget *parent)
-{
-    auto *holder = new QWidget(parent);
-    auto *box = new QVBoxLayout(holder);
-    box->setContentsMargins(8, 6, 8, 6);
-    auto *line = new QFrame(holder);
-    line->setFixedHeight(1);
-    line->setAutoFillBackground(true);
-    QPalette palette = line->palette();
-    palette.setColor(QPalette::Window, Theme::of(parent).primaryAt(Opacity::divider));
-    line->setPalette(palette);
-    box->addWidget(line);
-    return holder;
-}
 
 // A setting's title on the left and its control on the right.
 QWidget *settingLine(const QString &title, QWidget *control, QWidget *parent)
@@ -104,7 +89,7 @@ SettingsPage::SettingsPage(AppModel &model, Actions actions, QWidget *parent)
 
     column->addWidget(loginRow());
     column->addWidget(languageRow());
-    column->addWidget(divider(this));
+    column->addWidget(Hairline::create(this, QMargins(8, 6, 8, 6)));
 
     m_reopen = new NavigationRow(L10n::text("setup.reopen"), QStringLiteral("chevron.right"), this);
     m_reopen->setObjectName(QLatin1String(Identifier::setupReopen));
@@ -118,7 +103,7 @@ SettingsPage::SettingsPage(AppModel &model, Actions actions, QWidget *parent)
     about->setObjectName(QLatin1String(Identifier::about));
     connect(about, &QAbstractButton::clicked, this, [this] { m_actions.showAbout(); });
     column->addWidget(about);
-    column->addWidget(divider(this));
+    column->addWidget(Hairline::create(this, QMargins(8, 6, 8, 6)));
     column->addWidget(new Disclosure(L10n::text("ui.how-title"), L10n::text("ui.how-body"), this));
     render();
 }

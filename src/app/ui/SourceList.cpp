@@ -1,6 +1,7 @@
 #include "app/ui/SourceList.h"
 
 #include "app/ui/FollowSystemRow.h"
+#include "app/ui/Hairline.h"
 #include "app/ui/Identifiers.h"
 #include "app/ui/SourceEmptyState.h"
 #include "app/ui/SourceListSurface.h"
@@ -14,25 +15,7 @@
 #include <QTimer>
 #include <QVBoxLayout>
 
-namespace {
-
-// The divider under the follow-system row.
-QWidget *divider(QWidget *parent)
-{
-    auto *holder = new QWidget(parent);
-    auto *box = new QVBoxLayout(holder);
-    box->setContentsMargins(7, 2, 7, 2);
-    auto *line = new QFrame(holder);
-    line->setFixedHeight(1);
-    line->setAutoFillBackground(true);
-    QPalette palette = line->palette();
-    palette.setColor(QPalette::Window, Theme::of(parent).primaryAt(Opacity::divider));
-    line->setPalette(palette);
-    box->addWidget(line);
-    return holder;
-}
-
-} // namespace
+namespace {} // namespace
 
 SourceList::SourceList(QWidget *parent)
     : QWidget(parent)
@@ -87,7 +70,7 @@ void SourceList::rebuild()
                 action();
         });
         m_column->addWidget(row);
-        QWidget *line = divider(m_surface);
+        QWidget *line = Hairline::create(m_surface, QMargins(7, 2, 7, 2));
         m_column->addWidget(line);
         // Shown now rather than on the next turn of the event loop, so that a
         // picture taken right away has them.
