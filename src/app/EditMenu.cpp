@@ -12,7 +12,7 @@
 
 namespace {
 
-struct CommandSpec
+struct EditCommand
 {
     const char *key;
     const char *slot; // of QLineEdit, QTextEdit and QPlainTextEdit alike
@@ -20,7 +20,7 @@ struct CommandSpec
     bool separatorBefore;
 };
 
-constexpr CommandSpec specs[] = {
+constexpr EditCommand commands[] = {
     {"menu.undo", "undo", QKeySequence::Undo, false},
     {"menu.redo", "redo", QKeySequence::Redo, false},
     {"menu.cut", "cut", QKeySequence::Cut, true},
@@ -36,21 +36,21 @@ EditMenu::EditMenu(QObject *parent)
     , m_menuBar(std::make_unique<QMenuBar>())
 {
     m_menu = m_menuBar->addMenu(QString());
-    for (const CommandSpec &spec : specs) {
-        if (spec.separatorBefore)
+    for (const EditCommand &command : commands) {
+        if (command.separatorBefore)
             m_menu->addSeparator();
         QAction *action = m_menu->addAction(QString());
-        action->setShortcut(spec.shortcut);
+        action->setShortcut(command.shortcut);
         // Kept in the Edit menu whatever its translated title resembles.
         action->setMenuRole(QAction::NoRole);
         // The key goes to whichever field has the focus when the command runs.
-        const char *slot = spec.slot;
+        const char *slot = command.slot;
         connect(action, &QAction::triggered, this, [slot] {
             QWidget *focused = QApplication::focusWidget();
             if (focused && focused->metaObject()->indexOfSlot(QByteArray(slot).append("()").constData()) >= 0)
                 QMetaObject::invokeMethod(focused, slot);
         });
-        m_commands.append({action, spec.key});
+        m_commands.append({action, command.key});
     }
     retitle();
 }

@@ -9,7 +9,7 @@ namespace XdgAutostart {
 namespace {
 
 // Exec's quoting: inside double quotes, backslash-escape the four characters
-// the specification reserves there; then the value itself escapes backslashes,
+// desktop entries reserve there; then the value itself escapes backslashes,
 // and "%" is doubled so that it is no field code.
 QString quotedProgram(const QString &path)
 {

@@ -7,7 +7,7 @@
 #include <QStringList>
 
 // The login item as an XDG autostart entry, $XDG_CONFIG_HOME/autostart/app.tolvar.desktop.
-// Every desktop that follows the autostart specification starts it, whether or
+// Every desktop that reads ~/.config/autostart starts it, whether or
 // not its session reaches graphical-session.target; systemd-based sessions turn
 // it into a unit themselves. No program is run: the entry's presence, without
 // Hidden=true, is the whole state. Pure logic.
