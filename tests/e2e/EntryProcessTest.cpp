@@ -90,41 +90,11 @@ QByteArray stored(const char *language)
 INSTANTIATE_TEST_SUITE_P(Entry, EntryLanguageTest,
                          testing::Values(LanguageCase{"StoredJapanese", stored("ja"), nullptr, "ja"},
                                          LanguageCase{"StoredKoreanBeatsSystem", stored("ko"), "zh_TW", "ko"},
-                                         LanguageCase{"StoredTraditional", stored("zh-Hant"), nullptr, "zh-Hant"},
                                          LanguageCase{"UnknownStoredFollowsSystem", stored("fr"), "zh_CN", "zh-Hans"},
                                          // Undecodable: the booleans are missing.
                                          LanguageCase{"BrokenFileFollowsSystem", R"({"language":"ja"})", "ko", "ko"},
                                          LanguageCase{"SystemFrenchThenJapanese", {}, "fr_FR:ja_JP", "ja"},
-                                         LanguageCase{"SystemFrenchAlone", {}, "fr_FR", "en"},
-                                         LanguageCase{"NothingAnywhere", {}, nullptr, "en"}),
-                         ParamName());
-
-struct RefusedCase
-{
-    const char *name;
-    QStringList arguments;
-};
-
-class EntryRefusalTest : public EntryProcessTest, public testing::WithParamInterface<RefusedCase>
-{
-};
-
-// Unknown words reach the command line, which answers with the usage on
-// standard error and status 1.
-TEST_P(EntryRefusalTest, UsageOnStandardErrorOnly)
-{
-    const ProcessResult result = run(GetParam().arguments);
-    EXPECT_EQ(result.exitCode, 1);
-    EXPECT_TRUE(result.out.isEmpty());
-    EXPECT_EQ(QString::fromUtf8(firstLine(result.err)),
-              tableText(QStringLiteral("en"), QStringLiteral("cli.usage.header")));
-}
-
-INSTANTIATE_TEST_SUITE_P(Entry, EntryRefusalTest,
-                         testing::Values(RefusedCase{"UnknownWord", {QStringLiteral("lsit")}},
-                                         RefusedCase{"CapitalisedGui", {QStringLiteral("GUI")}},
-                                         RefusedCase{"HelpAfterACommand",
-                                                     {QStringLiteral("status"), QStringLiteral("--help")}}),
+                                         LanguageCase{"SystemFrenchAlone", {}, "fr_FR", "en"}),
                          ParamName());
 
 } // namespace

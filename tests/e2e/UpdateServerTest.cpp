@@ -47,7 +47,6 @@ const QMap<QByteArray, Script> scripts{
     // The heads alone decide these: their bodies never come.
     {"/announced-too-large", {"HTTP/1.1 200 OK\r\nContent-Length: 65537\r\n", {}, false}},
     {"/missing", {"HTTP/1.1 404 Not Found\r\nContent-Length: 100000\r\n", {}, false}},
-    {"/not-modified", {"HTTP/1.1 304 Not Modified\r\nContent-Length: 100000\r\n", {}, false}},
     {"/to-http", {"HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:{port}/manifest\r\nContent-Length: 0\r\n", {}}},
     {"/to-https", {"HTTP/1.1 301 Moved\r\nLocation: https://127.0.0.1:{port}/manifest\r\nContent-Length: 0\r\n", {}}},
     {"/stall", {"HTTP/1.1 200 OK\r\nContent-Length: 1000\r\n", "{\"bundle", false}},
@@ -179,7 +178,6 @@ INSTANTIATE_TEST_SUITE_P(
         ServerCase{"BodyTooLarge", "/too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
         ServerCase{"AnnouncedTooLarge", "/announced-too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
         ServerCase{"NotFound", "/missing", UpdateCheckResult::failed(UpdateCheckFailure::http(404))},
-        ServerCase{"NotModified", "/not-modified", UpdateCheckResult::failed(UpdateCheckFailure::http(304))},
         ServerCase{"RedirectToHttp", "/to-http", UpdateCheckResult::failed(Failure::InsecureRedirect)},
         ServerCase{"RedirectToHttps", "/to-https", available(200)},
         ServerCase{"UntrustedCertificate", "/manifest", UpdateCheckResult::failed(Failure::Network), false},

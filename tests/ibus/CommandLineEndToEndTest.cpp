@@ -179,10 +179,12 @@ TEST_F(CommandLineEndToEndTest, HelpAndUnknownWords)
     EXPECT_TRUE(help.out.startsWith(english("cli.usage.header").toUtf8()));
     EXPECT_TRUE(help.err.isEmpty());
 
-    const ProcessResult unknown = tolvar({"lsit"});
-    EXPECT_EQ(unknown.exitCode, 1);
-    EXPECT_TRUE(unknown.out.isEmpty());
-    EXPECT_EQ(unknown.err, help.out);
+    for (const QStringList &words : {QStringList{"lsit"}, QStringList{"GUI"}, QStringList{"status", "--help"}}) {
+        const ProcessResult unknown = tolvar(words);
+        EXPECT_EQ(unknown.exitCode, 1) << qPrintable(words.join(' '));
+        EXPECT_TRUE(unknown.out.isEmpty());
+        EXPECT_EQ(unknown.err, help.out);
+    }
 
     const ProcessResult unknownJson = tolvar({"lsit", "--json"});
     EXPECT_EQ(unknownJson.exitCode, 1);

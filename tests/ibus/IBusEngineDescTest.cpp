@@ -150,11 +150,6 @@ INSTANTIATE_TEST_SUITE_P(
                  QStringLiteral("hangul")},
         DescCase{"NameOfAnotherType", engineDesc, hangulFields(0, 7u), hangul([](SourceProperties &p) { p.id = 7u; }),
                  QString()},
-        DescCase{"LanguageOfAnotherType", engineDesc, hangulFields(3, 7u), hangul([](SourceProperties &p) {
-                     p.languages = 7u;
-                     p.symbol = QVariant();
-                 }),
-                 QStringLiteral("hangul")},
         DescCase{"ItsOwnSymbolWins", engineDesc, hangulFields() << QString() << QStringLiteral("한"),
                  hangul([](SourceProperties &p) { p.symbol = QStringLiteral("한"); }), QStringLiteral("hangul")},
         DescCase{"LayoutsShowTheirLanguageNotTheSharedIcon", engineDesc,
@@ -164,7 +159,6 @@ INSTANTIATE_TEST_SUITE_P(
                      p.iconReference = QVariant();
                  }),
                  QStringLiteral("xkb:de::deu")},
-        DescCase{"AnotherSerializedType", QStringLiteral("IBusText"), hangulFields(), std::nullopt, QString()},
         DescCase{"NotAStruct", QString(), {}, std::nullopt, QString()}),
     ParamName());
 

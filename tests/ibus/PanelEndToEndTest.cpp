@@ -1,6 +1,8 @@
-// The setup flow driven by pointer on the live model, against the private
-// session's ibus-daemon and a real configuration file.
+// The setup flow driven by pointer on the live model, then a choice made in
+// the model, against the private session's ibus-daemon (engines xkb:us::eng,
+// xkb:de::deu and hangul) and a real configuration file.
 #include "app/AppModel.h"
+#include "app/MenuBarIcon.h"
 #include "app/panel/Panel.h"
 #include "app/ui/Identifiers.h"
 #include "core/config/ConfigStore.h"
@@ -17,7 +19,7 @@
 
 namespace {
 
-TEST(PanelEndToEndTest, SetupPinsTheChosenEngine)
+TEST(PanelEndToEndTest, SetupPinsTheChosenEngineAndTheNextChoiceIsKept)
 {
     if (IBusAddress::published().isEmpty())
         GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
@@ -26,6 +28,11 @@ TEST(PanelEndToEndTest, SetupPinsTheChosenEngine)
     AppModel &model = AppModel::shared();
     model.start();
     ASSERT_TRUE(model.showsOnboarding());
+    QStringList ids;
+    for (const InputChoice &choice : model.sources())
+        ids << choice.id;
+    EXPECT_EQ(ids, (QStringList{"xkb:us::eng", "xkb:de::deu", "hangul"}));
+
     Panel panel(model, false, 900);
     panel.show();
     const auto click = [&panel](const QString &identifier) {
@@ -45,6 +52,15 @@ TEST(PanelEndToEndTest, SetupPinsTheChosenEngine)
     EXPECT_TRUE(stored.onboardingCompleted);
     EXPECT_TRUE(spinUntil([&] { return ibus.currentID() == QLatin1String("xkb:de::deu"); }, 10000))
         << qPrintable(ibus.currentID());
+
+    model.choose(QStringLiteral("xkb:us::eng"));
+    EXPECT_TRUE(spinUntil(
+        [&] { return model.runtimeState() == RuntimeState::Keeping && model.currentID() == "xkb:us::eng"; }, 10000))
+        << qPrintable(model.runtimeState().raw());
+    EXPECT_EQ(ConfigStore::loadOrDefault().sourceID, QStringLiteral("xkb:us::eng"));
+    EXPECT_FALSE(model.warning()) << qPrintable(model.warning().value_or(QString()));
+    // A layout shows its label, one flat ink that takes the panel's colour.
+    EXPECT_TRUE(MenuBarIcon::isTemplate(model.currentSourceIcon()));
     QThreadPool::globalInstance()->waitForDone();
 }
 

@@ -1,4 +1,4 @@
-// The engine alone, on live wiring, for end-to-end tests and benchmarks:
+// The engine alone, on live wiring, for the latency benchmark:
 // keeps the pinned source until it is killed. Started with "focus", it is
 // the focus helper instead, as the real program would be, and notes each run
 // in HOME/focus-helper-runs.
