@@ -115,16 +115,16 @@ TEST_P(InstanceLockOccupiedTest, IsAnError)
     EXPECT_EQ(held.error().path(), path());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , InstanceLockOccupiedTest,
-    testing::Values(OccupiedCase{"Folder", {QStringLiteral("mkdir")}, EISDIR, EISDIR},
-                    // Following it would create the target.
-                    OccupiedCase{"DanglingLink",
-                                 {QStringLiteral("ln"), QStringLiteral("-s"), QStringLiteral("missing-target")},
-                                 ELOOP,
-                                 ELOOP},
-                    // Neither may wait for a writer to open the pipe, nor lock it.
-                    OccupiedCase{"Fifo", {QStringLiteral("mkfifo")}, EINVAL, EINVAL}),
-    ParamName());
+INSTANTIATE_TEST_SUITE_P(, InstanceLockOccupiedTest,
+                         testing::Values(OccupiedCase{"Folder", {QStringLiteral("mkdir")}, EISDIR, EISDIR},
+                                         // Following it would create the target.
+                                         OccupiedCase{"DanglingLink",
+                                                      {QStringLiteral("ln"), QStringLiteral("-s"),
+                                                       QStringLiteral("missing-target")},
+                                                      ELOOP,
+                                                      ELOOP},
+                                         // Neither may wait for a writer to open the pipe, nor lock it.
+                                         OccupiedCase{"Fifo", {QStringLiteral("mkfifo")}, EINVAL, EINVAL}),
+                         ParamName());
 
 } // namespace

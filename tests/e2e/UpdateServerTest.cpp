@@ -172,17 +172,17 @@ UpdateCheckResult available(qsizetype size)
 
 INSTANTIATE_TEST_SUITE_P(
     Update, UpdateServerTest,
-    testing::Values(
-        ServerCase{"Manifest", "/manifest", available(200)},
-        ServerCase{"LargestBody", "/largest", available(NetworkLoader::largestBody)},
-        ServerCase{"BodyTooLarge", "/too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
-        ServerCase{"AnnouncedTooLarge", "/announced-too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
-        ServerCase{"NotFound", "/missing", UpdateCheckResult::failed(UpdateCheckFailure::http(404))},
-        ServerCase{"RedirectToHttp", "/to-http", UpdateCheckResult::failed(Failure::InsecureRedirect)},
-        ServerCase{"RedirectToHttps", "/to-https", available(200)},
-        ServerCase{"UntrustedCertificate", "/manifest", UpdateCheckResult::failed(Failure::Network), false},
-        ServerCase{"Stalls", "/stall", UpdateCheckResult::failed(Failure::Network)},
-        ServerCase{"Trickles", "/trickle", UpdateCheckResult::failed(Failure::Network)}),
+    testing::Values(ServerCase{"Manifest", "/manifest", available(200)},
+                    ServerCase{"LargestBody", "/largest", available(NetworkLoader::largestBody)},
+                    ServerCase{"BodyTooLarge", "/too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
+                    ServerCase{"AnnouncedTooLarge", "/announced-too-large",
+                               UpdateCheckResult::failed(Failure::ResponseTooLarge)},
+                    ServerCase{"NotFound", "/missing", UpdateCheckResult::failed(UpdateCheckFailure::http(404))},
+                    ServerCase{"RedirectToHttp", "/to-http", UpdateCheckResult::failed(Failure::InsecureRedirect)},
+                    ServerCase{"RedirectToHttps", "/to-https", available(200)},
+                    ServerCase{"UntrustedCertificate", "/manifest", UpdateCheckResult::failed(Failure::Network), false},
+                    ServerCase{"Stalls", "/stall", UpdateCheckResult::failed(Failure::Network)},
+                    ServerCase{"Trickles", "/trickle", UpdateCheckResult::failed(Failure::Network)}),
     ParamName());
 
 } // namespace

@@ -165,13 +165,12 @@ TEST_P(IBusFindTest, FindsEnabledEnginesOnly)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(IBus, IBusFindTest,
-                         testing::Values(FindCase{"KoreanEngineIsCJKV", hangul, true, true},
-                                         FindCase{"LayoutIsNot", us, true, false},
-                                         FindCase{"InstalledButNotEnabled", QStringLiteral("xkb:fr::fra"), false,
-                                                  false},
-                                         FindCase{"CaseDiffers", QStringLiteral("Hangul"), false, false}),
-                         ParamName());
+INSTANTIATE_TEST_SUITE_P(
+    IBus, IBusFindTest,
+    testing::Values(FindCase{"KoreanEngineIsCJKV", hangul, true, true}, FindCase{"LayoutIsNot", us, true, false},
+                    FindCase{"InstalledButNotEnabled", QStringLiteral("xkb:fr::fra"), false, false},
+                    FindCase{"CaseDiffers", QStringLiteral("Hangul"), false, false}),
+    ParamName());
 
 // IBus gone: every answer is empty, selecting fails, and nothing waits for long.
 struct AbsentCase
