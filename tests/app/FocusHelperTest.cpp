@@ -9,7 +9,7 @@ namespace {
 
 const QString hangul = "hangul";
 
-// A world that can change its mind at a given configuration read.
+// A world that can change its mind at a given configuration read or secure-input query.
 struct HelperWorld
 {
     Config config{hangul, true, std::nullopt, true};
@@ -22,7 +22,6 @@ struct HelperWorld
     qint32 selectStatus = 0;
     bool selectWorks = true;
     QString current = "xkb:us::eng";
-
     int reads = 0;
     int secureQueries = 0;
     QStringList steps;
@@ -30,16 +29,8 @@ struct HelperWorld
     FocusHelperDependencies dependencies()
     {
         FocusHelperDependencies d;
-        d.readConfig = [this]() -> std::optional<Config> {
-            ++reads;
-            if (changesAtRead && reads >= changesAtRead)
-                return laterConfig;
-            return config;
-        };
-        d.secureInput = [this] {
-            ++secureQueries;
-            return secure || (secureFromQuery && secureQueries >= secureFromQuery);
-        };
+        d.readConfig = [this] { return changesAtRead && ++reads >= changesAtRead ? laterConfig : config; };
+        d.secureInput = [this] { return secure || (secureFromQuery && ++secureQueries >= secureFromQuery); };
         d.isSelectable = [this](const QString &) { return selectable; };
         d.select = [this](const QString &id) {
             steps << "select";
@@ -49,9 +40,7 @@ struct HelperWorld
         };
         d.currentID = [this] { return current; };
         d.becomeAccessory = [this] { steps << "accessory"; };
-        d.mainScreenArea = [this]() -> std::optional<QRect> {
-            return screen ? std::optional(QRect(0, 0, 1440, 900)) : std::nullopt;
-        };
+        d.mainScreenArea = [this] { return screen ? std::optional(QRect(0, 0, 1440, 900)) : std::nullopt; };
         d.createWindow = [this](const QRect &) { steps << "window"; };
         d.activateWindow = [this] { steps << "activate"; };
         return d;
@@ -84,34 +73,31 @@ TEST_P(FocusHelperTest, ExitsWithTheRightStatusAfterTheRightSteps)
 }
 
 const QStringList allSteps = {"accessory", "select", "window", "activate"};
-const auto nothing = [](HelperWorld &) {};
 const auto unpinnedAt = [](int read) {
     return [read](HelperWorld &w) {
         w.changesAtRead = read;
         w.laterConfig = Config{"xkb:us::eng", true, std::nullopt, true};
     };
 };
+const auto secureFrom = [](int query) { return [query](HelperWorld &w) { w.secureFromQuery = query; }; };
+const auto paused = [](HelperWorld &w) { w.config.enabled = false; };
 
 INSTANTIATE_TEST_SUITE_P(
     FocusHelper, FocusHelperTest,
     testing::Values(
-        HelperCase{"Switches", nothing, true, 0, allSteps},
+        HelperCase{"Switches", [](auto &) {}, true, 0, allSteps},
         HelperCase{"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, 78, allSteps},
         HelperCase{"NoConfiguration", [](auto &w) { w.changesAtRead = 1; }, false, 76, {}},
         HelperCase{"AnotherSourcePinned", [](auto &w) { w.config.sourceID = "anthy"; }, false, 76, {}},
-        HelperCase{"AutomaticWhilePaused", [](auto &w) { w.config.enabled = false; }, true, 76, {}},
-        HelperCase{"ManualWhilePaused", [](auto &w) { w.config.enabled = false; }, false, 0, allSteps},
+        HelperCase{"AutomaticWhilePaused", paused, true, 76, {}},
+        HelperCase{"ManualWhilePaused", paused, false, 0, allSteps},
         HelperCase{"SecureInputAtStart", [](auto &w) { w.secure = true; }, false, 75, {}},
         HelperCase{"SourceRemoved", [](auto &w) { w.selectable = false; }, false, 77, {}},
         HelperCase{"NoScreen", [](auto &w) { w.screen = false; }, false, 78, {"accessory"}},
         HelperCase{"UnpinnedBeforeSelecting", unpinnedAt(2), false, 76, {"accessory"}},
-        HelperCase{"SecureInputBeforeSelecting", [](auto &w) { w.secureFromQuery = 2; }, false, 75, {"accessory"}},
+        HelperCase{"SecureInputBeforeSelecting", secureFrom(2), false, 75, {"accessory"}},
         HelperCase{"SelectionRefused", [](auto &w) { w.selectStatus = -50; }, false, 78, {"accessory", "select"}},
-        HelperCase{"SecureInputBeforeActivating",
-                   [](auto &w) { w.secureFromQuery = 3; },
-                   false,
-                   75,
-                   {"accessory", "select", "window"}},
+        HelperCase{"SecureInputBeforeActivating", secureFrom(3), false, 75, {"accessory", "select", "window"}},
         HelperCase{"UnpinnedBeforeActivating", unpinnedAt(3), false, 76, {"accessory", "select", "window"}},
         HelperCase{"UnpinnedWhileConfirming", unpinnedAt(4), false, 76, allSteps}),
     ParamName());

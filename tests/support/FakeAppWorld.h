@@ -31,7 +31,6 @@ struct FakeAppWorld
 
     QStringList calls; // main-thread services, in call order
     std::vector<AppServices::Completion> applies;
-    std::atomic<int> loginQueries = 0;
 
     template <typename T> T noted(const char *call, T value)
     {
@@ -43,22 +42,19 @@ struct FakeAppWorld
     {
         AppServices s;
         s.load = [this]() -> Expected<Config> {
-            calls << QStringLiteral("load");
-            if (unreadable)
+            if (noted("load", unreadable))
                 return Error::decode(QStringLiteral("not JSON"));
             return config.value_or(Config{});
         };
         s.save = [this](const Config &written) -> Expected<void> {
-            calls << QStringLiteral("save");
-            if (writeError)
+            if (noted("save", writeError))
                 return Error::other(*writeError);
             config = written;
             return {};
         };
         if (lockedUpdates)
             s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
-                calls << QStringLiteral("update");
-                if (writeError)
+                if (noted("update", writeError))
                     return Error::other(*writeError);
                 Config edited = config.value_or(Config{});
                 edit(edited);
@@ -67,10 +63,7 @@ struct FakeAppWorld
             };
         s.choices = [this] { return noted("choices", sources); };
         s.current = [this] { return noted("current", current); };
-        s.loginEnabled = [this] {
-            ++loginQueries;
-            return login.load();
-        };
+        s.loginEnabled = [this] { return login.load(); };
         s.setLogin = [this](bool on) -> Expected<void> {
             if (loginGate)
                 loginGate->acquire();
@@ -80,15 +73,14 @@ struct FakeAppWorld
             return {};
         };
         s.apply = [this](AppServices::Completion completion) {
-            calls << QStringLiteral("apply");
-            applies.push_back(std::move(completion));
+            applies.push_back(noted("apply", std::move(completion)));
         };
         s.secureInput = [this] { return noted("secureInput", secure); };
         s.isSwitching = [this] { return noted("isSwitching", engineSwitching); };
-        s.cancelSwitch = [this] { calls << QStringLiteral("cancelSwitch"); };
+        s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
         s.sourceIcon = [this](const QString &id) -> std::optional<QImage> {
             calls << QStringLiteral("sourceIcon ") + id;
-            return icons.contains(id) ? std::optional<QImage>(icons.value(id)) : std::nullopt;
+            return icons.contains(id) ? std::optional(icons.value(id)) : std::nullopt;
         };
         return s;
     }
