@@ -1,6 +1,5 @@
-// How the graphical instance starts on a fake lock and bus, and where its
-// drop-down goes next to a tray icon. The window and the tray item themselves
-// are tested on the real executable.
+// The graphical instance's start on a lock it cannot take, and where its
+// drop-down goes next to a tray icon.
 #include "app/AppController.h"
 #include "app/AppModel.h"
 #include "app/tray/DropDownPlacement.h"
@@ -9,9 +8,7 @@
 
 #include "support/FakeAppWorld.h"
 #include "support/FakeEnforcementWorld.h"
-#include "support/ParamName.h"
 
-#include <QThreadPool>
 #include <QWidget>
 
 #include <gtest/gtest.h>
@@ -20,70 +17,31 @@
 
 namespace {
 
-enum class Lock { Acquired, HeldElsewhere, Fails };
-
-struct LaunchCase
+// The window, the hand-over to a running instance and the tray item are tested
+// on the real executable; a lock that cannot be taken is not.
+TEST(AppControllerTest, ALockFailureIsShownAndEndsTheInstance)
 {
-    const char *name;
-    Lock lock;
-    bool openWindow;
-    AppController::Launch launch;
-    bool posted;
-    bool alerted;
-    bool windowShown;
-};
-
-class AppControllerTest : public testing::TestWithParam<LaunchCase>
-{
-protected:
-    void TearDown() override { QThreadPool::globalInstance()->waitForDone(); }
-
     FakeAppWorld world;
-    FakeEnforcementWorld m_engineWorld;
-    Enforcer m_enforcer{m_engineWorld.dependencies()};
-    AppModel m_model{world.services(), &m_enforcer};
-};
-
-TEST_P(AppControllerTest, Launch)
-{
-    const LaunchCase &row = GetParam();
-    QStringList posted;
-    QStringList alerts;
-    QStringList observed;
+    FakeEnforcementWorld engineWorld;
+    Enforcer enforcer{engineWorld.dependencies()};
+    AppModel model{world.services(), &enforcer};
+    QStringList calls;
     AppController::Dependencies dependencies;
-    dependencies.acquireLock = [&row]() -> Expected<bool> {
-        if (row.lock == Lock::Fails)
-            return Error::posix(EACCES, QStringLiteral("/config/gui.lock"));
-        return row.lock == Lock::Acquired;
-    };
-    dependencies.notifications.post = [&](const QString &name) { posted << name; };
+    dependencies.acquireLock = []() -> Expected<bool> { return Error::posix(EACCES, "/config/gui.lock"); };
+    dependencies.notifications.post = [&](const QString &name) { calls << "post " + name; };
     dependencies.notifications.observe = [&](const QString &name, QObject *, std::function<void()>) {
-        observed << name;
+        calls << "observe " + name;
         return true;
     };
-    dependencies.alert = [&](const QString &message) { alerts << message; };
-    dependencies.trayHost.whenPresent = [](QObject *, std::function<void()>) {};
-    AppController instance(m_model, std::move(dependencies));
-
-    EXPECT_EQ(instance.launch(row.openWindow), row.launch);
-    EXPECT_EQ(posted, row.posted ? QStringList{ConfigStore::openWindow} : QStringList{});
-    EXPECT_EQ(alerts.size(), row.alerted ? 1 : 0);
-    EXPECT_TRUE(!row.alerted || alerts.value(0).contains(QStringLiteral("gui.lock"))) << qPrintable(alerts.value(0));
-    EXPECT_EQ(instance.window() && instance.window()->isVisible(), row.windowShown);
-    // Only the one instance listens for others and runs the model.
-    const bool running = row.launch == AppController::Launch::Running;
-    EXPECT_EQ(observed.contains(ConfigStore::openWindow), running);
-    EXPECT_EQ(world.calls.contains(QStringLiteral("load")), running);
+    dependencies.alert = [&](const QString &message) { calls << message; };
+    dependencies.trayHost.whenPresent = [&](QObject *, std::function<void()>) { calls << "tray"; };
+    AppController instance(model, std::move(dependencies));
+    EXPECT_EQ(instance.launch(true), AppController::Launch::LockFailed);
+    ASSERT_EQ(calls.size(), 1) << qPrintable(calls.join(", "));
+    EXPECT_TRUE(calls.first().contains("gui.lock")) << qPrintable(calls.first());
+    EXPECT_FALSE(instance.window() && instance.window()->isVisible());
+    EXPECT_FALSE(world.calls.contains("load")) << "the model does not run";
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    AppController, AppControllerTest,
-    testing::Values(
-        LaunchCase{"WindowMode", Lock::Acquired, true, AppController::Launch::Running, false, false, true},
-        LaunchCase{"BackgroundMode", Lock::Acquired, false, AppController::Launch::Running, false, false, false},
-        LaunchCase{"SecondInstance", Lock::HeldElsewhere, true, AppController::Launch::HandedOver, true, false, false},
-        LaunchCase{"LockFailure", Lock::Fails, true, AppController::Launch::LockFailed, false, true, false}),
-    ParamName());
 
 // A 1000 x 700 screen with a 30-pixel bar at the top or bottom; the panel is 300 x 400.
 TEST(DropDownPlacementTest, StaysBesideTheIconAndOnTheScreen)

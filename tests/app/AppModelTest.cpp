@@ -162,7 +162,7 @@ INSTANTIATE_TEST_SUITE_P(Operations, AppModelWriteFailureTest,
                                          WriteFailureCase{"FinishSetup", false, [](AppModel &m) { m.finishSetup(); }}),
                          ParamName());
 
-// One outcome of a switch, made manually and by the engine on its own.
+// One outcome of a switch the engine made on its own.
 struct OutcomeCase
 {
     std::string name;
@@ -181,18 +181,6 @@ protected:
         return warning(GetParam().warningKey, GetParam().outcome.message());
     }
 };
-
-TEST_P(AppModelOutcomeTest, ManualOutcomeBecomesTheWarning)
-{
-    world.secure = GetParam().secure;
-    model().choose(german);
-    world.applies.at(0)(GetParam().outcome);
-    EXPECT_FALSE(model().switching());
-    EXPECT_EQ(model().warning(), expected());
-    EXPECT_EQ(model().canRetrySwitch(), expected() && !GetParam().secure);
-    const RuntimeState failed = GetParam().secure ? RuntimeState::SecureInput : RuntimeState::Error;
-    EXPECT_EQ(model().runtimeState(), expected() ? failed : RuntimeState(RuntimeState::Waiting));
-}
 
 TEST_P(AppModelOutcomeTest, AutomaticOutcomeBecomesTheWarningButBusyIsIgnored)
 {
@@ -228,16 +216,6 @@ TEST_F(AppModelTest, WarningsLastAsLongAsTheirCause)
     world.secure = false;
     model().refresh();
     EXPECT_FALSE(model().warning()) << "secure input ended";
-}
-
-TEST_F(AppModelTest, SwitchAndSaveFailuresMakeTwoLines)
-{
-    model().choose(german);
-    finishApply(0, QStringLiteral("x"));
-    world.writeError = QStringLiteral("disk full");
-    model().setLanguage(QStringLiteral("ko"));
-    EXPECT_EQ(model().warning(), warning("warn.switch", QStringLiteral("x")) + QLatin1Char('\n')
-                                     + warning("warn.save", QStringLiteral("disk full")));
 }
 
 TEST_F(AppModelTest, UnreadableWhileKeepingCancelsAndShowsOnlyThat)
@@ -282,29 +260,6 @@ TEST_F(AppModelTest, LoginWorkOutlivingTheModelIsDropped)
     m_model.reset();
     settle();
     EXPECT_TRUE(world.login);
-}
-
-TEST_F(AppModelTest, StartHooksTheEngineToTheModel)
-{
-    model().start();
-    world.calls.clear();
-    m_engineWorld.current = QStringLiteral("xkb:de::ger");
-    m_enforcer.enforce(true, false);
-    EXPECT_GE(world.calls.count("load"), 1) << "the engine's updates refresh the model";
-}
-
-TEST_F(AppModelTest, ArtworkIsCachedUntilInvalidated)
-{
-    const QString us = QStringLiteral("xkb:us::eng");
-    world.icons.insert(us, QImage(16, 16, QImage::Format_ARGB32));
-    model().refresh();
-    const qint64 first = model().currentSourceIcon().cacheKey();
-    model().refresh();
-    EXPECT_EQ(model().currentSourceIcon().cacheKey(), first);
-    EXPECT_EQ(world.calls.count("sourceIcon " + us), 1);
-    model().invalidateArtwork();
-    EXPECT_EQ(world.calls.count("sourceIcon " + us), 2);
-    EXPECT_NE(model().currentSourceIcon().cacheKey(), first);
 }
 
 } // namespace

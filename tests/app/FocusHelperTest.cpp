@@ -102,10 +102,4 @@ INSTANTIATE_TEST_SUITE_P(
         HelperCase{"UnpinnedWhileConfirming", unpinnedAt(4), false, 76, allSteps}),
     ParamName());
 
-TEST(FocusHelperWindowTest, SitsEightPointsInFromTheLowerRightCorner)
-{
-    EXPECT_EQ(FocusHelper::windowGeometry(QRect(0, 25, 1440, 875)), QRect(1429, 889, 3, 3));
-    EXPECT_EQ(FocusHelper::windowGeometry(QRect(1920, 0, 1280, 1024)), QRect(3189, 1013, 3, 3));
-}
-
 } // namespace

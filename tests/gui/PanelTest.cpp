@@ -95,8 +95,9 @@ template <typename Row> class PanelTable : public PanelTest, public testing::Wit
 {
 };
 
-const QString german = QStringLiteral("source-xkb:de::deu");
-const QString hangul = QStringLiteral("source-hangul");
+const char *const german = "source-xkb:de::deu";
+const char *const hangul = "source-hangul";
+const Config hangulKept{QStringLiteral("hangul"), true, std::nullopt, true};
 
 TEST_F(PanelTest, PickingASourcePinsItAndFollowingTheSystemPauses)
 {
@@ -105,15 +106,15 @@ TEST_F(PanelTest, PickingASourcePinsItAndFollowingTheSystemPauses)
     EXPECT_EQ(world.config, (Config{QStringLiteral("xkb:de::deu"), true, std::nullopt, true}));
     EXPECT_EQ(world.calls.count(QStringLiteral("apply")), 1);
     const auto accessible = [this](const char *row) { return QAccessible::queryAccessibleInterface(find(row)); };
-    EXPECT_EQ(accessible("source-xkb:de::deu")->text(QAccessible::Value), QStringLiteral("Pinned source"));
+    EXPECT_EQ(accessible(german)->text(QAccessible::Value), QStringLiteral("Pinned source"));
     EXPECT_EQ(accessible("source-xkb:us::eng")->text(QAccessible::Value), QStringLiteral("Current"));
-    EXPECT_EQ(accessible("source-xkb:de::deu")->childCount(), 0) << "a row reads as one element";
+    EXPECT_EQ(accessible(german)->childCount(), 0) << "a row reads as one element";
 
     click(Identifier::followSystem);
     EXPECT_FALSE(world.config->enabled);
     EXPECT_FALSE(find<SourceRow>(german)->isSelected());
     click(hangul);
-    EXPECT_EQ(world.config, (Config{QStringLiteral("hangul"), true, std::nullopt, true}));
+    EXPECT_EQ(world.config, hangulKept);
     EXPECT_TRUE(find<SourceRow>(hangul)->isSelected());
 }
 
@@ -229,46 +230,33 @@ const auto missing = [](FakeAppWorld &w, AppModel &m) {
     m.refresh();
 };
 const char *const triangle = "exclamationmark.triangle.fill";
-
-INSTANTIATE_TEST_SUITE_P(Panel, PanelSituationTest,
-                         testing::Values(SituationRow{"Keeping", [](FakeAppWorld &, AppModel &) {}, nullptr, false},
-                                         SituationRow{"Waiting", waiting, "clock", true},
-                                         SituationRow{"WaitingWithReducedMotion", waiting, "clock", false, nullptr,
-                                                      false, true},
-                                         SituationRow{"Switching", [](FakeAppWorld &, AppModel &m) { m.apply(); },
-                                                      "arrow.triangle.2.circlepath", true},
-                                         SituationRow{"FailedSwitch", failed, nullptr, false, triangle, true},
-                                         SituationRow{"SecureInput", secure, "lock.shield", false, "lock.shield.fill"},
-                                         SituationRow{"MissingSource", missing, nullptr, false, triangle}),
-                         ParamName());
-
-struct HeightRow
-{
-    std::string name;
-    bool inWindow;
-    int screen;
-    int height;
+const SituationRow situations[] = {
+    {"Keeping", [](FakeAppWorld &, AppModel &) {}, nullptr, false},
+    {"Waiting", waiting, "clock", true},
+    {"WaitingWithReducedMotion", waiting, "clock", false, nullptr, false, true},
+    {"Switching", [](FakeAppWorld &, AppModel &m) { m.apply(); }, "arrow.triangle.2.circlepath", true},
+    {"FailedSwitch", failed, nullptr, false, triangle, true},
+    {"SecureInput", secure, "lock.shield", false, "lock.shield.fill"},
+    {"MissingSource", missing, nullptr, false, triangle},
 };
-using PanelHeightTest = PanelTable<HeightRow>;
+INSTANTIATE_TEST_SUITE_P(Panel, PanelSituationTest, testing::ValuesIn(situations), ParamName());
 
-TEST_P(PanelHeightTest, LongPagesScrollWithinTheScreen)
+// A page too tall for the screen scrolls within it, in the drop-down and in a window.
+TEST_F(PanelTest, LongPagesScrollWithinTheScreen)
 {
     numberedSources(30);
     world.writeError = QStringLiteral("the disk is full. ").repeated(40);
-    open(GetParam().inWindow);
-    EXPECT_FALSE(find(Identifier::panelOverflow));
-    model->choose(QStringLiteral("s3")); // fails to save: a long warning
-    panel->setScreenHeight(PanelScreenHeight::usableHeight(GetParam().screen));
-    settle();
-    const auto *overflow = find<QScrollArea>(Identifier::panelOverflow);
-    ASSERT_TRUE(overflow);
-    EXPECT_EQ(overflow->height(), GetParam().height);
+    for (const auto &[inWindow, screen, height] : {std::tuple{false, 700, 612}, {true, 700, 620}, {false, 100, 72}}) {
+        open(inWindow);
+        EXPECT_FALSE(find(Identifier::panelOverflow));
+        model->choose(QStringLiteral("s3")); // fails to save: a long warning
+        panel->setScreenHeight(PanelScreenHeight::usableHeight(screen));
+        settle();
+        const auto *overflow = find<QScrollArea>(Identifier::panelOverflow);
+        ASSERT_TRUE(overflow);
+        EXPECT_EQ(overflow->height(), height) << inWindow << " on " << screen;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Panel, PanelHeightTest,
-                         testing::Values(HeightRow{"DropDown", false, 700, 612}, HeightRow{"Window", true, 700, 620},
-                                         HeightRow{"DropDownOnATinyScreen", false, 100, 72}),
-                         ParamName());
 
 // A language chosen in the settings retranslates the panel at once.
 TEST_F(PanelTest, ChoosingALanguageRetranslatesAndKeepsTheQuery)
@@ -322,57 +310,48 @@ TEST_F(PanelTest, SetupNeedsAChoiceAndBackKeepsIt)
     EXPECT_FALSE(find(Identifier::setupNext)->isEnabled());
 }
 
-// Reopened from the settings, setup starts from what is kept now and can be cancelled.
-TEST_F(PanelTest, ReopenedSetupStartsFromTheCurrentStateAndCancels)
-{
-    for (const bool enabled : {true, false}) {
-        world.config->enabled = enabled;
-        open();
-        click(Identifier::settings);
-        click(Identifier::setupReopen);
-        EXPECT_EQ(find<QAbstractButton>(Identifier::setupSkip)->text(), L10n::text("setup.cancel"));
-        click(Identifier::setupNext);
-        EXPECT_EQ(find<QLabel>(Identifier::setupTarget)->text(), QStringLiteral("English (US)"));
-        EXPECT_EQ(find<QAbstractButton>(Identifier::setupKeep)->isChecked(), enabled);
-        click(Identifier::setupSkip);
-        EXPECT_FALSE(model->showsOnboarding());
-        EXPECT_EQ(world.config->enabled, enabled);
-    }
-}
-
-// What Finish writes; it changes the login item only when asked.
-struct FinishRow
+// What setup writes, first and when reopened: it starts from what is kept now,
+// and changes the login item only when asked.
+struct SetupRow
 {
     std::string name;
-    QList<const char *> clicks; // on the second step
-    bool enabled;
-    bool loginChanged;
+    std::optional<bool> keeping; // none: the first run
+    QList<const char *> clicks;
+    std::optional<Config> written; // none: as before
+    bool loginChanged = false;
 };
-using PanelFinishTest = PanelTable<FinishRow>;
+using PanelSetupTest = PanelTable<SetupRow>;
 
-TEST_P(PanelFinishTest, WritesTheChoice)
+TEST_P(PanelSetupTest, WritesWhatWasChosen)
 {
-    world.config.reset();
+    const SetupRow &row = GetParam();
+    if (row.keeping)
+        world.config->enabled = *row.keeping;
+    else
+        world.config.reset();
+    const std::optional<Config> before = world.config;
     world.login = true;
     world.loginError = QStringLiteral("refused"); // any change shows
     open();
-    click(hangul);
-    click(Identifier::setupNext);
-    for (const char *identifier : GetParam().clicks)
+    for (const char *identifier : row.clicks)
         click(identifier);
-    click(Identifier::setupNext);
     EXPECT_FALSE(model->showsOnboarding());
-    EXPECT_EQ(world.config, (Config{QStringLiteral("hangul"), GetParam().enabled, std::nullopt, true}));
-    EXPECT_EQ(world.calls.count(QStringLiteral("apply")), GetParam().enabled ? 1 : 0);
-    EXPECT_EQ(model->warning().value_or(QString()).contains(QStringLiteral("refused")), GetParam().loginChanged);
+    EXPECT_EQ(world.config, row.written ? row.written : before);
+    EXPECT_EQ(world.calls.count(QStringLiteral("apply")), row.written && row.written->enabled ? 1 : 0);
+    EXPECT_EQ(model->warning().value_or(QString()).contains(QStringLiteral("refused")), row.loginChanged);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Panel, PanelFinishTest,
-    testing::Values(FinishRow{"AsOffered", {}, true, false},
-                    FinishRow{"LoginOffAndOnAgain", {Identifier::setupLogin, Identifier::setupLogin}, true, true},
-                    FinishRow{"NotKeptNow", {Identifier::setupKeep}, false, false}),
-    ParamName());
+const char *const next = Identifier::setupNext;
+const QList<const char *> reopen = {Identifier::settings, Identifier::setupReopen};
+const SetupRow setups[] = {
+    {"AsOffered", {}, {hangul, next, next}, hangulKept},
+    {"LoginOffAndOnAgain", {}, {hangul, next, Identifier::setupLogin, Identifier::setupLogin, next}, hangulKept, true},
+    {"NotKeptNow", {}, {hangul, next, Identifier::setupKeep, next}, Config{"hangul", false, {}, true}},
+    {"Reopened", true, reopen + QList{next, next}, Config{"xkb:us::eng", true, {}, true}},
+    {"ReopenedWhilePaused", false, reopen + QList{next, next}, {}},
+    {"ReopenedAndCancelled", true, reopen + QList{Identifier::setupSkip}, {}},
+};
+INSTANTIATE_TEST_SUITE_P(Panel, PanelSetupTest, testing::ValuesIn(setups), ParamName());
 
 // Setup, the main page and the settings each open the keyboard settings.
 TEST_F(PanelTest, KeyboardSettingsOpenFromEveryPage)

@@ -2,7 +2,6 @@
 
 #include "app/AppServices.h"
 
-#include <QHash>
 #include <QSemaphore>
 #include <QStringList>
 
@@ -27,7 +26,6 @@ struct FakeAppWorld
     std::atomic<bool> login = false;
     std::optional<QString> loginError;
     QSemaphore *loginGate = nullptr; // when set, a login change waits for it
-    QHash<QString, QImage> icons;
 
     QStringList calls; // main-thread services, in call order
     std::vector<AppServices::Completion> applies;
@@ -78,10 +76,7 @@ struct FakeAppWorld
         s.secureInput = [this] { return noted("secureInput", secure); };
         s.isSwitching = [this] { return noted("isSwitching", engineSwitching); };
         s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
-        s.sourceIcon = [this](const QString &id) -> std::optional<QImage> {
-            calls << QStringLiteral("sourceIcon ") + id;
-            return icons.contains(id) ? std::optional(icons.value(id)) : std::nullopt;
-        };
+        s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
         return s;
     }
 };
