@@ -2,7 +2,6 @@
 #include "app/panel/Panel.h"
 #include "app/AppModel.h"
 #include "app/panel/PanelScreenHeight.h"
-#include "app/panel/SourceFilter.h"
 #include "app/panel/StatusLine.h"
 #include "app/ui/Banner.h"
 #include "app/ui/Identifiers.h"
@@ -153,28 +152,6 @@ TEST_P(PanelSearchTest, ComesWithLongLists)
 }
 
 INSTANTIATE_TEST_SUITE_P(Panel, PanelSearchTest, testing::Combine(testing::Bool(), testing::Values(6, 7)));
-
-TEST(SourceFilterTest, MatchesNamesUnderTheLocale)
-{
-    const QList<InputChoice> all{{"xkb:tr:f:tur", "Türkçe Q"}, {"xkb:kr::kor", "KIRIK"}, {"pinyin", "Pinyin"}};
-    const struct
-    {
-        const char *query;
-        const char *locale;
-        QStringList matches;
-    } rows[] = {
-        {"pINy", "en", {"Pinyin"}},
-        {"xkb", "en", {}},        // identifiers are not searched
-        {"kır", "tr", {"KIRIK"}}, // Turkish folds I to a dotless ı,
-        {"kir", "tr", {}},        // so its i does not match I
-    };
-    for (const auto &row : rows) {
-        QStringList names;
-        for (const InputChoice &choice : SourceFilter::filtered(all, row.query, QLocale(row.locale)))
-            names << choice.name;
-        EXPECT_EQ(names, row.matches) << row.query << " in " << row.locale;
-    }
-}
 
 // What the main page says of the engine: a passing state on the status line,
 // a problem in the banner.
