@@ -49,38 +49,30 @@ protected:
     std::unique_ptr<AppModel> m_model;
 };
 
-template <typename Row> class AppModelTable : public AppModelTest, public testing::WithParamInterface<Row>
-{
-};
-
-TEST_F(AppModelTest, RefreshReadsInOrderAndOrphansASwitchWhenThePinChanges)
+// Only the latest request reports: not one orphaned by a pause, nor one a newer choice replaced.
+TEST_F(AppModelTest, StaleCompletionsAreIgnored)
 {
     model().choose(german);
-    ASSERT_TRUE(model().switching());
-    world.calls.clear();
     world.config->enabled = false;
     model().refresh();
-    EXPECT_EQ(world.calls, (QStringList{"load", "cancelSwitch", "choices", "current", "secureInput", "isSwitching"}));
-    EXPECT_FALSE(model().switching());
-    finishApply(0, QStringLiteral("late"));
-    EXPECT_FALSE(model().warning()) << "a completion of an orphaned request is ignored";
+    EXPECT_EQ(world.calls.count("cancelSwitch"), 1);
+    finishApply(0, QStringLiteral("orphaned"));
+    EXPECT_FALSE(model().warning());
     EXPECT_EQ(model().runtimeState(), RuntimeState::Paused);
-}
 
-TEST_F(AppModelTest, OnlyTheLastOfTwoChoicesReports)
-{
     model().choose(german);
     model().choose(QStringLiteral("hangul"));
-    finishApply(0, QStringLiteral("first"));
+    finishApply(1, QStringLiteral("replaced"));
     EXPECT_TRUE(model().switching());
     EXPECT_FALSE(model().warning());
-    finishApply(1, QStringLiteral("second"));
+    finishApply(2, QStringLiteral("latest"));
     EXPECT_FALSE(model().switching());
-    EXPECT_EQ(model().warning(), warning("warn.switch", QStringLiteral("second")));
+    EXPECT_EQ(model().warning(), warning("warn.switch", QStringLiteral("latest")));
 }
 
-// Operations that must leave the configuration and the engine alone.
-struct RefusalCase
+// Operations refused, or stopped by a failed write: no switch, and a failed
+// write's detail kept under the warning.
+struct StopCase
 {
     std::string name;
     std::function<void(FakeAppWorld &)> arrange;
@@ -89,24 +81,34 @@ struct RefusalCase
     bool onboarding = false; // shown afterwards
 };
 
-using AppModelRefusalTest = AppModelTable<RefusalCase>;
+class AppModelStopTest : public AppModelTest, public testing::WithParamInterface<StopCase>
+{
+};
 
-TEST_P(AppModelRefusalTest, WritesAndSwitchesNothing)
+TEST_P(AppModelStopTest, SwitchesNothingAndWritesAtMostOnce)
 {
     GetParam().arrange(world);
     model().refresh();
     if (GetParam().inSetup)
         model().beginSetup();
     GetParam().act(model());
-    EXPECT_EQ(world.calls.count("update") + world.calls.count("save") + world.calls.count("apply"), 0);
+    EXPECT_EQ(world.calls.count("update") + world.calls.count("save"), world.writeError ? 1 : 0);
+    EXPECT_EQ(world.calls.count("apply"), 0);
     EXPECT_EQ(model().showsOnboarding(), GetParam().onboarding);
+    EXPECT_EQ(model().saveErrorDetail(), world.writeError);
+    EXPECT_TRUE(!world.writeError || model().warning()->contains(*world.writeError));
 }
 
-const auto unreadable = [](FakeAppWorld &w) { w.unreadable = true; };
 const auto asIs = [](FakeAppWorld &) {};
+const auto unreadable = [](FakeAppWorld &w) { w.unreadable = true; };
 const auto unpinned = [](FakeAppWorld &w) { w.config->sourceID.reset(); };
+const auto failing = [](FakeAppWorld &w) { w.writeError = QStringLiteral("disk full"); };
+const auto failingInSetup = [](FakeAppWorld &w) {
+    failing(w);
+    w.config->onboardingCompleted = false;
+};
 
-const RefusalCase refusals[] = {
+const StopCase stops[] = {
     {"ChooseAnUnlistedSource", asIs, [](AppModel &m) { m.choose(QStringLiteral("xkb:fr::fra")); }},
     {"ChooseWhileUnreadable", unreadable, [](AppModel &m) { m.choose(german); }},
     {"TurnOnWithTheSourceGone", [](FakeAppWorld &w) { w.config->sourceID = "gone"; },
@@ -115,74 +117,12 @@ const RefusalCase refusals[] = {
     {"SkipSetupAlreadyCompleted", asIs, [](AppModel &m) { m.skipSetup(); }, true},
     {"FinishWithoutASource", unpinned, [](AppModel &m) { m.finishSetup(); }, true, true},
     {"BeginSetupWhileUnreadable", unreadable, [](AppModel &m) { m.beginSetup(); }},
+    {"ChooseFailsToWrite", failing, [](AppModel &m) { m.choose(german); }},
+    {"TurnOffFailsToWrite", failing, [](AppModel &m) { m.setEnabled(false); }},
+    {"SkipFailsToWrite", failingInSetup, [](AppModel &m) { m.skipSetup(); }, true, true},
+    {"FinishFailsToWrite", failingInSetup, [](AppModel &m) { m.finishSetup(); }, true, true},
 };
-INSTANTIATE_TEST_SUITE_P(Operations, AppModelRefusalTest, testing::ValuesIn(refusals), ParamName());
-
-// A write that fails leaves the detail under the warning and stops the operation there.
-struct WriteFailureCase
-{
-    std::string name;
-    bool lockedUpdates;
-    std::function<void(AppModel &)> act;
-};
-
-using AppModelWriteFailureTest = AppModelTable<WriteFailureCase>;
-
-TEST_P(AppModelWriteFailureTest, ShowsTheDetailAndGoesNoFurther)
-{
-    world.config->onboardingCompleted = false;
-    world.lockedUpdates = GetParam().lockedUpdates;
-    model().beginSetup();
-    world.writeError = QStringLiteral("disk full");
-    GetParam().act(model());
-    EXPECT_EQ(model().saveErrorDetail(), QStringLiteral("disk full"));
-    EXPECT_EQ(model().warning(), warning("warn.save", QStringLiteral("disk full")));
-    EXPECT_TRUE(model().showsOnboarding());
-    EXPECT_EQ(world.calls.count("apply"), 0);
-    world.writeError.reset();
-    model().setLanguage(QStringLiteral("ja"));
-    EXPECT_FALSE(model().saveErrorDetail()) << "the next write that works clears it";
-    EXPECT_EQ(model().language(), QStringLiteral("ja"));
-}
-
-const WriteFailureCase writeFailures[] = {
-    {"Choose", true, [](AppModel &m) { m.choose(german); }},
-    {"ChooseByLoadAndSave", false, [](AppModel &m) { m.choose(german); }},
-    {"TurnOff", true, [](AppModel &m) { m.setEnabled(false); }},
-    {"SkipSetup", true, [](AppModel &m) { m.skipSetup(); }},
-    {"FinishSetup", false, [](AppModel &m) { m.finishSetup(); }},
-};
-INSTANTIATE_TEST_SUITE_P(Operations, AppModelWriteFailureTest, testing::ValuesIn(writeFailures), ParamName());
-
-// One outcome of a switch the engine made on its own.
-struct OutcomeCase
-{
-    std::string name;
-    SwitchOutcome outcome;
-    const char *warningKey; // none: no warning
-    bool secure = false;
-};
-
-using AppModelOutcomeTest = AppModelTable<OutcomeCase>;
-
-TEST_P(AppModelOutcomeTest, AutomaticOutcomeBecomesTheWarning)
-{
-    world.secure = GetParam().secure;
-    model().refresh();
-    model().receiveAutomaticOutcome(GetParam().outcome);
-    const char *key = GetParam().warningKey;
-    EXPECT_EQ(model().warning(), key ? std::optional(warning(key, GetParam().outcome.message())) : std::nullopt);
-}
-
-// A busy engine is no news.
-const OutcomeCase outcomes[] = {
-    {"Success", SwitchOutcome::success(), nullptr},
-    {"SecureInput", SwitchOutcome::secureInput(), "enf.secure", true},
-    {"MissingSource", SwitchOutcome::missingSource(), "warn.missing"},
-    {"Busy", SwitchOutcome::busy(), nullptr},
-    {"Failed", SwitchOutcome::failed(QStringLiteral("no reply")), "warn.switch"},
-};
-INSTANTIATE_TEST_SUITE_P(Outcomes, AppModelOutcomeTest, testing::ValuesIn(outcomes), ParamName());
+INSTANTIATE_TEST_SUITE_P(Operations, AppModelStopTest, testing::ValuesIn(stops), ParamName());
 
 // Warnings go when their cause does, and only then.
 TEST_F(AppModelTest, WarningsLastAsLongAsTheirCause)

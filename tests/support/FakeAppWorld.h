@@ -2,7 +2,6 @@
 
 #include "app/AppServices.h"
 
-#include <QSemaphore>
 #include <QStringList>
 
 #include <atomic>
@@ -16,16 +15,13 @@ struct FakeAppWorld
     std::optional<Config> config = Config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true}; // none: no file
     bool unreadable = false;
     std::optional<QString> writeError;
-    bool lockedUpdates = true; // offer updateConfig, else the model loads and saves
     QList<InputChoice> sources = {{QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")},
                                   {QStringLiteral("xkb:de::deu"), QStringLiteral("German")},
                                   {QStringLiteral("hangul"), QStringLiteral("Hangul")}};
     InputChoice current = sources.first();
     bool secure = false;
-    bool engineSwitching = false;
     std::atomic<bool> login = false;
     std::optional<QString> loginError;
-    QSemaphore *loginGate = nullptr; // when set, a login change waits for it
 
     QStringList calls; // main-thread services, in call order
     std::vector<AppServices::Completion> applies;
@@ -50,21 +46,18 @@ struct FakeAppWorld
             config = written;
             return {};
         };
-        if (lockedUpdates)
-            s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
-                if (noted("update", writeError))
-                    return Error::other(*writeError);
-                Config edited = config.value_or(Config{});
-                edit(edited);
-                config = edited;
-                return edited;
-            };
+        s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
+            if (noted("update", writeError))
+                return Error::other(*writeError);
+            Config edited = config.value_or(Config{});
+            edit(edited);
+            config = edited;
+            return edited;
+        };
         s.choices = [this] { return noted("choices", sources); };
         s.current = [this] { return noted("current", current); };
         s.loginEnabled = [this] { return login.load(); };
         s.setLogin = [this](bool on) -> Expected<void> {
-            if (loginGate)
-                loginGate->acquire();
             if (loginError)
                 return Error::other(*loginError);
             login = on;
@@ -74,7 +67,7 @@ struct FakeAppWorld
             applies.push_back(noted("apply", std::move(completion)));
         };
         s.secureInput = [this] { return noted("secureInput", secure); };
-        s.isSwitching = [this] { return noted("isSwitching", engineSwitching); };
+        s.isSwitching = [this] { return noted("isSwitching", false); };
         s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
         s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
         return s;
