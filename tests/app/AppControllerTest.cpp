@@ -25,20 +25,21 @@ TEST(AppControllerTest, ALockFailureIsShownAndEndsTheInstance)
     FakeEnforcementWorld engineWorld;
     Enforcer enforcer{engineWorld.dependencies()};
     AppModel model{world.services(), &enforcer};
-    QStringList calls;
+    QStringList alerts;
+    const auto unexpected = [](auto &&...) {
+        ADD_FAILURE() << "an instance that ends neither posts, listens nor waits for a tray";
+        return false;
+    };
     AppController::Dependencies dependencies;
     dependencies.acquireLock = []() -> Expected<bool> { return Error::posix(EACCES, "/config/gui.lock"); };
-    dependencies.notifications.post = [&](const QString &name) { calls << "post " + name; };
-    dependencies.notifications.observe = [&](const QString &name, QObject *, std::function<void()>) {
-        calls << "observe " + name;
-        return true;
-    };
-    dependencies.alert = [&](const QString &message) { calls << message; };
-    dependencies.trayHost.whenPresent = [&](QObject *, std::function<void()>) { calls << "tray"; };
+    dependencies.notifications.post = unexpected;
+    dependencies.notifications.observe = unexpected;
+    dependencies.alert = [&](const QString &message) { alerts << message; };
+    dependencies.trayHost.whenPresent = unexpected;
     AppController instance(model, std::move(dependencies));
     EXPECT_EQ(instance.launch(true), AppController::Launch::LockFailed);
-    ASSERT_EQ(calls.size(), 1) << qPrintable(calls.join(", "));
-    EXPECT_TRUE(calls.first().contains("gui.lock")) << qPrintable(calls.first());
+    ASSERT_EQ(alerts.size(), 1);
+    EXPECT_TRUE(alerts.first().contains("gui.lock")) << qPrintable(alerts.first());
     EXPECT_FALSE(instance.window() && instance.window()->isVisible());
     EXPECT_FALSE(world.calls.contains("load")) << "the model does not run";
 }

@@ -18,7 +18,6 @@ struct HelperWorld
     bool secure = false;
     int secureFromQuery = 0; // 0: never
     bool selectable = true;
-    bool screen = true;
     qint32 selectStatus = 0;
     bool selectWorks = true;
     QString current = "xkb:us::eng";
@@ -40,7 +39,7 @@ struct HelperWorld
         };
         d.currentID = [this] { return current; };
         d.becomeAccessory = [this] { steps << "accessory"; };
-        d.mainScreenArea = [this] { return screen ? std::optional(QRect(0, 0, 1440, 900)) : std::nullopt; };
+        d.mainScreenArea = [] { return std::optional(QRect(0, 0, 1440, 900)); };
         d.createWindow = [this](const QRect &) { steps << "window"; };
         d.activateWindow = [this] { steps << "activate"; };
         return d;
@@ -82,24 +81,22 @@ const auto unpinnedAt = [](int read) {
 const auto secureFrom = [](int query) { return [query](HelperWorld &w) { w.secureFromQuery = query; }; };
 const auto paused = [](HelperWorld &w) { w.config.enabled = false; };
 
-INSTANTIATE_TEST_SUITE_P(
-    FocusHelper, FocusHelperTest,
-    testing::Values(
-        HelperCase{"Switches", [](auto &) {}, true, 0, allSteps},
-        HelperCase{"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, 78, allSteps},
-        HelperCase{"NoConfiguration", [](auto &w) { w.changesAtRead = 1; }, false, 76, {}},
-        HelperCase{"AnotherSourcePinned", [](auto &w) { w.config.sourceID = "anthy"; }, false, 76, {}},
-        HelperCase{"AutomaticWhilePaused", paused, true, 76, {}},
-        HelperCase{"ManualWhilePaused", paused, false, 0, allSteps},
-        HelperCase{"SecureInputAtStart", [](auto &w) { w.secure = true; }, false, 75, {}},
-        HelperCase{"SourceRemoved", [](auto &w) { w.selectable = false; }, false, 77, {}},
-        HelperCase{"NoScreen", [](auto &w) { w.screen = false; }, false, 78, {"accessory"}},
-        HelperCase{"UnpinnedBeforeSelecting", unpinnedAt(2), false, 76, {"accessory"}},
-        HelperCase{"SecureInputBeforeSelecting", secureFrom(2), false, 75, {"accessory"}},
-        HelperCase{"SelectionRefused", [](auto &w) { w.selectStatus = -50; }, false, 78, {"accessory", "select"}},
-        HelperCase{"SecureInputBeforeActivating", secureFrom(3), false, 75, {"accessory", "select", "window"}},
-        HelperCase{"UnpinnedBeforeActivating", unpinnedAt(3), false, 76, {"accessory", "select", "window"}},
-        HelperCase{"UnpinnedWhileConfirming", unpinnedAt(4), false, 76, allSteps}),
-    ParamName());
+const HelperCase cases[] = {
+    {"Switches", [](auto &) {}, true, 0, allSteps},
+    {"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, 78, allSteps},
+    {"NoConfiguration", [](auto &w) { w.changesAtRead = 1; }, false, 76, {}},
+    {"AnotherSourcePinned", [](auto &w) { w.config.sourceID = "anthy"; }, false, 76, {}},
+    {"AutomaticWhilePaused", paused, true, 76, {}},
+    {"ManualWhilePaused", paused, false, 0, allSteps},
+    {"SecureInputAtStart", [](auto &w) { w.secure = true; }, false, 75, {}},
+    {"SourceRemoved", [](auto &w) { w.selectable = false; }, false, 77, {}},
+    {"UnpinnedBeforeSelecting", unpinnedAt(2), false, 76, {"accessory"}},
+    {"SecureInputBeforeSelecting", secureFrom(2), false, 75, {"accessory"}},
+    {"SelectionRefused", [](auto &w) { w.selectStatus = -50; }, false, 78, {"accessory", "select"}},
+    {"SecureInputBeforeActivating", secureFrom(3), false, 75, {"accessory", "select", "window"}},
+    {"UnpinnedBeforeActivating", unpinnedAt(3), false, 76, {"accessory", "select", "window"}},
+    {"UnpinnedWhileConfirming", unpinnedAt(4), false, 76, allSteps},
+};
+INSTANTIATE_TEST_SUITE_P(FocusHelper, FocusHelperTest, testing::ValuesIn(cases), ParamName());
 
 } // namespace

@@ -40,12 +40,6 @@ struct FakeAppWorld
                 return Error::decode(QStringLiteral("not JSON"));
             return config.value_or(Config{});
         };
-        s.save = [this](const Config &written) -> Expected<void> {
-            if (noted("save", writeError))
-                return Error::other(*writeError);
-            config = written;
-            return {};
-        };
         s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
             if (noted("update", writeError))
                 return Error::other(*writeError);
