@@ -9,7 +9,7 @@ namespace {
 
 const QString hangul = "hangul";
 
-// A world that can change its mind at a given configuration read.
+// A world that can change its mind at a given configuration read or secure-input query.
 struct HelperWorld
 {
     Config config{hangul, true, std::nullopt, true};
@@ -18,11 +18,9 @@ struct HelperWorld
     bool secure = false;
     int secureFromQuery = 0; // 0: never
     bool selectable = true;
-    bool screen = true;
     qint32 selectStatus = 0;
     bool selectWorks = true;
     QString current = "xkb:us::eng";
-
     int reads = 0;
     int secureQueries = 0;
     QStringList steps;
@@ -30,16 +28,8 @@ struct HelperWorld
     FocusHelperDependencies dependencies()
     {
         FocusHelperDependencies d;
-        d.readConfig = [this]() -> std::optional<Config> {
-            ++reads;
-            if (changesAtRead && reads >= changesAtRead)
-                return laterConfig;
-            return config;
-        };
-        d.secureInput = [this] {
-            ++secureQueries;
-            return secure || (secureFromQuery && secureQueries >= secureFromQuery);
-        };
+        d.readConfig = [this] { return changesAtRead && ++reads >= changesAtRead ? laterConfig : config; };
+        d.secureInput = [this] { return secure || (secureFromQuery && ++secureQueries >= secureFromQuery); };
         d.isSelectable = [this](const QString &) { return selectable; };
         d.select = [this](const QString &id) {
             steps << "select";
@@ -49,9 +39,7 @@ struct HelperWorld
         };
         d.currentID = [this] { return current; };
         d.becomeAccessory = [this] { steps << "accessory"; };
-        d.mainScreenArea = [this]() -> std::optional<QRect> {
-            return screen ? std::optional(QRect(0, 0, 1440, 900)) : std::nullopt;
-        };
+        d.mainScreenArea = [] { return std::optional(QRect(0, 0, 1440, 900)); };
         d.createWindow = [this](const QRect &) { steps << "window"; };
         d.activateWindow = [this] { steps << "activate"; };
         return d;
@@ -84,42 +72,31 @@ TEST_P(FocusHelperTest, ExitsWithTheRightStatusAfterTheRightSteps)
 }
 
 const QStringList allSteps = {"accessory", "select", "window", "activate"};
-const auto nothing = [](HelperWorld &) {};
 const auto unpinnedAt = [](int read) {
     return [read](HelperWorld &w) {
         w.changesAtRead = read;
         w.laterConfig = Config{"xkb:us::eng", true, std::nullopt, true};
     };
 };
+const auto secureFrom = [](int query) { return [query](HelperWorld &w) { w.secureFromQuery = query; }; };
+const auto paused = [](HelperWorld &w) { w.config.enabled = false; };
 
-INSTANTIATE_TEST_SUITE_P(
-    FocusHelper, FocusHelperTest,
-    testing::Values(
-        HelperCase{"Switches", nothing, true, 0, allSteps},
-        HelperCase{"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, 78, allSteps},
-        HelperCase{"NoConfiguration", [](auto &w) { w.changesAtRead = 1; }, false, 76, {}},
-        HelperCase{"AnotherSourcePinned", [](auto &w) { w.config.sourceID = "anthy"; }, false, 76, {}},
-        HelperCase{"AutomaticWhilePaused", [](auto &w) { w.config.enabled = false; }, true, 76, {}},
-        HelperCase{"ManualWhilePaused", [](auto &w) { w.config.enabled = false; }, false, 0, allSteps},
-        HelperCase{"SecureInputAtStart", [](auto &w) { w.secure = true; }, false, 75, {}},
-        HelperCase{"SourceRemoved", [](auto &w) { w.selectable = false; }, false, 77, {}},
-        HelperCase{"NoScreen", [](auto &w) { w.screen = false; }, false, 78, {"accessory"}},
-        HelperCase{"UnpinnedBeforeSelecting", unpinnedAt(2), false, 76, {"accessory"}},
-        HelperCase{"SecureInputBeforeSelecting", [](auto &w) { w.secureFromQuery = 2; }, false, 75, {"accessory"}},
-        HelperCase{"SelectionRefused", [](auto &w) { w.selectStatus = -50; }, false, 78, {"accessory", "select"}},
-        HelperCase{"SecureInputBeforeActivating",
-                   [](auto &w) { w.secureFromQuery = 3; },
-                   false,
-                   75,
-                   {"accessory", "select", "window"}},
-        HelperCase{"UnpinnedBeforeActivating", unpinnedAt(3), false, 76, {"accessory", "select", "window"}},
-        HelperCase{"UnpinnedWhileConfirming", unpinnedAt(4), false, 76, allSteps}),
-    ParamName());
-
-TEST(FocusHelperWindowTest, SitsEightPointsInFromTheLowerRightCorner)
-{
-    EXPECT_EQ(FocusHelper::windowGeometry(QRect(0, 25, 1440, 875)), QRect(1429, 889, 3, 3));
-    EXPECT_EQ(FocusHelper::windowGeometry(QRect(1920, 0, 1280, 1024)), QRect(3189, 1013, 3, 3));
-}
+const HelperCase cases[] = {
+    {"Switches", [](auto &) {}, true, 0, allSteps},
+    {"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, 78, allSteps},
+    {"NoConfiguration", [](auto &w) { w.changesAtRead = 1; }, false, 76, {}},
+    {"AnotherSourcePinned", [](auto &w) { w.config.sourceID = "anthy"; }, false, 76, {}},
+    {"AutomaticWhilePaused", paused, true, 76, {}},
+    {"ManualWhilePaused", paused, false, 0, allSteps},
+    {"SecureInputAtStart", [](auto &w) { w.secure = true; }, false, 75, {}},
+    {"SourceRemoved", [](auto &w) { w.selectable = false; }, false, 77, {}},
+    {"UnpinnedBeforeSelecting", unpinnedAt(2), false, 76, {"accessory"}},
+    {"SecureInputBeforeSelecting", secureFrom(2), false, 75, {"accessory"}},
+    {"SelectionRefused", [](auto &w) { w.selectStatus = -50; }, false, 78, {"accessory", "select"}},
+    {"SecureInputBeforeActivating", secureFrom(3), false, 75, {"accessory", "select", "window"}},
+    {"UnpinnedBeforeActivating", unpinnedAt(3), false, 76, {"accessory", "select", "window"}},
+    {"UnpinnedWhileConfirming", unpinnedAt(4), false, 76, allSteps},
+};
+INSTANTIATE_TEST_SUITE_P(FocusHelper, FocusHelperTest, testing::ValuesIn(cases), ParamName());
 
 } // namespace

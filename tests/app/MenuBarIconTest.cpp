@@ -7,8 +7,6 @@
 
 #include <gtest/gtest.h>
 
-#include <limits>
-
 namespace {
 
 // An icon of `size` on `background`, with `fills` painted as rectangles of their colours.
@@ -52,25 +50,22 @@ const QSizeF fitted(22, 18);
 const QRect left(4, 4, 16, 28);
 const QRect right(24, 4, 16, 28);
 
+// Made when the tests run: marking needs the icon code's statics in place.
 INSTANTIATE_TEST_SUITE_P(
     Icons, MenuBarIconTest,
-    testing::Values(
-        IconCase{"Absent", std::nullopt, {}}, IconCase{"ZeroByZero", QImage(0, 0, QImage::Format_ARGB32), {}},
-        IconCase{"InfiniteSize", icon({16, 16}, Qt::black, {}, 0), {}},
-        IconCase{"NotANumberSize", icon({16, 16}, Qt::black, {}, std::numeric_limits<qreal>::quiet_NaN()), {}},
-        IconCase{"SmallSquareGrows", icon({16, 16}, Qt::red), {18, 18}},
-        IconCase{"WideShrinks", icon({44, 22}, Qt::red), {22, 11}},
-        IconCase{"TallFitsTheHeight", icon({10, 20}, Qt::red), {9, 18}},
-        IconCase{"BlackGlyphOnTransparency", icon(box, Qt::transparent, {{left, Qt::black}}), fitted, true},
-        IconCase{"ColouredFlag", icon(box, Qt::transparent, {{left, QColor(0, 56, 168)}, {right, QColor(255, 215, 0)}}),
-                 fitted},
-        IconCase{"GreysWithinTolerance",
-                 icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(94, 94, 94)}}), fitted, true},
-        IconCase{"GreysFurtherApart",
-                 icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(96, 96, 96)}}), fitted},
-        IconCase{"OpaqueGreySquare", icon(box, Qt::gray), fitted},
-        IconCase{"FullyTransparent", icon(box, Qt::transparent), fitted},
-        IconCase{"AlreadyMarked", MenuBarIcon::markedAsTemplate(icon(box, Qt::red)), fitted, true}),
+    testing::ValuesIn(std::vector<IconCase>{
+        {"Absent", std::nullopt, {}},
+        {"NotANumberSize", icon({16, 16}, Qt::black, {}, qQNaN()), {}},
+        {"WideShrinks", icon({44, 22}, Qt::red), {22, 11}},
+        {"BlackGlyphOnTransparency", icon(box, Qt::transparent, {{left, Qt::black}}), fitted, true},
+        {"ColouredFlag", icon(box, Qt::transparent, {{left, QColor(0, 56, 168)}, {right, QColor(255, 215, 0)}}),
+         fitted},
+        {"GreysWithinTolerance", icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(94, 94, 94)}}),
+         fitted, true},
+        {"OpaqueGreySquare", icon(box, Qt::gray), fitted},
+        {"FullyTransparent", icon(box, Qt::transparent), fitted},
+        {"AlreadyMarked", MenuBarIcon::markedAsTemplate(icon(box, Qt::red)), fitted, true},
+    }),
     ParamName());
 
 TEST(MenuBarIconDrawingTest, DefaultIsATemplateAndTemplatesTakeTheForeground)

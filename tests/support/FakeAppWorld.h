@@ -2,8 +2,6 @@
 
 #include "app/AppServices.h"
 
-#include <QHash>
-#include <QSemaphore>
 #include <QStringList>
 
 #include <atomic>
@@ -17,21 +15,16 @@ struct FakeAppWorld
     std::optional<Config> config = Config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true}; // none: no file
     bool unreadable = false;
     std::optional<QString> writeError;
-    bool lockedUpdates = true; // offer updateConfig, else the model loads and saves
     QList<InputChoice> sources = {{QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")},
                                   {QStringLiteral("xkb:de::deu"), QStringLiteral("German")},
                                   {QStringLiteral("hangul"), QStringLiteral("Hangul")}};
     InputChoice current = sources.first();
     bool secure = false;
-    bool engineSwitching = false;
     std::atomic<bool> login = false;
     std::optional<QString> loginError;
-    QSemaphore *loginGate = nullptr; // when set, a login change waits for it
-    QHash<QString, QImage> icons;
 
     QStringList calls; // main-thread services, in call order
     std::vector<AppServices::Completion> applies;
-    std::atomic<int> loginQueries = 0;
 
     template <typename T> T noted(const char *call, T value)
     {
@@ -43,53 +36,34 @@ struct FakeAppWorld
     {
         AppServices s;
         s.load = [this]() -> Expected<Config> {
-            calls << QStringLiteral("load");
-            if (unreadable)
+            if (noted("load", unreadable))
                 return Error::decode(QStringLiteral("not JSON"));
             return config.value_or(Config{});
         };
-        s.save = [this](const Config &written) -> Expected<void> {
-            calls << QStringLiteral("save");
-            if (writeError)
+        s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
+            if (noted("update", writeError))
                 return Error::other(*writeError);
-            config = written;
-            return {};
+            Config edited = config.value_or(Config{});
+            edit(edited);
+            config = edited;
+            return edited;
         };
-        if (lockedUpdates)
-            s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
-                calls << QStringLiteral("update");
-                if (writeError)
-                    return Error::other(*writeError);
-                Config edited = config.value_or(Config{});
-                edit(edited);
-                config = edited;
-                return edited;
-            };
         s.choices = [this] { return noted("choices", sources); };
         s.current = [this] { return noted("current", current); };
-        s.loginEnabled = [this] {
-            ++loginQueries;
-            return login.load();
-        };
+        s.loginEnabled = [this] { return login.load(); };
         s.setLogin = [this](bool on) -> Expected<void> {
-            if (loginGate)
-                loginGate->acquire();
             if (loginError)
                 return Error::other(*loginError);
             login = on;
             return {};
         };
         s.apply = [this](AppServices::Completion completion) {
-            calls << QStringLiteral("apply");
-            applies.push_back(std::move(completion));
+            applies.push_back(noted("apply", std::move(completion)));
         };
         s.secureInput = [this] { return noted("secureInput", secure); };
-        s.isSwitching = [this] { return noted("isSwitching", engineSwitching); };
-        s.cancelSwitch = [this] { calls << QStringLiteral("cancelSwitch"); };
-        s.sourceIcon = [this](const QString &id) -> std::optional<QImage> {
-            calls << QStringLiteral("sourceIcon ") + id;
-            return icons.contains(id) ? std::optional<QImage>(icons.value(id)) : std::nullopt;
-        };
+        s.isSwitching = [this] { return noted("isSwitching", false); };
+        s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
+        s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
         return s;
     }
 };
