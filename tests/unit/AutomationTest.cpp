@@ -1,6 +1,6 @@
 #include "core/cli/Automation.h"
+#include "support/FakeAutomationServices.h"
 #include "support/ParamName.h"
-#include "unit/FakeAutomationServices.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 #include "core/cli/CLI.h"
 #include "core/config/L10n.h"
+#include "support/FakeAutomationServices.h"
 #include "support/ParamName.h"
-#include "unit/FakeAutomationServices.h"
 
 #include <QBuffer>
 #include <QJsonDocument>
