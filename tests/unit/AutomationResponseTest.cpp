@@ -1,8 +1,6 @@
 #include "core/cli/AutomationResponse.h"
 #include "support/ParamName.h"
 
-#include <QJsonDocument>
-
 #include <gtest/gtest.h>
 
 namespace {
@@ -62,10 +60,6 @@ INSTANTIATE_TEST_SUITE_P(
             R"j("enabled":true,"loginEnabled":false,"onboardingCompleted":true,"running":true,"state":"keeping",)j"
             R"j("target":{"available":true,"id":"xkb:us::eng","name":"English (US)"}}})j"},
         EnvelopeCase{
-            "StatusWithoutTarget", AutomationResponse::success("pause", withoutTarget()),
-            R"j({"command":"pause","ok":true,"schemaVersion":1,"status":{"backend":"ibus","current":{"id":"xkb:us::eng","name":"English (US)"},)j"
-            R"j("enabled":true,"loginEnabled":false,"onboardingCompleted":true,"running":true,"state":"setup"}})j"},
-        EnvelopeCase{
             "GoneTargetPlainSlashesAndUnicode", AutomationResponse::success("status", goneTarget()),
             "{\"command\":\"status\",\"ok\":true,\"schemaVersion\":1,\"status\":{\"backend\":\"ibus\",\"current\":{"
             "\"id\":\"com.example/"
@@ -77,14 +71,9 @@ INSTANTIATE_TEST_SUITE_P(
             "List", AutomationResponse::listing("list", {{"xkb:us::eng", "English (US)"}, {"hangul", "Korean"}}),
             R"j({"command":"list","ok":true,"schemaVersion":1,"sources":[{"id":"xkb:us::eng","name":"English (US)"},)j"
             R"j({"id":"hangul","name":"Korean"}]})j"},
-        EnvelopeCase{"EmptyList", AutomationResponse::listing("list", {}),
-                     R"j({"command":"list","ok":true,"schemaVersion":1,"sources":[]})j"},
         EnvelopeCase{
             "Failure", AutomationResponse::failure("lsit", AutomationFailure::invalidArguments()),
-            R"j({"command":"lsit","error":{"code":"invalid_arguments","message":"Invalid command or arguments. Run tolvar help for usage."},"ok":false,"schemaVersion":1})j"},
-        EnvelopeCase{
-            "FailureWithAngleBrackets", AutomationResponse::failure("apply", AutomationFailure::noTarget()),
-            R"j({"command":"apply","error":{"code":"no_target","message":"No input source is selected. Use tolvar set <source-id> first."},"ok":false,"schemaVersion":1})j"}),
+            R"j({"command":"lsit","error":{"code":"invalid_arguments","message":"Invalid command or arguments. Run tolvar help for usage."},"ok":false,"schemaVersion":1})j"}),
     ParamName());
 
 TEST(AutomationResponseFallbackTest, IsTheFixedDocument)
@@ -93,7 +82,6 @@ TEST(AutomationResponseFallbackTest, IsTheFixedDocument)
         AutomationResponse::fallback(),
         QByteArray(
             R"j({"schemaVersion":1,"ok":false,"command":"unknown","error":{"code":"encoding_failed","message":"Unable to encode the response."}})j"));
-    EXPECT_TRUE(QJsonDocument::fromJson(AutomationResponse::fallback()).isObject());
 }
 
 TEST(AutomationStatusJsonTest, DecodesWhatItEncodes)

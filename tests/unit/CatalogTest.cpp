@@ -45,23 +45,20 @@ TEST_P(CatalogFilterTest, DecidesWhetherTheSourceIsOffered)
     EXPECT_EQ(Catalog::find(QStringLiteral("xkb:us::eng"), m_system.port()).has_value(), GetParam().selectable);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Catalog, CatalogFilterTest,
-    testing::Values(
-        FilterCase{"EnabledKeyboardSource", [](SourceProperties &) {}, true},
-        FilterCase{"Disabled", [](SourceProperties &s) { s.enabled = false; }, false},
-        FilterCase{"EnabledMissing", [](SourceProperties &s) { s.enabled = QVariant(); }, false},
-        FilterCase{"EnabledAsText", [](SourceProperties &s) { s.enabled = QStringLiteral("true"); }, false},
-        FilterCase{"EnabledAsNumber", [](SourceProperties &s) { s.enabled = 1; }, false},
-        FilterCase{"NotSelectCapable", [](SourceProperties &s) { s.selectCapable = false; }, false},
-        FilterCase{"SelectCapableMissing", [](SourceProperties &s) { s.selectCapable = QVariant(); }, false},
-        FilterCase{"PaletteCategory", [](SourceProperties &s) { s.category = QStringLiteral("palette"); }, false},
-        FilterCase{"CategoryMissing", [](SourceProperties &s) { s.category = QVariant(); }, false},
-        FilterCase{"CategoryNotText", [](SourceProperties &s) { s.category = QStringList{s.category.toString()}; },
-                   false},
-        FilterCase{"NameMissingStillOffered", [](SourceProperties &s) { s.localizedName = QVariant(); }, true},
-        FilterCase{"NoLanguagesStillOffered", [](SourceProperties &s) { s.languages = QVariant(); }, true}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Catalog, CatalogFilterTest, testing::Values(
+    FilterCase{"EnabledKeyboardSource", [](SourceProperties &) {}, true},
+    FilterCase{"Disabled", [](SourceProperties &s) { s.enabled = false; }, false},
+    FilterCase{"EnabledMissing", [](SourceProperties &s) { s.enabled = QVariant(); }, false},
+    FilterCase{"EnabledAsText", [](SourceProperties &s) { s.enabled = QStringLiteral("true"); }, false},
+    FilterCase{"NotSelectCapable", [](SourceProperties &s) { s.selectCapable = false; }, false},
+    FilterCase{"SelectCapableMissing", [](SourceProperties &s) { s.selectCapable = QVariant(); }, false},
+    FilterCase{"PaletteCategory", [](SourceProperties &s) { s.category = QStringLiteral("palette"); }, false},
+    FilterCase{"CategoryNotText", [](SourceProperties &s) { s.category = QStringList{s.category.toString()}; }, false},
+    FilterCase{"NameMissingStillOffered", [](SourceProperties &s) { s.localizedName = QVariant(); }, true},
+    FilterCase{"NoLanguagesStillOffered", [](SourceProperties &s) { s.languages = QVariant(); }, true}),
     ParamName());
+// clang-format on
 
 // What one offered source looks like as a choice.
 struct ChoiceCase
@@ -71,9 +68,7 @@ struct ChoiceCase
     InputChoice expected;
 };
 
-class CatalogChoiceTest : public testing::TestWithParam<ChoiceCase>
-{
-};
+using CatalogChoiceTest = testing::TestWithParam<ChoiceCase>;
 
 TEST_P(CatalogChoiceTest, ReadsIdentifierAndName)
 {
@@ -82,63 +77,40 @@ TEST_P(CatalogChoiceTest, ReadsIdentifierAndName)
     EXPECT_EQ(Catalog::choices(system.port()), QList<InputChoice>{GetParam().expected});
 }
 
-INSTANTIATE_TEST_SUITE_P(Catalog, CatalogChoiceTest,
-                         testing::Values(ChoiceCase{"Complete",
-                                                    [](SourceProperties &) {},
-                                                    {QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")}},
-                                         ChoiceCase{"NameMissing",
-                                                    [](SourceProperties &s) { s.localizedName = QVariant(); },
-                                                    {QStringLiteral("xkb:us::eng"), QString()}},
-                                         ChoiceCase{"NameNotText",
-                                                    [](SourceProperties &s) { s.localizedName = 7; },
-                                                    {QStringLiteral("xkb:us::eng"), QString()}},
-                                         ChoiceCase{"IdentifierMissing",
-                                                    [](SourceProperties &s) { s.id = QVariant(); },
-                                                    {QString(), QStringLiteral("English (US)")}},
-                                         ChoiceCase{"IdentifierNotText",
-                                                    [](SourceProperties &s) { s.id = QByteArray("xkb:us::eng"); },
-                                                    {QString(), QStringLiteral("English (US)")}}),
-                         ParamName());
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Catalog, CatalogChoiceTest, testing::Values(
+    ChoiceCase{"Complete", [](SourceProperties &) {}, {"xkb:us::eng", "English (US)"}},
+    ChoiceCase{"NameNotText", [](SourceProperties &s) { s.localizedName = 7; }, {"xkb:us::eng", QString()}},
+    ChoiceCase{"IdentifierNotText", [](SourceProperties &s) { s.id = QByteArray("xkb:us::eng"); }, {QString(), "English (US)"}}),
+    ParamName());
+// clang-format on
 
-TEST(CatalogTest, ChoicesKeepTheSystemsOrderAndDuplicates)
+// Each call asks the system again, keeps its order and duplicates, and finds only exact, selectable matches.
+TEST(CatalogTest, ChoicesAndFindFollowTheSystem)
 {
     FakeInputSources system;
-    const SourceProperties hangul = FakeInputSources::keyboard(QStringLiteral("hangul"), QStringLiteral("Hangul"));
-    const SourceProperties german = FakeInputSources::keyboard(QStringLiteral("xkb:de::deu"), QStringLiteral("German"));
-    SourceProperties ink = FakeInputSources::keyboard(QStringLiteral("ink"), QStringLiteral("Ink"));
+    const auto source = [](const char *id, const char *name) { return FakeInputSources::keyboard(id, name); };
+    SourceProperties ink = source("ink", "Ink");
     ink.category = QStringLiteral("ink");
-    system.state->sources = {hangul, ink, german, hangul};
+    system.state->sources = {source("hangul", "Hangul"), ink, source("xkb:de::deu", "German"),
+                             source("hangul", "Hangul")};
     EXPECT_EQ(Catalog::choices(system.port()),
-              (QList<InputChoice>{{QStringLiteral("hangul"), QStringLiteral("Hangul")},
-                                  {QStringLiteral("xkb:de::deu"), QStringLiteral("German")},
-                                  {QStringLiteral("hangul"), QStringLiteral("Hangul")}}));
-}
-
-TEST(CatalogTest, EveryCallAsksTheSystemAgain)
-{
-    FakeInputSources system;
-    system.state->sources = {us()};
-    ASSERT_TRUE(Catalog::find(QStringLiteral("xkb:us::eng"), system.port()));
+              (QList<InputChoice>{{"hangul", "Hangul"}, {"xkb:de::deu", "German"}, {"hangul", "Hangul"}}));
     system.state->sources.clear();
-    EXPECT_FALSE(Catalog::find(QStringLiteral("xkb:us::eng"), system.port()));
     EXPECT_TRUE(Catalog::choices(system.port()).isEmpty());
-}
 
-TEST(CatalogTest, FindTakesTheFirstSelectableSourceWithExactlyThatIdentifier)
-{
-    SourceProperties disabled = FakeInputSources::keyboard(QStringLiteral("hangul"), QStringLiteral("Disabled"));
+    SourceProperties disabled = source("hangul", "Disabled");
     disabled.enabled = false;
-    const SourceProperties other = FakeInputSources::keyboard(QStringLiteral("Hangul"), QStringLiteral("Other case"));
-    const SourceProperties first = FakeInputSources::keyboard(QStringLiteral("hangul"), QStringLiteral("First"));
-    const SourceProperties second = FakeInputSources::keyboard(QStringLiteral("hangul"), QStringLiteral("Second"));
     // A system that answers a query with more than it was asked for.
-    InputSources system = InputSources::none();
-    system.matching = [&](const QString &) { return QList<SourceProperties>{disabled, other, first, second}; };
-
-    const std::optional<Source> found = Catalog::find(QStringLiteral("hangul"), system);
+    InputSources asked = InputSources::none();
+    asked.matching = [&](const QString &) {
+        return QList<SourceProperties>{disabled, source("Hangul", "Other case"), source("hangul", "First"),
+                                       source("hangul", "Second")};
+    };
+    const std::optional<Source> found = Catalog::find("hangul", asked);
     ASSERT_TRUE(found);
-    EXPECT_EQ(found->name(), QStringLiteral("First"));
-    EXPECT_FALSE(Catalog::find(QStringLiteral("xkb:us::eng"), system));
+    EXPECT_EQ(found->name(), "First");
+    EXPECT_FALSE(Catalog::find("xkb:us::eng", asked));
 }
 
 } // namespace

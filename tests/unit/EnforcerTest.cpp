@@ -103,8 +103,7 @@ using Log = QStringList;
 // Each row: arrange, manual?, holding focus?; then the log, the sources selected and the helpers started.
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerSingleRequestTest, testing::Values(
-    SingleCase{"DirectSwitch", nothing, false, true,
-               [] { return Log{"update", "automatic:success", "r:success"}; }, {us}, 0},
+    SingleCase{"DirectSwitch", nothing, false, true, [] { return Log{"update", "automatic:success", "r:success"}; }, {us}, 0},
     SingleCase{"AlreadyCurrent", [](auto &w) { w.current = us; }, false, true,
                [] { return Log{"update", "automatic:success", "r:success"}; }, {}, 0},
     SingleCase{"ManualSwitch", nothing, true, true, [] { return Log{"update", "r:success"}; }, {us}, 0},
@@ -112,25 +111,20 @@ INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerSingleRequestTest, testing::Values(
                [] { return Log{"r:success"}; }, {}, 0},
     SingleCase{"KeepingOffManualStillSwitches", [](auto &w) { w.config.enabled = false; }, true, true,
                [] { return Log{"update", "r:success"}; }, {us}, 0},
-    SingleCase{"NothingPinned", [](auto &w) { w.config.sourceID.reset(); }, true, true,
-               [] { return Log{"r:missingSource"}; }, {}, 0},
-    SingleCase{"EmptyPin", [](auto &w) { w.config.sourceID = QString(); }, false, true,
-               [] { return Log{"r:missingSource"}; }, {}, 0},
+    SingleCase{"NothingPinned", [](auto &w) { w.config.sourceID.reset(); }, true, true, [] { return Log{"r:missingSource"}; }, {}, 0},
+    SingleCase{"EmptyPin", [](auto &w) { w.config.sourceID = QString(); }, false, true, [] { return Log{"r:missingSource"}; }, {}, 0},
     SingleCase{"PinnedSourceGone", [](auto &w) { w.config.sourceID = "gone"; }, false, true,
                [] { return Log{"update", "automatic:missingSource", "r:missingSource"}; }, {}, 0},
     SingleCase{"SecureInputWinsOverAlreadyCurrent", [](auto &w) { w.secure = true; w.current = us; }, false, true,
                [] { return Log{"update", "automatic:secureInput", "r:secureInput"}; }, {}, 0},
-    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
-               [](auto &w) { w.unreachable = "no extension"; w.current = us; }, true, true,
-               [] { return Log{"update", "r:failed(no extension)"}; }, {}, 0},
+    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched", [](auto &w) { w.unreachable = "no extension"; w.current = us; },
+               true, true, [] { return Log{"update", "r:failed(no extension)"}; }, {}, 0},
     SingleCase{"SelectFails", [](auto &w) { w.selectStatus = -50; }, true, true,
                [] { return Log{"update", "r:" + failed("enf.switch", {us, "-50"})}; }, {us}, 0},
     SingleCase{"SelectNotConfirmed", [](auto &w) { w.selectTakesEffect = false; }, false, true,
-               [] { return Log{"update", "automatic:" + failed("enf.unconfirmed", {us}),
-                               "r:" + failed("enf.unconfirmed", {us})}; }, {us}, 0},
+               [] { return Log{"update", "automatic:" + failed("enf.unconfirmed", {us}), "r:" + failed("enf.unconfirmed", {us})}; }, {us}, 0},
     SingleCase{"CJKVStartsTheHelper", pinHangul, false, true, [] { return Log{"update"}; }, {}, 1},
-    SingleCase{"CJKVWithoutHoldingFocusIsBusy", pinHangul, true, false,
-               [] { return Log{"update", "r:busy"}; }, {}, 0},
+    SingleCase{"CJKVWithoutHoldingFocusIsBusy", pinHangul, true, false, [] { return Log{"update", "r:busy"}; }, {}, 0},
     SingleCase{"HelperCannotLaunch", [](auto &w) { w.config.sourceID = hangul; w.launchError = "no exec"; }, true, true,
                [] { return Log{"update", "r:" + failed("enf.focus", {"no exec"})}; }, {}, 0}),
     ParamName());
@@ -159,20 +153,21 @@ TEST_P(EnforcerHelperResultTest, MapsTheHelpersResult)
     EXPECT_FALSE(m_enforcer->isSwitching());
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Enforcer, EnforcerHelperResultTest,
-    testing::Values(
-        HelperCase{"Switched", FocusProcessResult::exited(0), true, [] { return QString("success"); }},
-        HelperCase{"ExitedZeroButNotCurrent", FocusProcessResult::exited(0), false,
-                   [] { return failed("enf.unconfirmed", {hangul}); }},
-        HelperCase{"SecureInput", FocusProcessResult::exited(75), false, [] { return QString("secureInput"); }},
-        HelperCase{"NotWanted", FocusProcessResult::exited(76), false, [] { return QString("busy"); }},
-        HelperCase{"Missing", FocusProcessResult::exited(77), false, [] { return QString("missingSource"); }},
-        HelperCase{"Failed", FocusProcessResult::exited(78), false, [] { return failed("enf.helper-exit", {"78"}); }},
-        HelperCase{"Crashed", FocusProcessResult::exited(-1), false, [] { return failed("enf.helper-exit", {"-1"}); }},
-        HelperCase{"TimedOut", FocusProcessResult::timedOut(), false, [] { return failed("enf.timeout"); }},
-        HelperCase{"Cancelled", FocusProcessResult::cancelled(), false, [] { return QString("busy"); }}),
+const auto exited = FocusProcessResult::exited;
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerHelperResultTest, testing::Values(
+    HelperCase{"Switched", exited(0), true, [] { return QString("success"); }},
+    HelperCase{"ExitedZeroButNotCurrent", exited(0), false, [] { return failed("enf.unconfirmed", {hangul}); }},
+    HelperCase{"SecureInput", exited(75), false, [] { return QString("secureInput"); }},
+    HelperCase{"NotWanted", exited(76), false, [] { return QString("busy"); }},
+    HelperCase{"Missing", exited(77), false, [] { return QString("missingSource"); }},
+    HelperCase{"Failed", exited(78), false, [] { return failed("enf.helper-exit", {"78"}); }},
+    HelperCase{"Crashed", exited(-1), false, [] { return failed("enf.helper-exit", {"-1"}); }},
+    HelperCase{"TimedOut", FocusProcessResult::timedOut(), false, [] { return failed("enf.timeout"); }},
+    HelperCase{"Cancelled", FocusProcessResult::cancelled(), false, [] { return QString("busy"); }}),
     ParamName());
+// clang-format on
 
 // Requests racing a running helper, as a script of steps: "pin <id>", "pause", "auto <name>",
 // "manual <name>", "cancel" (the user's requests), "exit <helper> <status>", "cancelled <helper>".
@@ -217,37 +212,27 @@ TEST_P(EnforcerRaceTest, AnswersEveryRequestOnce)
 
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerRaceTest, testing::Values(
-    RaceCase{"KeepingOffCancelsARunningAutomaticHelper",
-             {"pin hangul", "auto auto", "pause", "auto again", "cancelled 0"},
+    RaceCase{"KeepingOffCancelsARunningAutomaticHelper", {"pin hangul", "auto auto", "pause", "auto again", "cancelled 0"},
              {"update", "again:success", "update", "auto:busy"}, {"hangul auto 1"}},
-    RaceCase{"SecondAutomaticTriggerForTheSameTargetIsBusyAtOnce",
-             {"pin hangul", "auto first", "auto second"},
+    RaceCase{"SecondAutomaticTriggerForTheSameTargetIsBusyAtOnce", {"pin hangul", "auto first", "auto second"},
              {"update", "second:busy"}, {"hangul auto 0"}},
     // The user pins another source while an automatic helper runs, then asks for it.
     RaceCase{"ManualRequestForANewTargetCancelsTheAutomaticHelper",
              {"pin hangul", "auto auto", "pin anthy", "manual manual", "cancelled 0", "exit 1 0"},
-             {"update", "update", "auto:busy", "update", "update", "manual:success"},
-             {"hangul auto 1", "anthy manual 0"}},
-    RaceCase{"ManualRequestForTheSameTargetWaitsForTheHelper",
-             {"pin hangul", "auto auto", "manual manual", "exit 0 0"},
-             {"update", "update", "automatic:success", "auto:success", "update", "manual:success"},
-             {"hangul auto 0"}},
-    RaceCase{"NewerManualRequestDisplacesAWaitingOne",
-             {"pin hangul", "manual running", "manual older", "manual newer"},
+             {"update", "update", "auto:busy", "update", "update", "manual:success"}, {"hangul auto 1", "anthy manual 0"}},
+    RaceCase{"ManualRequestForTheSameTargetWaitsForTheHelper", {"pin hangul", "auto auto", "manual manual", "exit 0 0"},
+             {"update", "update", "automatic:success", "auto:success", "update", "manual:success"}, {"hangul auto 0"}},
+    RaceCase{"NewerManualRequestDisplacesAWaitingOne", {"pin hangul", "manual running", "manual older", "manual newer"},
              {"update", "older:busy"}, {"hangul manual 0"}},
     RaceCase{"AutomaticRequestWhileAManualOneWaitsIsBusy",
-             {"pin hangul", "auto running", "pin anthy", "manual manual", "auto auto"},
-             {"update", "auto:busy"}, {"hangul auto 1"}},
+             {"pin hangul", "auto running", "pin anthy", "manual manual", "auto auto"}, {"update", "auto:busy"}, {"hangul auto 1"}},
     // Cancelling twice stops the helper once; even a helper that got through then reports busy.
-    RaceCase{"CancellingARunningManualRequestStopsItsHelper",
-             {"pin hangul", "manual manual", "cancel", "cancel", "exit 0 0"},
+    RaceCase{"CancellingARunningManualRequestStopsItsHelper", {"pin hangul", "manual manual", "cancel", "cancel", "exit 0 0"},
              {"update", "update", "manual:busy"}, {"hangul manual 1"}},
     // The automatic helper is not the user's to cancel.
-    RaceCase{"CancellingDropsAWaitingManualRequest",
-             {"pin hangul", "auto auto", "manual manual", "cancel"},
+    RaceCase{"CancellingDropsAWaitingManualRequest", {"pin hangul", "auto auto", "manual manual", "cancel"},
              {"update", "manual:busy"}, {"hangul auto 0"}},
-    RaceCase{"TargetChangedWhileTheHelperRunsIsBusy",
-             {"pin hangul", "manual manual", "pin xkb:us::eng", "exit 0 0"},
+    RaceCase{"TargetChangedWhileTheHelperRunsIsBusy", {"pin hangul", "manual manual", "pin xkb:us::eng", "exit 0 0"},
              {"update", "update", "manual:busy"}, {"hangul manual 0"}}),
     ParamName());
 // clang-format on
@@ -256,30 +241,17 @@ TEST_F(EnforcerTest, AutomaticHelperRunsAreSpacedThreeSecondsApart)
 {
     pin(hangul);
     request("first", false);
-    m_world.finishHelper(0, FocusProcessResult::exited(78));
+    m_world.finishHelper(0, exited(78));
     m_world.clock += 2900ms;
     request("tooSoon", false);
     EXPECT_EQ(m_world.helpers.size(), 1u);
-    request("manual", true);
-    EXPECT_EQ(m_world.helpers.size(), 2u) << "manual requests are not rate-limited";
-    m_world.finishHelper(1, FocusProcessResult::exited(78));
-    m_world.clock += 3s;
-    request("later", false);
-    EXPECT_EQ(m_world.helpers.size(), 3u);
     EXPECT_TRUE(m_log.contains("tooSoon:busy"));
-}
-
-TEST_F(EnforcerTest, RefusedHelperRunIsRetriedWhenItIsAllowed)
-{
-    pin(hangul);
-    request("first", false);
-    m_world.finishHelper(0, FocusProcessResult::exited(78));
-    m_world.clock += 2950ms;
-    request("tooSoon", false);
-    ASSERT_EQ(m_world.helpers.size(), 1u);
-    m_world.clock += 50ms;
+    m_world.clock += 100ms;
     EXPECT_TRUE(spinUntil([&] { return m_world.helpers.size() == 2; }, 1000)) << "no retry when the spacing ended";
     EXPECT_TRUE(m_world.helpers[1].automatic);
+    m_world.finishHelper(1, exited(78));
+    request("manual", true);
+    EXPECT_EQ(m_world.helpers.size(), 3u) << "manual requests are not rate-limited";
 }
 
 TEST_F(EnforcerTest, RequestsFromInsideCallbacksDoNotNest)
@@ -293,41 +265,46 @@ TEST_F(EnforcerTest, RequestsFromInsideCallbacksDoNotNest)
 }
 
 // Triggers, with hand-operated subscriptions.
-class EnforcerTriggerTest : public EnforcerTest
+TEST_F(EnforcerTest, Triggers)
 {
-protected:
-    void SetUp() override
-    {
-        EnforcerTest::SetUp();
-        EnforcementTriggers triggers = EnforcementTriggers::none();
-        triggers.selectionChanged = [this](QObject *, std::function<void()> callback) {
-            m_selection = std::move(callback);
-        };
-        triggers.activation = [this](QObject *, std::function<void(qint64)> callback) {
-            m_activation = std::move(callback);
-        };
-        triggers.wake = [this](QObject *, std::function<void()> callback) { m_wake = std::move(callback); };
-        triggers.keeping = [this](bool keeping) { m_keeping << keeping; };
-        m_enforcer = std::make_unique<Enforcer>(m_world.dependencies(), triggers);
-        m_enforcer->setOnUpdate([this] { m_log << "update"; });
-        m_enforcer->start();
-        m_enforcer->start();
-    }
+    std::function<void()> selection, wake;
+    std::function<void(qint64)> activation;
+    QList<bool> keeping;
+    EnforcementTriggers triggers = EnforcementTriggers::none();
+    triggers.selectionChanged = [&](QObject *, std::function<void()> callback) { selection = std::move(callback); };
+    triggers.activation = [&](QObject *, std::function<void(qint64)> callback) { activation = std::move(callback); };
+    triggers.wake = [&](QObject *, std::function<void()> callback) { wake = std::move(callback); };
+    triggers.keeping = [&](bool keep) { keeping << keep; };
+    m_enforcer = std::make_unique<Enforcer>(m_world.dependencies(), triggers);
+    m_enforcer->start();
+    m_enforcer->start();
 
-    std::function<void()> m_selection;
-    std::function<void()> m_wake;
-    std::function<void(qint64)> m_activation;
-    QList<bool> m_keeping;
-};
+    selection();
+    EXPECT_TRUE(m_world.selected.isEmpty()) << "handled later, not inside the sender";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_world.selected, QStringList{us});
 
-// Polling backends look only while this says a source is pinned and kept.
-TEST_F(EnforcerTriggerTest, TellsWhetherItKeepsAtEachLook)
-{
-    const auto look = [this](std::optional<QString> pinned, bool enabled) {
+    // Activations right after a switch, and our own, are ignored.
+    m_world.current = de;
+    m_world.clock += 900ms;
+    activation(4242);
+    activation(QCoreApplication::applicationPid());
+    m_world.clock += 200ms;
+    activation(QCoreApplication::applicationPid());
+    EXPECT_EQ(m_world.selected.size(), 1);
+    activation(4242);
+    EXPECT_EQ(m_world.selected.size(), 2);
+
+    m_world.current = de;
+    wake();
+    EXPECT_EQ(m_world.selected.size(), 3) << "a wake switches back at once";
+
+    // Polling backends look only while this says a source is pinned and kept.
+    const auto look = [&](std::optional<QString> pinned, bool enabled) {
         m_world.config.sourceID = std::move(pinned);
         m_world.config.enabled = enabled;
-        m_wake();
-        return m_keeping.takeLast();
+        wake();
+        return keeping.takeLast();
     };
     EXPECT_TRUE(look(us, true));
     EXPECT_FALSE(look(us, false)) << "paused";
@@ -335,54 +312,20 @@ TEST_F(EnforcerTriggerTest, TellsWhetherItKeepsAtEachLook)
     EXPECT_FALSE(look(QString(), true)) << "nothing pinned";
 }
 
-TEST_F(EnforcerTriggerTest, SelectionChangeSwitchesBackFromTheEventLoop)
-{
-    m_selection();
-    EXPECT_TRUE(m_world.selected.isEmpty()) << "handled later, not inside the sender";
-    QCoreApplication::processEvents();
-    EXPECT_EQ(m_world.selected, QStringList{us});
-}
-
-TEST_F(EnforcerTriggerTest, WakeSwitchesBackAtOnce)
-{
-    m_wake();
-    EXPECT_EQ(m_world.selected, QStringList{us});
-}
-
-TEST_F(EnforcerTriggerTest, ActivationsRightAfterASwitchAndOurOwnAreIgnored)
-{
-    m_wake();
-    m_world.current = de;
-    m_world.clock += 900ms;
-    m_activation(4242);
-    m_activation(QCoreApplication::applicationPid());
-    EXPECT_EQ(m_world.selected.size(), 1);
-    m_world.clock += 200ms;
-    m_activation(QCoreApplication::applicationPid());
-    EXPECT_EQ(m_world.selected.size(), 1);
-    m_activation(4242);
-    EXPECT_EQ(m_world.selected.size(), 2);
-}
-
 // The platform decides whether a CJKV target goes through the focus helper.
-class EnforcementTargetTest : public testing::TestWithParam<std::tuple<bool, const char *, bool>>
+TEST(EnforcementTargetTest, NeedsTheHelperOnlyWhereThePlatformSays)
 {
-};
-
-TEST_P(EnforcementTargetTest, NeedsTheHelperOnlyWhereThePlatformSays)
-{
-    const auto [platformNeedsFocus, language, expected] = GetParam();
-    FakeInputSources system;
-    system.state->sources = {FakeInputSources::keyboard("src", "Source", {language})};
-    InputSources port = system.port();
-    port.cjkvNeedsFocus = platformNeedsFocus;
-    const std::optional<EnforcementTarget> target = EnforcementDependencies::over(port).find("src");
-    ASSERT_TRUE(target);
-    EXPECT_EQ(target->requiresFocus, expected);
+    using Row = std::tuple<bool, const char *, bool>;
+    for (const auto &[platformNeedsFocus, language, expected] :
+         {Row{true, "ko", true}, Row{false, "ko", false}, Row{true, "de", false}, Row{false, "de", false}}) {
+        FakeInputSources system;
+        system.state->sources = {FakeInputSources::keyboard("src", "Source", {language})};
+        InputSources port = system.port();
+        port.cjkvNeedsFocus = platformNeedsFocus;
+        const std::optional<EnforcementTarget> target = EnforcementDependencies::over(port).find("src");
+        ASSERT_TRUE(target);
+        EXPECT_EQ(target->requiresFocus, expected) << language << platformNeedsFocus;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcementTargetTest,
-                         testing::Values(std::tuple{true, "ko", true}, std::tuple{false, "ko", false},
-                                         std::tuple{true, "de", false}, std::tuple{false, "de", false}));
 
 } // namespace

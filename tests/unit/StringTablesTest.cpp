@@ -52,9 +52,7 @@ QSet<QString> keysUsedInCode()
     return keys;
 }
 
-class StringTablesTest : public testing::TestWithParam<L10n::Language>
-{
-};
+using StringTablesTest = testing::TestWithParam<L10n::Language>;
 
 TEST_P(StringTablesTest, HasEveryEnglishKeyWithTheSamePlaceholders)
 {
@@ -76,12 +74,6 @@ TEST_P(StringTablesTest, HasEveryKeyTheCodeUses)
     EXPECT_FALSE(used.isEmpty());
     for (const QString &key : used)
         EXPECT_TRUE(table.text(key).has_value()) << "missing " << qPrintable(key);
-}
-
-TEST_P(StringTablesTest, TheRunningProgramFindsTheTable)
-{
-    EXPECT_TRUE(StringTable::load(L10n::resourceDirectory(), GetParam().code).has_value())
-        << qPrintable(L10n::resourceDirectory());
 }
 
 struct LanguageName
