@@ -24,17 +24,10 @@ enum class State { NotDisabled, Disabled, Unreadable };
 // What stands at the agent file's or the command link's path.
 enum class Place { Nothing, NewFile, OldFile, Folder, CorrectLink, OtherLink, RegularFile };
 enum class Fault { None, Unrunnable, RefuseLink, RefuseRemove };
-enum class Outcome {
-    Ok,
-    NotExecutable,
-    CommandConflict,
-    StateUnavailable,
-    ReadFailed,
-    PlistConflict,
-    StepFailed,
-    LinkRefused,
-    RollbackFailed
-};
+// clang-format off
+enum class Outcome { Ok, NotExecutable, CommandConflict, StateUnavailable, ReadFailed, PlistConflict, StepFailed, LinkRefused,
+                     RollbackFailed };
+// clang-format on
 using enum Step;
 using enum State;
 using enum Place;
@@ -235,9 +228,7 @@ struct InstallCase
     Place commandLinkAfter;
 };
 
-class AgentInstallTest : public testing::TestWithParam<InstallCase>
-{
-};
+using AgentInstallTest = testing::TestWithParam<InstallCase>;
 
 TEST_P(AgentInstallTest, DrivesTheServiceManagerAndUndoesFailures)
 {
@@ -259,53 +250,35 @@ TEST_P(AgentInstallTest, DrivesTheServiceManagerAndUndoesFailures)
 }
 
 const std::vector<Step> fullInstall = {DisabledQuery, LoadedQuery, Enable, Load};
+const std::vector<Step> rolledBack = {DisabledQuery, LoadedQuery, Enable, Load, Disable};
 
 // Each row: with the command link?, agent file and command link before, disabled mark, loaded?, failing
 // commands, file fault; then the commands run, the outcome, agent file and command link after.
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(, AgentInstallTest, testing::Values(
-    InstallCase{"FreshInstallEnablesAndLoads",
-                false, Nothing, Nothing, NotDisabled, false, {}, None,
-                fullInstall, Ok, NewFile, Nothing},
-    InstallCase{"CommandLinkLeadsToTheResolvedExecutable",
-                true, Nothing, Nothing, NotDisabled, false, {}, None,
+    InstallCase{"FreshInstall", false, Nothing, Nothing, NotDisabled, false, {}, None, fullInstall, Ok, NewFile, Nothing},
+    InstallCase{"CommandLinkLeadsToTheResolvedExecutable", true, Nothing, Nothing, NotDisabled, false, {}, None,
                 fullInstall, Ok, NewFile, CorrectLink},
-    InstallCase{"LoadedAgentIsNotLoadedAgain",
-                false, Nothing, Nothing, NotDisabled, true, {}, None,
+    InstallCase{"LoadedAgentIsNotLoadedAgain", false, Nothing, Nothing, NotDisabled, true, {}, None,
                 {DisabledQuery, LoadedQuery, Enable}, Ok, NewFile, Nothing},
-    InstallCase{"UnrunnableExecutableChangesNothing",
-                false, Nothing, Nothing, NotDisabled, false, {}, Unrunnable,
-                {}, NotExecutable, Nothing, Nothing},
-    InstallCase{"RegularFileAtTheCommandLinkConflicts",
-                true, Nothing, RegularFile, NotDisabled, false, {}, None,
-                {}, CommandConflict, Nothing, RegularFile},
-    InstallCase{"LinkToAnotherProgramConflicts",
-                true, Nothing, OtherLink, NotDisabled, false, {}, None,
-                {}, CommandConflict, Nothing, OtherLink},
-    InstallCase{"UnreadableStateKeepsThePreviousFile",
-                false, OldFile, Nothing, Unreadable, false, {}, None,
+    InstallCase{"UnrunnableExecutable", false, Nothing, Nothing, NotDisabled, false, {}, Unrunnable, {}, NotExecutable, Nothing, Nothing},
+    InstallCase{"RegularFileAtTheCommandLink", true, Nothing, RegularFile, NotDisabled, false, {}, None, {}, CommandConflict, Nothing, RegularFile},
+    InstallCase{"LinkToAnotherProgram", true, Nothing, OtherLink, NotDisabled, false, {}, None, {}, CommandConflict, Nothing, OtherLink},
+    InstallCase{"UnreadableStateKeepsThePreviousFile", false, OldFile, Nothing, Unreadable, false, {}, None,
                 {DisabledQuery}, StateUnavailable, OldFile, Nothing},
-    InstallCase{"FolderAtTheAgentFileCannotBeRead",
-                false, Folder, Nothing, NotDisabled, false, {}, None,
-                {}, ReadFailed, Folder, Nothing},
-    InstallCase{"FailingLoadRestoresBytesLinkAndDisabledMark",
-                true, OldFile, Nothing, Disabled, false, {Load}, None,
-                {DisabledQuery, LoadedQuery, Enable, Load, Disable}, StepFailed, OldFile, Nothing},
-    InstallCase{"FailingLoadRemovesTheNewFile",
-                false, Nothing, Nothing, NotDisabled, false, {Load}, None,
+    InstallCase{"FolderAtTheAgentFile", false, Folder, Nothing, NotDisabled, false, {}, None, {}, ReadFailed, Folder, Nothing},
+    InstallCase{"FailingLoadRestoresBytesLinkAndDisabledMark", true, OldFile, Nothing, Disabled, false, {Load}, None,
+                rolledBack, StepFailed, OldFile, Nothing},
+    InstallCase{"FailingLoadRemovesTheNewFile", false, Nothing, Nothing, NotDisabled, false, {Load}, None,
                 fullInstall, StepFailed, Nothing, Nothing},
-    InstallCase{"LinkThatWasAlreadyThereSurvivesTheRollback",
-                true, Nothing, CorrectLink, NotDisabled, false, {Load}, None,
+    InstallCase{"LinkThatWasAlreadyThereSurvivesTheRollback", true, Nothing, CorrectLink, NotDisabled, false, {Load}, None,
                 fullInstall, StepFailed, Nothing, CorrectLink},
-    InstallCase{"FailingEnableLeavesTheDisabledMarkAlone",
-                true, Nothing, Nothing, Disabled, false, {Enable}, None,
+    InstallCase{"FailingEnableLeavesTheDisabledMarkAlone", true, Nothing, Nothing, Disabled, false, {Enable}, None,
                 {DisabledQuery, LoadedQuery, Enable}, StepFailed, Nothing, Nothing},
-    InstallCase{"RefusedLinkNeitherRemovesALinkNorDisables",
-                true, Nothing, Nothing, Disabled, false, {}, RefuseLink,
+    InstallCase{"RefusedLinkNeitherRemovesALinkNorDisables", true, Nothing, Nothing, Disabled, false, {}, RefuseLink,
                 {DisabledQuery, LoadedQuery}, LinkRefused, Nothing, Nothing},
-    InstallCase{"FailedRollbackReportsEveryFailure",
-                false, Nothing, Nothing, Disabled, false, {Load, Disable}, RefuseRemove,
-                {DisabledQuery, LoadedQuery, Enable, Load, Disable}, RollbackFailed, NewFile, Nothing}),
+    InstallCase{"FailedRollbackReportsEveryFailure", false, Nothing, Nothing, Disabled, false, {Load, Disable}, RefuseRemove,
+                rolledBack, RollbackFailed, NewFile, Nothing}),
     ParamName());
 // clang-format on
 
@@ -333,9 +306,7 @@ struct UninstallCase
     Place agentFileAfter;
 };
 
-class AgentUninstallTest : public testing::TestWithParam<UninstallCase>
-{
-};
+using AgentUninstallTest = testing::TestWithParam<UninstallCase>;
 
 TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
 {
@@ -364,7 +335,6 @@ TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
 // the outcome and the agent file after.
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::Values(
-    UninstallCase{"RemovesTheFileAndMarksTheAgentDisabled", NewFile, false, false, {}, {Disable}, Ok, Nothing},
     UninstallCase{"NeverUnloadsWithoutBeingAsked", NewFile, false, true, {}, {Disable}, Ok, Nothing},
     UninstallCase{"StopsTheRunningAgentWhenAsked", NewFile, true, true, {}, {Disable, LoadedQuery, Unload}, Ok, Nothing},
     UninstallCase{"NothingToStop", NewFile, true, false, {}, {Disable, LoadedQuery}, Ok, Nothing},
@@ -374,34 +344,19 @@ INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::Values(
     ParamName());
 // clang-format on
 
-struct LoginCase
+TEST(AgentLoginEnabledTest, NeedsTheFileAndNoDisabledMark)
 {
-    const char *name;
-    bool installed;
-    State state;
-    bool enabled;
-};
-
-class AgentLoginEnabledTest : public testing::TestWithParam<LoginCase>
-{
-};
-
-TEST_P(AgentLoginEnabledTest, NeedsTheFileAndNoDisabledMark)
-{
+    using Row = std::tuple<bool, State, bool>; // installed?, disabled mark; then enabled?
     for (const Variant &variant : variants) {
-        SCOPED_TRACE(variant.name);
-        Scene scene(variant, GetParam().state, false, {});
-        scene.put(scene.agentFile(), GetParam().installed ? OldFile : Nothing);
-        EXPECT_EQ(scene.controller().isLoginEnabled(), GetParam().enabled);
-        EXPECT_EQ(scene.ran(), scene.lines(GetParam().installed ? std::vector{DisabledQuery} : std::vector<Step>{}));
+        for (const auto &[installed, state, enabled] : {Row{false, NotDisabled, false}, Row{true, NotDisabled, true},
+                                                        Row{true, Disabled, false}, Row{true, Unreadable, false}}) {
+            SCOPED_TRACE(testing::Message() << variant.name << installed << static_cast<int>(state));
+            Scene scene(variant, state, false, {});
+            scene.put(scene.agentFile(), installed ? OldFile : Nothing);
+            EXPECT_EQ(scene.controller().isLoginEnabled(), enabled);
+            EXPECT_EQ(scene.ran(), scene.lines(installed ? std::vector{DisabledQuery} : std::vector<Step>{}));
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(, AgentLoginEnabledTest,
-                         testing::Values(LoginCase{"NotInstalled", false, NotDisabled, false},
-                                         LoginCase{"Installed", true, NotDisabled, true},
-                                         LoginCase{"MarkedDisabled", true, Disabled, false},
-                                         LoginCase{"UnreadableStateCountsAsOff", true, Unreadable, false}),
-                         ParamName());
 
 } // namespace

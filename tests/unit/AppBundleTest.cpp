@@ -14,9 +14,7 @@ struct BundleCase
     const char *resources;
 };
 
-class AppBundleTest : public testing::TestWithParam<BundleCase>
-{
-};
+using AppBundleTest = testing::TestWithParam<BundleCase>;
 
 TEST_P(AppBundleTest, DecidesFromThePath)
 {
@@ -32,17 +30,14 @@ TEST_P(AppBundleTest, DecidesFromThePath)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Paths, AppBundleTest,
-    testing::Values(BundleCase{"Applications", "/Applications/Tolvar.app/Contents/MacOS/Tolvar",
-                               "/Applications/Tolvar.app", "/Applications/Tolvar.app/Contents/Resources"},
-                    BundleCase{"UncleanPath", "/Applications//Tolvar.app/Contents/MacOS/./Tolvar",
-                               "/Applications/Tolvar.app", "/Applications/Tolvar.app/Contents/Resources"},
-                    BundleCase{"BuildTree", "/src/build/bin/tolvar", "", "/src/build/share/tolvar"},
-                    BundleCase{"AppFolderOneLevelTooHigh", "/x/Tolvar.app/Contents/MacOS/bin/tolvar", "",
-                               "/x/Tolvar.app/Contents/MacOS/share/tolvar"},
-                    BundleCase{"ExtensionIsCaseSensitive", "/x/Tolvar.APP/Contents/MacOS/Tolvar", "",
-                               "/x/Tolvar.APP/Contents/share/tolvar"}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Paths, AppBundleTest, testing::Values(
+    BundleCase{"UncleanPath", "/Applications//Tolvar.app/Contents/MacOS/./Tolvar", "/Applications/Tolvar.app",
+               "/Applications/Tolvar.app/Contents/Resources"},
+    BundleCase{"BuildTree", "/src/build/bin/tolvar", "", "/src/build/share/tolvar"},
+    BundleCase{"AppFolderOneLevelTooHigh", "/x/Tolvar.app/Contents/MacOS/bin/tolvar", "", "/x/Tolvar.app/Contents/MacOS/share/tolvar"},
+    BundleCase{"ExtensionIsCaseSensitive", "/x/Tolvar.APP/Contents/MacOS/Tolvar", "", "/x/Tolvar.APP/Contents/share/tolvar"}),
     ParamName());
+// clang-format on
 
 } // namespace

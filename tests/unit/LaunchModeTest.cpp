@@ -14,78 +14,39 @@ struct LaunchCase
     Launch expected;
 };
 
-class LaunchModeTest : public testing::TestWithParam<LaunchCase>
-{
-};
+using LaunchModeTest = testing::TestWithParam<LaunchCase>;
 
 TEST_P(LaunchModeTest, Decides)
 {
     EXPECT_EQ(decideLaunch(GetParam().arguments, GetParam().fromDesktop), GetParam().expected);
 }
 
-const QString id = QStringLiteral("hangul");
+using enum LaunchMode;
+const std::nullopt_t none = std::nullopt;
 
-INSTANTIATE_TEST_SUITE_P(
-    Entry, LaunchModeTest,
-    testing::Values(
-        LaunchCase{"EmptyFromDesktopOpensWindow", {}, true, {LaunchMode::Window, std::nullopt}},
-        LaunchCase{"EmptyFromShellIsCommandLine", {}, false, {LaunchMode::CommandLine, std::nullopt}},
-        LaunchCase{"Gui", {QStringLiteral("gui")}, false, {LaunchMode::Window, std::nullopt}},
-        LaunchCase{"GuiIgnoresFurtherWords",
-                   {QStringLiteral("gui"), QStringLiteral("extra")},
-                   false,
-                   {LaunchMode::Window, std::nullopt}},
-        LaunchCase{"Background", {QStringLiteral("background")}, true, {LaunchMode::Background, std::nullopt}},
-        LaunchCase{"FocusAlone", {QStringLiteral("focus")}, false, {LaunchMode::FocusHelper, std::nullopt}},
-        LaunchCase{"FocusWithIdentifier", {QStringLiteral("focus"), id}, false, {LaunchMode::FocusHelper, id}},
-        LaunchCase{"FocusTakesOnlyTheIdentifier",
-                   {QStringLiteral("focus"), id, QStringLiteral("--automatic"), QStringLiteral("x")},
-                   false,
-                   {LaunchMode::FocusHelper, id}},
-        LaunchCase{"FocusWithEmptyIdentifier",
-                   {QStringLiteral("focus"), QString()},
-                   false,
-                   {LaunchMode::FocusHelper, QString()}},
-        LaunchCase{
-            "CapitalisedFocusIsCommandLine", {QStringLiteral("Focus")}, false, {LaunchMode::CommandLine, std::nullopt}},
-        LaunchCase{"ModeWordNotFirstIsCommandLine",
-                   {QStringLiteral("status"), QStringLiteral("gui")},
-                   false,
-                   {LaunchMode::CommandLine, std::nullopt}},
-        LaunchCase{"CommandFromDesktopIsStillCommandLine",
-                   {QStringLiteral("status")},
-                   true,
-                   {LaunchMode::CommandLine, std::nullopt}}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(Entry, LaunchModeTest, testing::Values(
+    LaunchCase{"EmptyFromDesktopOpensWindow", {}, true, {Window, none}},
+    LaunchCase{"EmptyFromShellIsCommandLine", {}, false, {CommandLine, none}},
+    LaunchCase{"GuiIgnoresFurtherWords", {"gui", "extra"}, false, {Window, none}},
+    LaunchCase{"Background", {"background"}, true, {Background, none}},
+    LaunchCase{"FocusAlone", {"focus"}, false, {FocusHelper, none}},
+    LaunchCase{"FocusTakesOnlyTheIdentifier", {"focus", "hangul", "--automatic", "x"}, false, {FocusHelper, "hangul"}},
+    LaunchCase{"FocusWithEmptyIdentifier", {"focus", ""}, false, {FocusHelper, ""}},
+    LaunchCase{"CapitalisedFocusIsCommandLine", {"Focus"}, false, {CommandLine, none}},
+    LaunchCase{"ModeWordNotFirstIsCommandLine", {"status", "gui"}, false, {CommandLine, none}},
+    LaunchCase{"CommandFromDesktopIsStillCommandLine", {"status"}, true, {CommandLine, none}}),
     ParamName());
+// clang-format on
 
-struct LauncherCase
+TEST(DesktopLauncherTest, MatchesTheLastPathComponentExactly)
 {
-    const char *name;
-    QString parent;
-    bool expected;
-};
-
-class DesktopLauncherTest : public testing::TestWithParam<LauncherCase>
-{
-};
-
-TEST_P(DesktopLauncherTest, MatchesTheLastPathComponentExactly)
-{
-    const QStringList launchers = {QStringLiteral("launchd"), QStringLiteral("open"), QStringLiteral("Finder"),
-                                   QStringLiteral("Dock")};
-    EXPECT_EQ(isDesktopLauncher(GetParam().parent, launchers), GetParam().expected);
+    const QStringList launchers = {"launchd", "open", "Finder", "Dock"};
+    for (const char *parent :
+         {"/sbin/launchd", "/System/Library/CoreServices/Finder.app/Contents/MacOS/Finder", "Dock"})
+        EXPECT_TRUE(isDesktopLauncher(parent, launchers)) << parent;
+    for (const char *parent : {"/bin/zsh", "/System/Dock.app/Contents/MacOS/dock", "/usr/bin/opener", ""})
+        EXPECT_FALSE(isDesktopLauncher(parent, launchers)) << parent;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Entry, DesktopLauncherTest,
-    testing::Values(LauncherCase{"Launchd", QStringLiteral("/sbin/launchd"), true},
-                    LauncherCase{"Finder",
-                                 QStringLiteral("/System/Library/CoreServices/Finder.app/Contents/MacOS/Finder"), true},
-                    LauncherCase{"Open", QStringLiteral("/usr/bin/open"), true},
-                    LauncherCase{"Shell", QStringLiteral("/bin/zsh"), false},
-                    LauncherCase{"OtherCase", QStringLiteral("/System/Dock.app/Contents/MacOS/dock"), false},
-                    LauncherCase{"Prefix", QStringLiteral("/usr/bin/opener"), false},
-                    LauncherCase{"BareName", QStringLiteral("Dock"), true}, LauncherCase{"Unknown", QString(), false}),
-    ParamName());
 
 } // namespace

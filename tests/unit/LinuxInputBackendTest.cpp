@@ -15,9 +15,7 @@ struct ChooseCase
     Kind expected;
 };
 
-class LinuxInputBackendChooseTest : public testing::TestWithParam<ChooseCase>
-{
-};
+using LinuxInputBackendChooseTest = testing::TestWithParam<ChooseCase>;
 
 TEST_P(LinuxInputBackendChooseTest, PicksTheStackThatOwnsTheKeyboard)
 {

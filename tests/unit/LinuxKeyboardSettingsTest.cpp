@@ -20,9 +20,7 @@ struct Case
     std::optional<Command> expected;
 };
 
-class LinuxKeyboardSettingsTest : public testing::TestWithParam<Case>
-{
-};
+using LinuxKeyboardSettingsTest = testing::TestWithParam<Case>;
 
 TEST_P(LinuxKeyboardSettingsTest, OpensTheDesktopsOwnPlace)
 {
