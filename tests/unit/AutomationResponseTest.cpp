@@ -7,14 +7,8 @@ namespace {
 
 AutomationStatus keeping()
 {
-    return {true,
-            true,
-            RuntimeState::Keeping,
-            {"xkb:us::eng", "English (US)"},
-            AutomationTarget{"xkb:us::eng", QString("English (US)"), true},
-            false,
-            true,
-            "ibus"};
+    const AutomationSource us{"xkb:us::eng", "English (US)"};
+    return {true, true, RuntimeState::Keeping, us, AutomationTarget{us.id, us.name, true}, false, true, "ibus"};
 }
 
 struct EnvelopeCase
@@ -24,21 +18,11 @@ struct EnvelopeCase
     const char *json;
 };
 
-class AutomationResponseTest : public testing::TestWithParam<EnvelopeCase>
-{
-};
+using AutomationResponseTest = testing::TestWithParam<EnvelopeCase>;
 
 TEST_P(AutomationResponseTest, EncodesByteForByte)
 {
     EXPECT_EQ(GetParam().response.encoded(), QByteArray(GetParam().json));
-}
-
-AutomationStatus withoutTarget()
-{
-    AutomationStatus status = keeping();
-    status.state = RuntimeState::Setup;
-    status.target.reset();
-    return status;
 }
 
 AutomationStatus goneTarget()
@@ -88,7 +72,8 @@ TEST(AutomationStatusJsonTest, DecodesWhatItEncodes)
 {
     AutomationStatus unreachable = keeping();
     unreachable.backendError = AutomationFailure::gnomeExtensionMissing();
-    for (const AutomationStatus &status : {keeping(), withoutTarget(), goneTarget(), unreachable})
+    unreachable.target.reset();
+    for (const AutomationStatus &status : {keeping(), goneTarget(), unreachable})
         EXPECT_EQ(AutomationStatus::fromJson(status.toJson()), status);
     QJsonObject broken = keeping().toJson();
     broken.insert("state", "secureInput");

@@ -48,8 +48,7 @@ protected:
 TEST_P(AutostartTest, InstallsRemovesAndRollsBack)
 {
     const AutostartCase &c = GetParam();
-    const QString configHome = path(".config");
-    const ServiceManager manager = XdgAutostart::manager(configHome);
+    const ServiceManager manager = XdgAutostart::manager(path(".config"));
     QDir().mkpath(path(".config/systemd/user/graphical-session.target.wants"));
     QFile(path(".config/systemd/user/app.tolvar.service")).open(QIODevice::WriteOnly);
     QFile::link(path(".config/systemd/user/app.tolvar.service"),
@@ -62,8 +61,8 @@ TEST_P(AutostartTest, InstallsRemovesAndRollsBack)
     }
     FileOperations files = FileOperations::live();
     if (c.refuseWrite)
-        files.writeAtomically = [](const QString &p, const QByteArray &) -> Expected<void> {
-            return Error::posix(EACCES, p);
+        files.writeAtomically = [](const QString &p, const QByteArray &) {
+            return Expected<void>(Error::posix(EACCES, p));
         };
     if (c.refuseLink)
         files.createLink = [](const QString &p, const QString &) -> Expected<void> { return Error::posix(EACCES, p); };
@@ -80,13 +79,14 @@ TEST_P(AutostartTest, InstallsRemovesAndRollsBack)
               !c.unitGone);
 }
 
-INSTANTIATE_TEST_SUITE_P(XdgAutostart, AutostartTest,
-                         testing::Values(AutostartCase{"Install", true, false, false, false, true, true, true},
-                                         AutostartCase{"InstallOverHidden", true, false, false, true, true, true, true},
-                                         AutostartCase{"WriteFails", true, true, false, false, false, false, false},
-                                         AutostartCase{"LinkFailsRollsBack", true, false, true, true, false, false,
-                                                       false},
-                                         AutostartCase{"Uninstall", false, false, false, true, true, false, true}),
-                         ParamName());
+// Each row: install?, refuse the write?, refuse the link?, an entry before?; then success, entry after, unit gone.
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(XdgAutostart, AutostartTest, testing::Values(
+    AutostartCase{"InstallOverHidden", true, false, false, true, true, true, true},
+    AutostartCase{"WriteFails", true, true, false, false, false, false, false},
+    AutostartCase{"LinkFailsRollsBack", true, false, true, true, false, false, false},
+    AutostartCase{"Uninstall", false, false, false, true, true, false, true}),
+    ParamName());
+// clang-format on
 
 } // namespace

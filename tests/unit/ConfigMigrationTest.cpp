@@ -79,14 +79,14 @@ TEST_P(ConfigMigrationTest, MovesOnceAndKeepsTheNewer)
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    ConfigMigration, ConfigMigrationTest,
-    testing::Values(MigrationCase{"OldOnly", 100, std::nullopt, false, Outcome::Moved, oldBytes, false},
-                    MigrationCase{"OldIsNewer", 10, 100, false, Outcome::Moved, oldBytes, false},
-                    MigrationCase{"NewIsNewer", 100, 10, false, Outcome::KeptNewer, newBytes, false},
-                    MigrationCase{"UnreadableOld", -1, std::nullopt, false, std::nullopt, {}, true},
-                    MigrationCase{"InterruptedMoveFinished", 100, std::nullopt, true, Outcome::KeptNewer, oldBytes,
-                                  false}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(ConfigMigration, ConfigMigrationTest, testing::Values(
+    MigrationCase{"OldOnly", 100, std::nullopt, false, Outcome::Moved, oldBytes, false},
+    MigrationCase{"OldIsNewer", 10, 100, false, Outcome::Moved, oldBytes, false},
+    MigrationCase{"NewIsNewer", 100, 10, false, Outcome::KeptNewer, newBytes, false},
+    MigrationCase{"UnreadableOld", -1, std::nullopt, false, std::nullopt, {}, true},
+    MigrationCase{"InterruptedMoveFinished", 100, std::nullopt, true, Outcome::KeptNewer, oldBytes, false}),
     ParamName());
+// clang-format on
 
 } // namespace

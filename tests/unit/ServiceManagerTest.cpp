@@ -16,9 +16,7 @@ struct MarkCase
     Mark mark;
 };
 
-class ServiceMarkTest : public testing::TestWithParam<MarkCase>
-{
-};
+using ServiceMarkTest = testing::TestWithParam<MarkCase>;
 
 TEST_P(ServiceMarkTest, ReadsTheDisabledQuery)
 {
@@ -39,7 +37,6 @@ INSTANTIATE_TEST_SUITE_P(, ServiceMarkTest, testing::Values(
     MarkCase{launchd, "LaunchdDisabled", listing("\t\"app.tolvar\" => disabled\n"), Mark::Disabled},
     MarkCase{launchd, "LaunchdTrue", listing("\t\"app.tolvar\" => true\n"), Mark::Disabled},
     MarkCase{launchd, "LaunchdEnabled", listing("\t\"app.tolvar\" => enabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdFalse", listing("\t\"app.tolvar\" => false\n"), Mark::NotDisabled},
     MarkCase{launchd, "LaunchdOtherWordIsUnreadable", listing("\t\"app.tolvar\" => maybe\n"), Mark::Unreadable},
     MarkCase{launchd, "LaunchdCommaEndsTheValue", listing("\"app.tolvar\"=>true,\n"), Mark::Disabled},
     MarkCase{launchd, "LaunchdLongerLabelIsAnother", listing("\t\"app.tolvar.x\" => disabled\n"), Mark::NotDisabled},
@@ -63,9 +60,7 @@ struct PlistCase
     const char *written;
 };
 
-class LaunchdPlistTest : public testing::TestWithParam<PlistCase>
-{
-};
+using LaunchdPlistTest = testing::TestWithParam<PlistCase>;
 
 TEST_P(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
 {
@@ -97,13 +92,12 @@ TEST_P(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
     EXPECT_EQ(LaunchdService::propertyList(GetParam().executable).toStdString(), expected.toStdString());
 }
 
-INSTANTIATE_TEST_SUITE_P(, LaunchdPlistTest,
-                         testing::Values(PlistCase{"PlainPath",
-                                                   QStringLiteral("/Applications/Tolvar.app/Contents/MacOS/tolvar"),
-                                                   "/Applications/Tolvar.app/Contents/MacOS/tolvar"},
-                                         PlistCase{"MarkupIsEscaped", QStringLiteral("/Users/a&b/<x>/tolvar"),
-                                                   "/Users/a&amp;b/&lt;x&gt;/tolvar"}),
-                         ParamName());
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(, LaunchdPlistTest, testing::Values(
+    PlistCase{"PlainPath", "/Applications/Tolvar.app/Contents/MacOS/tolvar", "/Applications/Tolvar.app/Contents/MacOS/tolvar"},
+    PlistCase{"MarkupIsEscaped", "/Users/a&b/<x>/tolvar", "/Users/a&amp;b/&lt;x&gt;/tolvar"}),
+    ParamName());
+// clang-format on
 
 struct UnitCase
 {
@@ -112,9 +106,7 @@ struct UnitCase
     const char *execStart;
 };
 
-class SystemdUnitTest : public testing::TestWithParam<UnitCase>
-{
-};
+using SystemdUnitTest = testing::TestWithParam<UnitCase>;
 
 TEST_P(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
 {
@@ -135,38 +127,20 @@ TEST_P(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
     EXPECT_EQ(SystemdService::unit(GetParam().executable).toStdString(), expected.toStdString());
 }
 
-INSTANTIATE_TEST_SUITE_P(, SystemdUnitTest,
-                         testing::Values(UnitCase{"PlainPath", QStringLiteral("/opt/tolvar/bin/tolvar"),
-                                                  "\"/opt/tolvar/bin/tolvar\" background"},
-                                         // The program's name is not searched for variables, only for specifiers.
-                                         UnitCase{"SpacePercentAndDollar", QStringLiteral("/home/a b/100%/$x/tolvar"),
-                                                  "\"/home/a b/100%%/$x/tolvar\" background"},
-                                         UnitCase{"QuoteBackslashAndControlStayOnOneLine",
-                                                  QStringLiteral("/x/a\"b\\c\nd/tolvar"),
-                                                  "\"/x/a\\\"b\\\\c\\x0ad/tolvar\" background"}),
-                         ParamName());
-
-struct ConfigHomeCase
-{
-    const char *name;
-    QString xdgConfigHome;
-    QString expected;
-};
-
-class SystemdConfigHomeTest : public testing::TestWithParam<ConfigHomeCase>
-{
-};
-
-TEST_P(SystemdConfigHomeTest, FollowsTheBaseDirectoryRules)
-{
-    EXPECT_EQ(SystemdService::configHome(QStringLiteral("/home/u"), GetParam().xdgConfigHome), GetParam().expected);
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    , SystemdConfigHomeTest,
-    testing::Values(ConfigHomeCase{"Unset", QString(), QStringLiteral("/home/u/.config")},
-                    ConfigHomeCase{"Absolute", QStringLiteral("/srv/conf/"), QStringLiteral("/srv/conf")},
-                    ConfigHomeCase{"RelativeIsIgnored", QStringLiteral("conf"), QStringLiteral("/home/u/.config")}),
+// The program's name is not searched for variables, only for specifiers; control characters stay on one line.
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(, SystemdUnitTest, testing::Values(
+    UnitCase{"PlainPath", "/opt/tolvar/bin/tolvar", "\"/opt/tolvar/bin/tolvar\" background"},
+    UnitCase{"SpacePercentAndDollar", "/home/a b/100%/$x/tolvar", "\"/home/a b/100%%/$x/tolvar\" background"},
+    UnitCase{"QuoteBackslashAndControl", "/x/a\"b\\c\nd/tolvar", "\"/x/a\\\"b\\\\c\\x0ad/tolvar\" background"}),
     ParamName());
+// clang-format on
+
+TEST(SystemdConfigHomeTest, FollowsTheBaseDirectoryRules)
+{
+    EXPECT_EQ(SystemdService::configHome("/home/u", QString()), "/home/u/.config");
+    EXPECT_EQ(SystemdService::configHome("/home/u", "/srv/conf/"), "/srv/conf");
+    EXPECT_EQ(SystemdService::configHome("/home/u", "conf"), "/home/u/.config") << "a relative path is ignored";
+}
 
 } // namespace

@@ -52,7 +52,7 @@ INSTANTIATE_TEST_SUITE_P(Source, SourceLanguageTest, testing::Values(
     ParamName());
 // clang-format on
 
-enum class URL { None, File, Remote, PathAsText };
+enum class URL { File, Remote, PathAsText };
 
 struct IconCase
 {
@@ -72,31 +72,16 @@ protected:
         QImage png(16, 12, QImage::Format_ARGB32);
         png.fill(Qt::blue);
         ASSERT_TRUE(png.save(path("icon.png")));
-        write("icon.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'>"
-                          "<rect width='20' height='10' fill='black'/></svg>");
-        write("garbage.png", "not an image");
-    }
-
-    QVariant iconURL() const
-    {
-        switch (GetParam().url) {
-        case URL::None: return {};
-        case URL::File: return QUrl::fromLocalFile(path(GetParam().file));
-        case URL::Remote: return QUrl(QStringLiteral("https://example.org/icon.png"));
-        case URL::PathAsText: return path(GetParam().file);
+        for (const auto &[name, bytes] : {std::pair{"icon.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='20' "
+                                                                "height='10'><rect width='20' height='10'/></svg>"},
+                                          std::pair{"garbage.png", "not an image"}}) {
+            QFile file(path(name));
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+            file.write(bytes);
         }
-        return {};
     }
 
-private:
     QString path(const char *name) const { return m_directory.filePath(QString::fromLatin1(name)); }
-
-    void write(const char *name, const QByteArray &bytes) const
-    {
-        QFile file(path(name));
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-    }
 
     QTemporaryDir m_directory;
 };
@@ -104,7 +89,10 @@ private:
 TEST_P(SourceIconTest, TakesTheFileThenTheReference)
 {
     SourceProperties properties = FakeInputSources::keyboard(QStringLiteral("id"), QStringLiteral("name"));
-    properties.iconURL = iconURL();
+    const IconCase &row = GetParam();
+    properties.iconURL = row.url == URL::File     ? QVariant(QUrl::fromLocalFile(path(row.file)))
+                         : row.url == URL::Remote ? QVariant(QUrl("https://example.org/icon.png"))
+                                                  : QVariant(path(row.file));
     properties.iconReference = GetParam().reference;
     const std::optional<QImage> icon = Source(properties).icon();
     ASSERT_EQ(icon.has_value(), GetParam().expected.has_value());
