@@ -3,6 +3,7 @@
 #include "platform/LaunchdService.h"
 #include "platform/SystemdService.h"
 #include "support/ParamName.h"
+#include "support/Process.h"
 
 #include <QDir>
 #include <QFile>
@@ -48,27 +49,24 @@ const Variant variants[] = {
     {"launchd",
      [](const QString &home) { return LaunchdService::manager(home, 501); },
      [](Step step, const QString &home) {
-         const QString verb = QLatin1String(variants[0].verbs[static_cast<int>(step)]);
+         const QString verb = variants[0].verbs[static_cast<int>(step)];
          if (step == DisabledQuery)
-             return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501")};
+             return QStringList{"/bin/launchctl", verb, "gui/501"};
          if (step == Load)
-             return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501"),
-                                home + QStringLiteral("/Library/LaunchAgents/app.tolvar.plist")};
-         return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501/app.tolvar")};
+             return QStringList{"/bin/launchctl", verb, "gui/501", home + "/Library/LaunchAgents/app.tolvar.plist"};
+         return QStringList{"/bin/launchctl", verb, "gui/501/app.tolvar"};
      },
      {"print-disabled", "print", "enable", "bootstrap", "disable", "bootout"},
-     {{0, QStringLiteral("disabled services = {\n\t\"com.example.other\" => disabled\n}\n")},
-      {0, QStringLiteral("disabled services = {\n\t\"app.tolvar\" => disabled\n}\n")},
-      {0, QStringLiteral("Unrecognized subcommand\n")}}},
+     {{0, "disabled services = {\n\t\"com.example.other\" => disabled\n}\n"},
+      {0, "disabled services = {\n\t\"app.tolvar\" => disabled\n}\n"},
+      {0, "Unrecognized subcommand\n"}}},
     {"systemd",
-     [](const QString &home) { return SystemdService::manager(home + QStringLiteral("/.config")); },
+     [](const QString &home) { return SystemdService::manager(home + "/.config"); },
      [](Step step, const QString &) {
-         return QStringList{QStringLiteral("systemctl"), QStringLiteral("--user"),
-                            QLatin1String(variants[1].verbs[static_cast<int>(step)]),
-                            QStringLiteral("app.tolvar.service")};
+         return QStringList{"systemctl", "--user", variants[1].verbs[static_cast<int>(step)], "app.tolvar.service"};
      },
      {"is-enabled", "is-active", "enable", "start", "disable", "stop"},
-     {{0, QStringLiteral("enabled\n")}, {1, QStringLiteral("disabled\n")}, {0, QStringLiteral("static\n")}}},
+     {{0, "enabled\n"}, {1, "disabled\n"}, {0, "static\n"}}},
 };
 
 constexpr int failedStatus = 5;
@@ -85,9 +83,8 @@ public:
         , m_loaded(loaded)
         , m_failing(std::move(failing))
     {
-        QDir().mkpath(m_home.filePath(QStringLiteral("opt")));
-        QFile file(m_home.filePath(QStringLiteral("opt/tolvar")));
-        file.open(QIODevice::WriteOnly);
+        writeFile(m_home.filePath("opt/tolvar"), {});
+        QFile file(m_home.filePath("opt/tolvar"));
         file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
         m_executable = QFileInfo(file).canonicalFilePath();
         QFile::link(m_executable, givenExecutable());
@@ -103,14 +100,11 @@ public:
 
     void put(const QString &path, Place place) const
     {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        if ((place == OldFile || place == RegularFile) && file.open(QIODevice::WriteOnly))
-            file.write(place == OldFile ? "previous" : "x");
-        if (place == Folder)
-            QDir().mkpath(path);
+        QDir().mkpath(place == Folder ? path : QFileInfo(path).absolutePath());
+        if (place == OldFile || place == RegularFile)
+            writeFile(path, place == OldFile ? "previous" : "x");
         if (place == CorrectLink || place == OtherLink)
-            QFile::link(place == CorrectLink ? m_executable : QStringLiteral("/bin/sh"), path);
+            QFile::link(place == CorrectLink ? m_executable : "/bin/sh", path);
     }
 
     Place at(const QString &path) const
@@ -120,9 +114,7 @@ public:
             return info.symLinkTarget() == m_executable ? CorrectLink : OtherLink;
         if (info.isDir() || !info.exists())
             return info.isDir() ? Folder : Nothing;
-        QFile file(path);
-        file.open(QIODevice::ReadOnly);
-        const QByteArray bytes = file.readAll();
+        const QByteArray bytes = readFile(path);
         if (bytes == m_manager.agentContent(m_executable))
             return NewFile;
         return bytes == "previous" ? OldFile : RegularFile;

@@ -1,6 +1,7 @@
 #include "core/login/AgentController.h"
 #include "platform/XdgAutostart.h"
 #include "support/ParamName.h"
+#include "support/Process.h"
 
 #include <QDir>
 #include <QFile>
@@ -50,15 +51,11 @@ TEST_P(AutostartTest, InstallsRemovesAndRollsBack)
     const AutostartCase &c = GetParam();
     const ServiceManager manager = XdgAutostart::manager(path(".config"));
     QDir().mkpath(path(".config/systemd/user/graphical-session.target.wants"));
-    QFile(path(".config/systemd/user/app.tolvar.service")).open(QIODevice::WriteOnly);
+    writeFile(path(".config/systemd/user/app.tolvar.service"), {});
     QFile::link(path(".config/systemd/user/app.tolvar.service"),
                 path(".config/systemd/user/graphical-session.target.wants/app.tolvar.service"));
-    if (c.previousEntry) {
-        QDir().mkpath(QFileInfo(manager.agentFile).absolutePath());
-        QFile previous(manager.agentFile);
-        previous.open(QIODevice::WriteOnly);
-        previous.write("[Desktop Entry]\nHidden=true\n");
-    }
+    if (c.previousEntry)
+        writeFile(manager.agentFile, "[Desktop Entry]\nHidden=true\n");
     FileOperations files = FileOperations::live();
     if (c.refuseWrite)
         files.writeAtomically = [](const QString &p, const QByteArray &) {

@@ -2,6 +2,7 @@
 #include "core/config/ConfigStore.h"
 
 #include "support/ParamName.h"
+#include "support/Process.h"
 
 #include <QDir>
 #include <QFile>
@@ -35,11 +36,9 @@ class ConfigMigrationTest : public testing::TestWithParam<MigrationCase>
 protected:
     static void place(const QString &path, const QByteArray &bytes, int age)
     {
-        QDir().mkpath(QFileInfo(path).absolutePath());
+        ASSERT_TRUE(writeFile(path, bytes));
         QFile file(path);
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(bytes);
-        file.flush();
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
         file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-age), QFileDevice::FileModificationTime);
     }
 
@@ -71,8 +70,7 @@ TEST_P(ConfigMigrationTest, MovesOnceAndKeepsTheNewer)
     } else {
         EXPECT_FALSE(result) << "an unreadable old file is reported";
     }
-    QFile kept(ConfigStore::fileIn(m_to));
-    EXPECT_EQ(kept.open(QIODevice::ReadOnly) ? kept.readAll() : QByteArray(), c.kept);
+    EXPECT_EQ(readFile(ConfigStore::fileIn(m_to)), c.kept);
     EXPECT_EQ(QFileInfo::exists(oldFile), c.oldLeft);
     if (c.outcome) {
         EXPECT_EQ(ConfigMigration::run(m_from, m_to).value(), Outcome::NothingToMove) << "only once";

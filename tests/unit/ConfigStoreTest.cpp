@@ -1,12 +1,9 @@
 #include "core/config/ConfigStore.h"
 #include "support/FakeNotifications.h"
-
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QTemporaryDir>
-
 #include "support/ParamName.h"
+#include "support/Process.h"
+
+#include <QTemporaryDir>
 
 #include <gtest/gtest.h>
 
@@ -20,19 +17,8 @@ protected:
     QString directory() const { return m_home.filePath(QStringLiteral(".config/tolvar")); }
     QString file() const { return ConfigStore::fileIn(directory()); }
 
-    void writeRaw(const QByteArray &bytes) const
-    {
-        QDir().mkpath(directory());
-        QFile out(file());
-        ASSERT_TRUE(out.open(QIODevice::WriteOnly));
-        out.write(bytes);
-    }
-
-    QByteArray readRaw() const
-    {
-        QFile in(file());
-        return in.open(QIODevice::ReadOnly) ? in.readAll() : QByteArray();
-    }
+    void writeRaw(const QByteArray &bytes) const { ASSERT_TRUE(writeFile(file(), bytes)); }
+    QByteArray readRaw() const { return readFile(file()); }
 
     static ConfigStore::Edit pin(const QString &id)
     {

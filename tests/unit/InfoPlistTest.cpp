@@ -1,6 +1,6 @@
 #include "core/config/L10n.h"
+#include "support/Process.h"
 
-#include <QProcess>
 #include <QTemporaryDir>
 #include <QXmlStreamReader>
 
@@ -13,15 +13,11 @@ TEST(InfoPlistTest, RendersTheKeysTheSystemAndTheAppRead)
 {
     QTemporaryDir dir;
     const QString output = dir.filePath("Info.plist");
-    QProcess cmake;
-    cmake.start(TOLVAR_CMAKE, {"-DOUTPUT=" + output, "-DVERSION=2.0", "-DBUILD=", "-DMINIMUM_SYSTEM=13.0",
-                               "-DUPDATE_URL=https://x.test/m?a=1&b=<2>", "-P",
-                               QString(TOLVAR_SOURCE_DIR) + "/cmake/InfoPlist.cmake"});
-    ASSERT_TRUE(cmake.waitForFinished(60000) && cmake.exitCode() == 0) << cmake.readAllStandardError().toStdString();
-
-    QFile file(output);
-    ASSERT_TRUE(file.open(QIODevice::ReadOnly));
-    const QString plist = QString::fromUtf8(file.readAll());
+    const ProcessResult cmake = runProcess(
+        TOLVAR_CMAKE, {"-DOUTPUT=" + output, "-DVERSION=2.0", "-DBUILD=", "-DMINIMUM_SYSTEM=13.0",
+                       "-DUPDATE_URL=https://x.test/m?a=1&b=<2>", "-P", TOLVAR_SOURCE_DIR "/cmake/InfoPlist.cmake"});
+    ASSERT_EQ(cmake.exitCode, 0) << cmake.err.constData();
+    const QString plist = QString::fromUtf8(readFile(output));
     QXmlStreamReader xml(plist);
     while (!xml.atEnd())
         xml.readNext();

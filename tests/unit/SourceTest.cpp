@@ -2,6 +2,7 @@
 
 #include "support/FakeInputSources.h"
 #include "support/ParamName.h"
+#include "support/Process.h"
 
 #include <QFile>
 #include <QTemporaryDir>
@@ -72,13 +73,9 @@ protected:
         QImage png(16, 12, QImage::Format_ARGB32);
         png.fill(Qt::blue);
         ASSERT_TRUE(png.save(path("icon.png")));
-        for (const auto &[name, bytes] : {std::pair{"icon.svg", "<svg xmlns='http://www.w3.org/2000/svg' width='20' "
-                                                                "height='10'><rect width='20' height='10'/></svg>"},
-                                          std::pair{"garbage.png", "not an image"}}) {
-            QFile file(path(name));
-            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-            file.write(bytes);
-        }
+        ASSERT_TRUE(writeFile(path("icon.svg"), "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'>"
+                                                "<rect width='20' height='10'/></svg>"));
+        ASSERT_TRUE(writeFile(path("garbage.png"), "not an image"));
     }
 
     QString path(const char *name) const { return m_directory.filePath(QString::fromLatin1(name)); }
