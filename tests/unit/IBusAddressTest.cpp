@@ -51,29 +51,16 @@ INSTANTIATE_TEST_SUITE_P(IBusAddress, IBusAddressFilesTest, testing::Values(
     ParamName());
 // clang-format on
 
-struct ParseCase
+TEST(IBusAddressTest, ReadsTheAddressLine)
 {
-    const char *name;
-    QByteArray contents;
-    QString expected;
-};
-
-using IBusAddressParseTest = testing::TestWithParam<ParseCase>;
-
-TEST_P(IBusAddressParseTest, ReadsTheAddressLine)
-{
-    EXPECT_EQ(IBusAddress::parse(GetParam().contents), GetParam().expected);
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(IBusAddress, IBusAddressParseTest, testing::Values(
-    ParseCase{"AsWrittenByTheDaemon", "# This file is created by ibus-daemon, please do not modify it.\n"
-                                      "IBUS_ADDRESS=unix:abstract=/tmp/dbus-x,guid=751691b9\nIBUS_DAEMON_PID=12039\n",
+    using Row = std::pair<QByteArray, QString>;
+    for (const auto &[contents, expected] :
+         {Row{"# This file is created by ibus-daemon, please do not modify it.\n"
+              "IBUS_ADDRESS=unix:abstract=/tmp/dbus-x,guid=751691b9\nIBUS_DAEMON_PID=12039\n",
               "unix:abstract=/tmp/dbus-x,guid=751691b9"},
-    ParseCase{"WithoutTrailingNewline", "IBUS_ADDRESS=unix:path=/tmp/s", "unix:path=/tmp/s"},
-    ParseCase{"CommentMentioningTheKeyIsSkipped", "# IBUS_ADDRESS=old\nIBUS_ADDRESS=new\n", "new"},
-    ParseCase{"NoAddressLine", "IBUS_DAEMON_PID=1\n", QString()}),
-    ParamName());
-// clang-format on
+          Row{"IBUS_ADDRESS=unix:path=/tmp/s", "unix:path=/tmp/s"},
+          Row{"# IBUS_ADDRESS=old\nIBUS_ADDRESS=new\n", "new"}, Row{"IBUS_DAEMON_PID=1\n", QString()}})
+        EXPECT_EQ(IBusAddress::parse(contents), expected) << contents.constData();
+}
 
 } // namespace

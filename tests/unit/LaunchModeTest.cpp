@@ -1,45 +1,26 @@
 #include "core/login/LaunchMode.h"
 
-#include "support/ParamName.h"
-
 #include <gtest/gtest.h>
 
 namespace {
 
-struct LaunchCase
-{
-    const char *name;
-    QStringList arguments;
-    bool fromDesktop;
-    Launch expected;
-};
+using enum LaunchMode;
 
-using LaunchModeTest = testing::TestWithParam<LaunchCase>;
-
-TEST_P(LaunchModeTest, Decides)
+TEST(LaunchModeTest, Decides)
 {
-    EXPECT_EQ(decideLaunch(GetParam().arguments, GetParam().fromDesktop), GetParam().expected);
+    const std::nullopt_t none = std::nullopt;
+    using Row = std::tuple<QStringList, bool, Launch>; // arguments, started from the desktop?; then the launch
+    for (const auto &[arguments, fromDesktop, expected] :
+         {Row{{}, true, {Window, none}}, Row{{}, false, {CommandLine, none}},
+          Row{{"gui", "extra"}, false, {Window, none}}, Row{{"background"}, true, {Background, none}},
+          Row{{"focus"}, false, {FocusHelper, none}},
+          Row{{"focus", "hangul", "--automatic", "x"}, false, {FocusHelper, "hangul"}},
+          Row{{"focus", ""}, false, {FocusHelper, ""}}, Row{{"Focus"}, false, {CommandLine, none}},
+          Row{{"status", "gui"}, false, {CommandLine, none}}, Row{{"status"}, true, {CommandLine, none}}})
+        EXPECT_EQ(decideLaunch(arguments, fromDesktop), expected) << qPrintable(arguments.join(' ')) << fromDesktop;
 }
 
-using enum LaunchMode;
-const std::nullopt_t none = std::nullopt;
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Entry, LaunchModeTest, testing::Values(
-    LaunchCase{"EmptyFromDesktopOpensWindow", {}, true, {Window, none}},
-    LaunchCase{"EmptyFromShellIsCommandLine", {}, false, {CommandLine, none}},
-    LaunchCase{"GuiIgnoresFurtherWords", {"gui", "extra"}, false, {Window, none}},
-    LaunchCase{"Background", {"background"}, true, {Background, none}},
-    LaunchCase{"FocusAlone", {"focus"}, false, {FocusHelper, none}},
-    LaunchCase{"FocusTakesOnlyTheIdentifier", {"focus", "hangul", "--automatic", "x"}, false, {FocusHelper, "hangul"}},
-    LaunchCase{"FocusWithEmptyIdentifier", {"focus", ""}, false, {FocusHelper, ""}},
-    LaunchCase{"CapitalisedFocusIsCommandLine", {"Focus"}, false, {CommandLine, none}},
-    LaunchCase{"ModeWordNotFirstIsCommandLine", {"status", "gui"}, false, {CommandLine, none}},
-    LaunchCase{"CommandFromDesktopIsStillCommandLine", {"status"}, true, {CommandLine, none}}),
-    ParamName());
-// clang-format on
-
-TEST(DesktopLauncherTest, MatchesTheLastPathComponentExactly)
+TEST(LaunchModeTest, DesktopLauncherMatchesTheLastPathComponentExactly)
 {
     const QStringList launchers = {"launchd", "open", "Finder", "Dock"};
     for (const char *parent :

@@ -12,46 +12,28 @@
 
 namespace {
 
-struct LanguageCase
+TEST(SourceTest, ClassifiesByTheFirstLanguage)
 {
-    const char *name;
-    QVariant languages;
-    bool cjkv;
-};
-
-using SourceLanguageTest = testing::TestWithParam<LanguageCase>;
-
-TEST_P(SourceLanguageTest, ClassifiesByTheFirstLanguage)
-{
-    SourceProperties properties = FakeInputSources::keyboard(QStringLiteral("id"), QStringLiteral("name"));
-    properties.languages = GetParam().languages;
-    EXPECT_EQ(Source(properties).isCJKV(), GetParam().cjkv);
+    const auto list = [](std::initializer_list<const char *> codes) {
+        QStringList result;
+        for (const char *code : codes)
+            result << code;
+        return QVariant(result);
+    };
+    // As IBus reports its engines, with regions and scripts; codes that merely begin like a CJKV one; odd values.
+    const std::pair<QVariant, bool> rows[] = {
+        {list({"ko"}), true},          {list({"ja"}), true},          {list({"zh"}), true},
+        {list({"en"}), false},         {list({"vi_VN.UTF-8"}), true}, {list({"ko-KR"}), true},
+        {list({"zh-Hant"}), true},     {list({"kok"}), false},        {list({"jv"}), false},
+        {list({"en", "ja"}), false},   {list({"", "ko"}), false},     {QVariant(), false},
+        {list({"JA"}), false},         {QVariant("ja"), false},       {QVariantList{"ko"}, true},
+        {QVariantList{"ko", 1}, false}};
+    for (const auto &[languages, cjkv] : rows) {
+        SourceProperties properties = FakeInputSources::keyboard("id", "name");
+        properties.languages = languages;
+        EXPECT_EQ(Source(properties).isCJKV(), cjkv) << languages.toStringList().join(',').toStdString();
+    }
 }
-
-QVariant list(std::initializer_list<const char *> codes)
-{
-    QStringList result;
-    for (const char *code : codes)
-        result << QString::fromLatin1(code);
-    return result;
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Source, SourceLanguageTest, testing::Values(
-    // As IBus reports its engines, then with regions and scripts after the language.
-    LanguageCase{"Korean", list({"ko"}), true}, LanguageCase{"Japanese", list({"ja"}), true},
-    LanguageCase{"Vietnamese", list({"vi"}), true}, LanguageCase{"ChineseWithoutRegion", list({"zh"}), true},
-    LanguageCase{"English", list({"en"}), false}, LanguageCase{"VietnameseWithRegionAndCodeset", list({"vi_VN.UTF-8"}), true},
-    LanguageCase{"KoreanAsLanguageTag", list({"ko-KR"}), true}, LanguageCase{"ChineseWithScript", list({"zh-Hant"}), true},
-    // Languages whose codes merely begin like a CJKV one; only the first entry counts.
-    LanguageCase{"KonkaniIsNotKorean", list({"kok"}), false}, LanguageCase{"JavaneseIsNotJapanese", list({"jv"}), false},
-    LanguageCase{"EnglishThenJapanese", list({"en", "ja"}), false}, LanguageCase{"EmptyFirstThenKorean", list({"", "ko"}), false},
-    LanguageCase{"NoLanguages", QVariant(), false}, LanguageCase{"CaseMatters", list({"JA"}), false},
-    LanguageCase{"TextInsteadOfList", QStringLiteral("ja"), false},
-    LanguageCase{"ListOfTextValues", QVariantList{QStringLiteral("ko")}, true},
-    LanguageCase{"ListWithANonText", QVariantList{QStringLiteral("ko"), 1}, false}),
-    ParamName());
-// clang-format on
 
 enum class URL { File, Remote, PathAsText };
 
