@@ -1,7 +1,6 @@
 #include "core/sources/Catalog.h"
 
 #include "support/FakeInputSources.h"
-#include "support/ParamName.h"
 
 #include <gtest/gtest.h>
 
@@ -9,81 +8,33 @@
 
 namespace {
 
-using Edit = std::function<void(SourceProperties &)>;
-
-SourceProperties us()
+// One source with an oddity in its properties: whether it is offered and found, and the choice it makes.
+TEST(CatalogTest, OffersOnlyEnabledSelectableKeyboardSources)
 {
-    return FakeInputSources::keyboard(QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)"),
-                                      {QStringLiteral("en")});
+    using Edit = std::function<void(SourceProperties &)>;
+    const InputChoice us{"xkb:us::eng", "English (US)"};
+    const std::tuple<Edit, std::optional<InputChoice>> rows[] = {
+        {[](SourceProperties &) {}, us},
+        {[](SourceProperties &s) { s.enabled = false; }, std::nullopt},
+        {[](SourceProperties &s) { s.enabled = QStringLiteral("true"); }, std::nullopt},
+        {[](SourceProperties &s) { s.selectCapable = false; }, std::nullopt},
+        {[](SourceProperties &s) { s.selectCapable = QVariant(); }, std::nullopt},
+        {[](SourceProperties &s) { s.category = QStringLiteral("palette"); }, std::nullopt},
+        {[](SourceProperties &s) { s.category = QStringList{s.category.toString()}; }, std::nullopt},
+        {[](SourceProperties &s) { s.languages = QVariant(); }, us},
+        {[](SourceProperties &s) { s.localizedName = 7; }, InputChoice{us.id, QString()}},
+        {[](SourceProperties &s) { s.id = QByteArray("xkb:us::eng"); }, InputChoice{QString(), us.name}},
+    };
+    for (size_t row = 0; row < std::size(rows); ++row) {
+        const auto &[edit, choice] = rows[row];
+        FakeInputSources system;
+        SourceProperties source = FakeInputSources::keyboard(us.id, us.name, {"en"});
+        edit(source);
+        system.state->sources = {source};
+        EXPECT_EQ(Catalog::choices(system.port()), choice ? QList{*choice} : QList<InputChoice>()) << "row " << row;
+        EXPECT_EQ(Catalog::find(us.id, system.port()).has_value(), choice && !choice->id.isEmpty()) << "row " << row;
+    }
 }
-
-SourceProperties edited(const Edit &edit)
-{
-    SourceProperties source = us();
-    edit(source);
-    return source;
-}
-
-// Whether one source with a given oddity is offered, and can be found.
-struct FilterCase
-{
-    const char *name;
-    Edit edit;
-    bool selectable;
-};
-
-class CatalogFilterTest : public testing::TestWithParam<FilterCase>
-{
-protected:
-    FakeInputSources m_system;
-};
-
-TEST_P(CatalogFilterTest, DecidesWhetherTheSourceIsOffered)
-{
-    m_system.state->sources = {edited(GetParam().edit)};
-    EXPECT_EQ(Catalog::selectable(m_system.port()).size(), GetParam().selectable ? 1 : 0);
-    EXPECT_EQ(Catalog::find(QStringLiteral("xkb:us::eng"), m_system.port()).has_value(), GetParam().selectable);
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Catalog, CatalogFilterTest, testing::Values(
-    FilterCase{"EnabledKeyboardSource", [](SourceProperties &) {}, true},
-    FilterCase{"Disabled", [](SourceProperties &s) { s.enabled = false; }, false},
-    FilterCase{"EnabledMissing", [](SourceProperties &s) { s.enabled = QVariant(); }, false},
-    FilterCase{"EnabledAsText", [](SourceProperties &s) { s.enabled = QStringLiteral("true"); }, false},
-    FilterCase{"NotSelectCapable", [](SourceProperties &s) { s.selectCapable = false; }, false},
-    FilterCase{"SelectCapableMissing", [](SourceProperties &s) { s.selectCapable = QVariant(); }, false},
-    FilterCase{"PaletteCategory", [](SourceProperties &s) { s.category = QStringLiteral("palette"); }, false},
-    FilterCase{"CategoryNotText", [](SourceProperties &s) { s.category = QStringList{s.category.toString()}; }, false},
-    FilterCase{"NameMissingStillOffered", [](SourceProperties &s) { s.localizedName = QVariant(); }, true},
-    FilterCase{"NoLanguagesStillOffered", [](SourceProperties &s) { s.languages = QVariant(); }, true}),
-    ParamName());
-// clang-format on
-
-// What one offered source looks like as a choice.
-struct ChoiceCase
-{
-    const char *name;
-    Edit edit;
-    InputChoice expected;
-};
-
-using CatalogChoiceTest = testing::TestWithParam<ChoiceCase>;
-
-TEST_P(CatalogChoiceTest, ReadsIdentifierAndName)
-{
-    FakeInputSources system;
-    system.state->sources = {edited(GetParam().edit)};
-    EXPECT_EQ(Catalog::choices(system.port()), QList<InputChoice>{GetParam().expected});
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Catalog, CatalogChoiceTest, testing::Values(
-    ChoiceCase{"Complete", [](SourceProperties &) {}, {"xkb:us::eng", "English (US)"}},
-    ChoiceCase{"NameNotText", [](SourceProperties &s) { s.localizedName = 7; }, {"xkb:us::eng", QString()}},
-    ChoiceCase{"IdentifierNotText", [](SourceProperties &s) { s.id = QByteArray("xkb:us::eng"); }, {QString(), "English (US)"}}),
-    ParamName());
-// clang-format on
 
 // Each call asks the system again, keeps its order and duplicates, and finds only exact, selectable matches.
 TEST(CatalogTest, ChoicesAndFindFollowTheSystem)

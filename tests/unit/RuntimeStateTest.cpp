@@ -1,7 +1,5 @@
 #include "core/sources/RuntimeState.h"
 
-#include "support/ParamName.h"
-
 #include <gtest/gtest.h>
 
 #include <ostream>
@@ -25,55 +23,38 @@ TEST(RuntimeStateTest, RawValuesDecodeExactly)
         EXPECT_EQ(state.isTransient(), state != RuntimeState::Keeping) << state;
 }
 
-struct DeriveCase
-{
-    const char *name;
-    RuntimeInputs inputs;
-    RuntimeState expected;
-};
+const QString us = "xkb:us::eng";
+const QString name = "English (US)";
+const QString warning = "could not switch";
 
-using RuntimeStateDeriveTest = testing::TestWithParam<DeriveCase>;
-
-TEST_P(RuntimeStateDeriveTest, FirstMatchingRuleWins)
+// The first matching rule wins. Rows name only what differs from: keeping off, nothing pinned, no warnings.
+TEST(RuntimeStateTest, Derives)
 {
-    EXPECT_EQ(RuntimeState::derive(GetParam().inputs), GetParam().expected);
+    // clang-format off
+    const std::pair<RuntimeInputs, RuntimeState> rows[] = {
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Keeping},
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = {}}, RuntimeState::Waiting},
+        {{.configError = true, .switching = true}, RuntimeState::Error},
+        {{}, RuntimeState::Paused},
+        {{.pinnedID = us}, RuntimeState::Paused},
+        {{.enabled = true}, RuntimeState::Setup},
+        {{.enabled = true, .pinnedID = QString(), .pinnedName = name}, RuntimeState::Setup},
+        {{.enabled = true, .pinnedID = us, .secureInput = true}, RuntimeState::MissingSource},
+        {{.enabled = true, .switching = true, .pinnedID = us, .pinnedName = name, .secureInput = true}, RuntimeState::SecureInput},
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .secureInput = true, .currentID = us}, RuntimeState::SecureInput},
+        {{.switching = true, .pinnedID = us, .pinnedName = name}, RuntimeState::Switching},
+        {{.automaticSwitching = true, .pinnedID = us, .pinnedName = name}, RuntimeState::Paused},
+        {{.enabled = true, .automaticSwitching = true, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Switching},
+        {{.switching = true, .manualWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Switching},
+        {{.manualWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Error},
+        {{.manualWarning = warning}, RuntimeState::Setup},
+        {{.automaticWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Paused},
+        {{.enabled = true, .automaticWarning = warning, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Error},
+        {{.enabled = true, .pinnedID = us, .pinnedName = QString(), .currentID = us}, RuntimeState::Keeping},
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us.toUpper()}, RuntimeState::Waiting}};
+    // clang-format on
+    for (size_t row = 0; row < std::size(rows); ++row)
+        EXPECT_EQ(RuntimeState::derive(rows[row].first), rows[row].second) << "row " << row;
 }
-
-const QString us = QStringLiteral("xkb:us::eng");
-const QString name = QStringLiteral("English (US)");
-const QString warning = QStringLiteral("could not switch");
-
-// Rows name only what differs from: keeping off, nothing pinned, no warnings.
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(RuntimeState, RuntimeStateDeriveTest, testing::Values(
-    DeriveCase{"PinnedIsCurrent", {.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Keeping},
-    DeriveCase{"AnotherIsCurrent", {.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = {}}, RuntimeState::Waiting},
-    DeriveCase{"ConfigErrorBeatsEverything", {.configError = true, .switching = true}, RuntimeState::Error},
-    DeriveCase{"DisabledNothingPinned", {}, RuntimeState::Paused},
-    DeriveCase{"DisabledWithMissingSource", {.pinnedID = us}, RuntimeState::Paused},
-    DeriveCase{"EnabledNothingPinned", {.enabled = true}, RuntimeState::Setup},
-    DeriveCase{"EnabledEmptyPin", {.enabled = true, .pinnedID = QString(), .pinnedName = name}, RuntimeState::Setup},
-    DeriveCase{"MissingSourceBeatsSecureInput", {.enabled = true, .pinnedID = us, .secureInput = true}, RuntimeState::MissingSource},
-    DeriveCase{"SecureInputBeatsSwitching",
-               {.enabled = true, .switching = true, .pinnedID = us, .pinnedName = name, .secureInput = true}, RuntimeState::SecureInput},
-    DeriveCase{"SecureInputWhilePinnedIsCurrent",
-               {.enabled = true, .pinnedID = us, .pinnedName = name, .secureInput = true, .currentID = us}, RuntimeState::SecureInput},
-    DeriveCase{"DisabledManualSwitch", {.switching = true, .pinnedID = us, .pinnedName = name}, RuntimeState::Switching},
-    DeriveCase{"DisabledAutomaticSwitchIsIgnored", {.automaticSwitching = true, .pinnedID = us, .pinnedName = name}, RuntimeState::Paused},
-    DeriveCase{"EnabledAutomaticSwitch",
-               {.enabled = true, .automaticSwitching = true, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Switching},
-    DeriveCase{"SwitchingBeatsWarning",
-               {.switching = true, .manualWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Switching},
-    DeriveCase{"DisabledManualWarning", {.manualWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Error},
-    DeriveCase{"DisabledManualWarningNothingPinned", {.manualWarning = warning}, RuntimeState::Setup},
-    DeriveCase{"DisabledLeftoverAutomaticWarning", {.automaticWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Paused},
-    DeriveCase{"EnabledAutomaticWarning",
-               {.enabled = true, .automaticWarning = warning, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Error},
-    DeriveCase{"EmptyPinnedNameIsStillPresent",
-               {.enabled = true, .pinnedID = us, .pinnedName = QString(), .currentID = us}, RuntimeState::Keeping},
-    DeriveCase{"IdentifiersCompareExactly",
-               {.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us.toUpper()}, RuntimeState::Waiting}),
-    ParamName());
-// clang-format on
 
 } // namespace

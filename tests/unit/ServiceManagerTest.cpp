@@ -8,21 +8,6 @@ namespace {
 
 using Mark = ServiceManager::Mark;
 
-struct MarkCase
-{
-    Mark (*read)(const LaunchctlResult &);
-    const char *name;
-    LaunchctlResult answer;
-    Mark mark;
-};
-
-using ServiceMarkTest = testing::TestWithParam<MarkCase>;
-
-TEST_P(ServiceMarkTest, ReadsTheDisabledQuery)
-{
-    EXPECT_EQ(GetParam().read(GetParam().answer), GetParam().mark);
-}
-
 LaunchctlResult listing(const char *entries)
 {
     return {0, QStringLiteral("disabled services = {\n%1}\n").arg(QLatin1String(entries))};
@@ -31,27 +16,32 @@ LaunchctlResult listing(const char *entries)
 const auto launchd = LaunchdService::readMark;
 const auto systemd = SystemdService::readMark;
 
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(, ServiceMarkTest, testing::Values(
-    MarkCase{launchd, "LaunchdNoEntryForTheLabel", listing("\t\"com.example.other\" => disabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdDisabled", listing("\t\"app.tolvar\" => disabled\n"), Mark::Disabled},
-    MarkCase{launchd, "LaunchdTrue", listing("\t\"app.tolvar\" => true\n"), Mark::Disabled},
-    MarkCase{launchd, "LaunchdEnabled", listing("\t\"app.tolvar\" => enabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdOtherWordIsUnreadable", listing("\t\"app.tolvar\" => maybe\n"), Mark::Unreadable},
-    MarkCase{launchd, "LaunchdCommaEndsTheValue", listing("\"app.tolvar\"=>true,\n"), Mark::Disabled},
-    MarkCase{launchd, "LaunchdLongerLabelIsAnother", listing("\t\"app.tolvar.x\" => disabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdDotIsNoWildcard", listing("\t\"appxtolvar\" => disabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdWithoutHeader", {0, QStringLiteral("\"app.tolvar\" => disabled\n}\n")}, Mark::Unreadable},
-    MarkCase{launchd, "LaunchdWithoutClosingBrace", {0, QStringLiteral("disabled services = {\n")}, Mark::Unreadable},
-    MarkCase{launchd, "LaunchdFailedQuery", {113, QString()}, Mark::QueryFailed},
-    MarkCase{systemd, "SystemdEnabled", {0, QStringLiteral("enabled\n")}, Mark::NotDisabled},
-    MarkCase{systemd, "SystemdDisabled", {1, QStringLiteral("disabled\n")}, Mark::Disabled},
-    MarkCase{systemd, "SystemdNotFound", {4, QStringLiteral("not-found\n")}, Mark::Disabled},
-    MarkCase{systemd, "SystemdNoUnitOnOlderSystemctl", {1, QString()}, Mark::Disabled},
-    MarkCase{systemd, "SystemdStaticIsUnreadable", {0, QStringLiteral("static\n")}, Mark::Unreadable},
-    MarkCase{systemd, "SystemdSilentSuccessIsUnreadable", {0, QString()}, Mark::Unreadable}),
-    ParamName());
-// clang-format on
+TEST(ServiceMarkTest, ReadsTheDisabledQuery)
+{
+    using Row = std::tuple<Mark (*)(const LaunchctlResult &), LaunchctlResult, Mark>;
+    // clang-format off
+    const Row rows[] = {
+        {launchd, listing("\t\"com.example.other\" => disabled\n"), Mark::NotDisabled},
+        {launchd, listing("\t\"app.tolvar\" => disabled\n"), Mark::Disabled},
+        {launchd, listing("\t\"app.tolvar\" => true\n"), Mark::Disabled},
+        {launchd, listing("\t\"app.tolvar\" => enabled\n"), Mark::NotDisabled},
+        {launchd, listing("\t\"app.tolvar\" => maybe\n"), Mark::Unreadable},
+        {launchd, listing("\"app.tolvar\"=>true,\n"), Mark::Disabled},
+        {launchd, listing("\t\"app.tolvar.x\" => disabled\n"), Mark::NotDisabled},
+        {launchd, listing("\t\"appxtolvar\" => disabled\n"), Mark::NotDisabled},
+        {launchd, {0, QStringLiteral("\"app.tolvar\" => disabled\n}\n")}, Mark::Unreadable},
+        {launchd, {0, QStringLiteral("disabled services = {\n")}, Mark::Unreadable},
+        {launchd, {113, QString()}, Mark::QueryFailed},
+        {systemd, {0, QStringLiteral("enabled\n")}, Mark::NotDisabled},
+        {systemd, {1, QStringLiteral("disabled\n")}, Mark::Disabled},
+        {systemd, {4, QStringLiteral("not-found\n")}, Mark::Disabled},
+        {systemd, {1, QString()}, Mark::Disabled},
+        {systemd, {0, QStringLiteral("static\n")}, Mark::Unreadable},
+        {systemd, {0, QString()}, Mark::Unreadable}};
+    // clang-format on
+    for (size_t row = 0; row < std::size(rows); ++row)
+        EXPECT_EQ(std::get<0>(rows[row])(std::get<1>(rows[row])), std::get<2>(rows[row])) << "row " << row;
+}
 
 struct PlistCase
 {
