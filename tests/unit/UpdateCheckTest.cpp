@@ -1,6 +1,5 @@
 #include "core/update/NetworkLoader.h"
 #include "core/update/UpdateChecker.h"
-#include "support/ParamName.h"
 #include "support/UpdatePrinting.h"
 
 #include <QEventLoop>
@@ -59,83 +58,45 @@ std::optional<UpdateCheckResult> check(const UpdateChecker &checker)
     return result;
 }
 
-struct EvaluateCase
-{
-    const char *name;
-    LoadOutcome loaded;
-    UpdateCheckResult expected;
-};
-
-using UpdateEvaluateTest = testing::TestWithParam<EvaluateCase>;
-
-TEST_P(UpdateEvaluateTest, TrustsOnlyAWellFormedManifestForThisApplication)
-{
-    EXPECT_EQ(UpdateChecker::evaluate(GetParam().loaded, local, "26.0.1"), GetParam().expected);
-}
-
 const QString tooLongNotes(ReleaseManifest::maximumNotesLength + 1, u'x');
 const QString longestNotes(ReleaseManifest::maximumNotesLength, u'x');
 const UpdateCheckResult invalid = failed(Failure::InvalidManifest);
 
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Update, UpdateEvaluateTest, testing::Values(
-    EvaluateCase{"SameVersionHigherBuild", served(manifestWith({{"version", "1.2.0"}, {"build", 8}})),
-                 availableWith({{"version", "1.2.0"}, {"build", 8}})},
-    EvaluateCase{"SameVersionSameBuild", served(manifestWith({{"version", "1.2.0"}, {"build", 7}})),
-                 UpdateCheckResult::of(Kind::UpToDate)},
-    EvaluateCase{"LowerVersionHigherBuild", served(manifestWith({{"version", "1.1.9"}, {"build", 99}})),
-                 UpdateCheckResult::of(Kind::LocalNewer)},
-    EvaluateCase{"SameVersionLowerBuild", served(manifestWith({{"version", "1.2"}, {"build", 6}})),
-                 UpdateCheckResult::of(Kind::LocalNewer)},
-    EvaluateCase{"HigherVersionLowerBuild", served(manifestWith({{"version", "1.3"}, {"build", 1}})),
-                 availableWith({{"version", "1.3"}, {"build", 1}})},
-    EvaluateCase{"NeedsNewerSystem", served(manifestWith({{"minimumSystemVersion", "27"}})),
-                 availableWith({{"minimumSystemVersion", "27"}}, true)},
-    EvaluateCase{"LongestNotes", served(manifestWith({{"notes", longestNotes}})), availableWith({{"notes", longestNotes}})},
-    EvaluateCase{"UnknownKey", served(manifestWith({{"channel", "beta"}})), availableWith({})},
-    EvaluateCase{"NotesNull", served(manifestWith({{"notes", QJsonValue::Null}})), availableWith({{"notes", QJsonValue::Null}})},
-    EvaluateCase{"NotesMissing", served(manifestWith({}, {"notes"})), availableWith({{"notes", QJsonValue::Null}})},
-    EvaluateCase{"LoaderFailure", LoadOutcome(UpdateCheckFailure::of(Failure::Network)), failed(Failure::Network)},
-    EvaluateCase{"NotHttp", LoadOutcome(LoadedResponse{manifestWith({}), manifestAddress, std::nullopt}),
-                 failed(Failure::InvalidResponse)},
-    EvaluateCase{"FinalAddressPlainHttp", served(manifestWith({}), QUrl("http://tolvar.app/update.json")),
-                 failed(Failure::InsecureRedirect)},
-    EvaluateCase{"NoFinalAddress", served(manifestWith({}), QUrl()), failed(Failure::InsecureRedirect)},
-    EvaluateCase{"Undecodable", served("{"), invalid},
-    EvaluateCase{"Array", served("[]"), invalid},
-    EvaluateCase{"IdentifierCase", served(manifestWith({{"bundleIdentifier", "App.Tolvar"}})), failed(Failure::WrongApplication)},
-    EvaluateCase{"IdentifierMissing", served(manifestWith({}, {"bundleIdentifier"})), invalid},
-    EvaluateCase{"VersionMissing", served(manifestWith({}, {"version"})), invalid},
-    EvaluateCase{"VersionNumber", served(manifestWith({{"version", 1.3}})), invalid},
-    EvaluateCase{"VersionLetter", served(manifestWith({{"version", "1.3b1"}})), invalid},
-    EvaluateCase{"BuildText", served(manifestWith({{"build", "9"}})), invalid},
-    EvaluateCase{"BuildFraction", served(manifestWith({{"build", 9.5}})), invalid},
-    EvaluateCase{"BuildZero", served(manifestWith({{"build", 0}})), invalid},
-    EvaluateCase{"MinimumLetter", served(manifestWith({{"minimumSystemVersion", "x"}})), invalid},
-    EvaluateCase{"NotesNumber", served(manifestWith({{"notes", 3}})), invalid},
-    EvaluateCase{"NotesTooLong", served(manifestWith({{"notes", tooLongNotes}})), invalid},
-    EvaluateCase{"ReleaseURLBoolean", served(manifestWith({{"releaseURL", true}})), invalid},
-    EvaluateCase{"ReleasePagePlainHttp", served(manifestWith({{"releaseURL", "http://tolvar.app/r"}})), invalid}),
-    ParamName());
-// clang-format on
-
-struct PrecheckCase
+TEST(UpdateCheckTest, TrustsOnlyAWellFormedManifestForThisApplication)
 {
-    const char *name;
-    AppBuildInfo current;
-    QString systemVersion;
-    UpdateCheckResult expected;
-};
+    const auto judged = [](const LoadOutcome &loaded) { return UpdateChecker::evaluate(loaded, local, "26.0.1"); };
+    // The manifest's changes and removed keys; then the result, none for an update described by that manifest.
+    // clang-format off
+    const std::tuple<QJsonObject, QStringList, std::optional<UpdateCheckResult>> rows[] = {
+        {{{"version", "1.2.0"}, {"build", 8}}, {}, std::nullopt},
+        {{{"version", "1.2.0"}, {"build", 7}}, {}, UpdateCheckResult::of(Kind::UpToDate)},
+        {{{"version", "1.1.9"}, {"build", 99}}, {}, UpdateCheckResult::of(Kind::LocalNewer)},
+        {{{"version", "1.2"}, {"build", 6}}, {}, UpdateCheckResult::of(Kind::LocalNewer)},
+        {{{"version", "1.3"}, {"build", 1}}, {}, std::nullopt},
+        {{{"minimumSystemVersion", "27"}}, {}, availableWith({{"minimumSystemVersion", "27"}}, true)},
+        {{{"notes", longestNotes}}, {}, std::nullopt},
+        {{{"notes", QJsonValue::Null}}, {}, std::nullopt},
+        {{{"channel", "beta"}}, {}, availableWith({})},
+        {{}, {"notes"}, availableWith({{"notes", QJsonValue::Null}})},
+        {{{"bundleIdentifier", "App.Tolvar"}}, {}, failed(Failure::WrongApplication)},
+        {{}, {"bundleIdentifier"}, invalid}, {{}, {"version"}, invalid}, {{{"version", 1.3}}, {}, invalid},
+        {{{"version", "1.3b1"}}, {}, invalid}, {{{"build", "9"}}, {}, invalid}, {{{"build", 9.5}}, {}, invalid},
+        {{{"build", 0}}, {}, invalid}, {{{"minimumSystemVersion", "x"}}, {}, invalid}, {{{"notes", 3}}, {}, invalid},
+        {{{"notes", tooLongNotes}}, {}, invalid}, {{{"releaseURL", true}}, {}, invalid},
+        {{{"releaseURL", "http://tolvar.app/r"}}, {}, invalid}};
+    // clang-format on
+    for (const auto &[changes, removed, expected] : rows)
+        EXPECT_EQ(judged(served(manifestWith(changes, removed))), expected ? *expected : availableWith(changes))
+            << QJsonDocument(changes).toJson(QJsonDocument::Compact).constData() << qPrintable(removed.join(' '));
 
-using UpdatePrecheckTest = testing::TestWithParam<PrecheckCase>;
-
-TEST_P(UpdatePrecheckTest, DecidesWithoutTheNetwork)
-{
-    int loads = 0;
-    EXPECT_EQ(check({GetParam().current, GetParam().systemVersion,
-                     [&](const QNetworkRequest &, QObject *, auto) { ++loads; }}),
-              GetParam().expected);
-    EXPECT_EQ(loads, 0);
+    EXPECT_EQ(judged(UpdateCheckFailure::of(Failure::Network)), failed(Failure::Network));
+    EXPECT_EQ(judged(LoadedResponse{manifestWith({}), manifestAddress, std::nullopt}),
+              failed(Failure::InvalidResponse));
+    EXPECT_EQ(judged(served(manifestWith({}), QUrl("http://tolvar.app/update.json"))),
+              failed(Failure::InsecureRedirect));
+    EXPECT_EQ(judged(served(manifestWith({}), QUrl())), failed(Failure::InsecureRedirect));
+    EXPECT_EQ(judged(served("{")), invalid);
+    EXPECT_EQ(judged(served("[]")), invalid);
 }
 
 AppBuildInfo localWith(std::optional<QString> version, std::optional<qint64> build, std::optional<QString> url)
@@ -146,19 +107,28 @@ AppBuildInfo localWith(std::optional<QString> version, std::optional<qint64> bui
 const QString address = "https://tolvar.app/update.json";
 const UpdateCheckResult badVersion = failed(Failure::InvalidCurrentVersion);
 
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Update, UpdatePrecheckTest, testing::Values(
-    PrecheckCase{"NoAddress", localWith("1.2", 7, std::nullopt), "26.0", UpdateCheckResult::of(Kind::Unconfigured)},
-    PrecheckCase{"EmptyAddress", localWith("1.2", 7, ""), "26.0", UpdateCheckResult::of(Kind::Unconfigured)},
-    PrecheckCase{"PlainHttp", localWith("1.2", 7, "http://tolvar.app/u.json"), "26.0", failed(Failure::InvalidSource)},
-    PrecheckCase{"NoVersion", localWith(std::nullopt, 7, address), "26.0", badVersion},
-    PrecheckCase{"BadVersion", localWith("1.2-dev", 7, address), "26.0", badVersion},
-    PrecheckCase{"NoBuild", localWith("1.2", std::nullopt, address), "26.0", badVersion},
-    PrecheckCase{"BuildZero", localWith("1.2", 0, address), "26.0", badVersion},
-    PrecheckCase{"BuildNegative", localWith("1.2", -3, address), "26.0", badVersion},
-    PrecheckCase{"SystemFiveNumbers", localWith("1.2", 7, address), "26.0.1.2.3", badVersion}),
-    ParamName());
-// clang-format on
+// Answers that need no network never reach the loader.
+TEST(UpdateCheckTest, DecidesWithoutTheNetwork)
+{
+    // clang-format off
+    const std::tuple<AppBuildInfo, QString, UpdateCheckResult> rows[] = {
+        {localWith("1.2", 7, std::nullopt), "26.0", UpdateCheckResult::of(Kind::Unconfigured)},
+        {localWith("1.2", 7, ""), "26.0", UpdateCheckResult::of(Kind::Unconfigured)},
+        {localWith("1.2", 7, "http://tolvar.app/u.json"), "26.0", failed(Failure::InvalidSource)},
+        {localWith(std::nullopt, 7, address), "26.0", badVersion},
+        {localWith("1.2-dev", 7, address), "26.0", badVersion},
+        {localWith("1.2", std::nullopt, address), "26.0", badVersion},
+        {localWith("1.2", 0, address), "26.0", badVersion},
+        {localWith("1.2", -3, address), "26.0", badVersion},
+        {localWith("1.2", 7, address), "26.0.1.2.3", badVersion}};
+    // clang-format on
+    for (const auto &[current, systemVersion, expected] : rows) {
+        int loads = 0;
+        EXPECT_EQ(check({current, systemVersion, [&](const QNetworkRequest &, QObject *, auto) { ++loads; }}),
+                  expected);
+        EXPECT_EQ(loads, 0);
+    }
+}
 
 TEST(UpdateCheckTest, AsksTheLoaderForAFreshJsonDocument)
 {
