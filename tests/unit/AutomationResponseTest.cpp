@@ -60,14 +60,6 @@ INSTANTIATE_TEST_SUITE_P(
             R"j({"command":"lsit","error":{"code":"invalid_arguments","message":"Invalid command or arguments. Run tolvar help for usage."},"ok":false,"schemaVersion":1})j"}),
     ParamName());
 
-TEST(AutomationResponseFallbackTest, IsTheFixedDocument)
-{
-    EXPECT_EQ(
-        AutomationResponse::fallback(),
-        QByteArray(
-            R"j({"schemaVersion":1,"ok":false,"command":"unknown","error":{"code":"encoding_failed","message":"Unable to encode the response."}})j"));
-}
-
 TEST(AutomationStatusJsonTest, DecodesWhatItEncodes)
 {
     AutomationStatus unreachable = keeping();
