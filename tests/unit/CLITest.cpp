@@ -32,34 +32,31 @@ public:
         s.automation = fake.services();
         s.enableCompanion = [] { return true; };
         s.switchOnce = [this] { return outcome; };
-        s.installLogin = [this](const QString &executable) -> Expected<void, QString> {
+        s.installLogin = [this](const QString &executable) {
             installedFor = executable;
-            if (loginError)
-                return *loginError;
-            fake.login = true;
-            return {};
+            return login(true);
         };
-        s.uninstallLogin = [this]() -> Expected<void, QString> {
-            if (loginError)
-                return *loginError;
-            fake.login = false;
-            return {};
-        };
-        s.openApp = [this]() -> Expected<void, AutomationFailure> {
-            if (openFailure)
-                return *openFailure;
-            return {};
-        };
+        s.uninstallLogin = [this] { return login(false); };
+        s.openApp = [this] { return openFailure ? Opened(*openFailure) : Opened(); };
         s.executablePath = [] { return QStringLiteral("/opt/tolvar/bin/tolvar"); };
         s.configFile = [] { return configFile; };
-        for (QBuffer *buffer : {&out, &err}) {
-            buffer->setData({});
-            buffer->open(QIODevice::WriteOnly);
-        }
+        out.setData({});
+        err.setData({});
+        out.open(QIODevice::WriteOnly);
+        err.open(QIODevice::WriteOnly);
         const int status = CLI(s, out, err).run(line.split(QLatin1Char(' '), Qt::SkipEmptyParts));
         out.close();
         err.close();
         return status;
+    }
+
+    using Opened = Expected<void, AutomationFailure>;
+    Expected<void, QString> login(bool on)
+    {
+        if (loginError)
+            return *loginError;
+        fake.login = on;
+        return {};
     }
 
     QJsonObject error() const { return QJsonDocument::fromJson(out.data()).object()["error"].toObject(); }
@@ -98,7 +95,7 @@ struct FailureCase
     std::function<void(const CLITest &)> check = [](const CLITest &) {};
 };
 
-class CLIFailureTest : public CLITest, public testing::WithParamInterface<FailureCase>
+struct CLIFailureTest : CLITest, testing::WithParamInterface<FailureCase>
 {
 };
 
