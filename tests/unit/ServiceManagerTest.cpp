@@ -1,6 +1,5 @@
 #include "platform/LaunchdService.h"
 #include "platform/SystemdService.h"
-#include "support/ParamName.h"
 
 #include <gtest/gtest.h>
 
@@ -43,88 +42,49 @@ TEST(ServiceMarkTest, ReadsTheDisabledQuery)
         EXPECT_EQ(std::get<0>(rows[row])(std::get<1>(rows[row])), std::get<2>(rows[row])) << "row " << row;
 }
 
-struct PlistCase
+// The path's markup is escaped.
+TEST(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
 {
-    const char *name;
-    QString executable;
-    const char *written;
-};
-
-using LaunchdPlistTest = testing::TestWithParam<PlistCase>;
-
-TEST_P(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
-{
-    const QByteArray expected = QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                           "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-                                           "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-                                           "<plist version=\"1.0\">\n"
-                                           "<dict>\n"
-                                           "\t<key>KeepAlive</key>\n"
-                                           "\t<dict>\n"
-                                           "\t\t<key>SuccessfulExit</key>\n"
-                                           "\t\t<false/>\n"
-                                           "\t</dict>\n"
-                                           "\t<key>Label</key>\n"
-                                           "\t<string>app.tolvar</string>\n"
-                                           "\t<key>LimitLoadToSessionType</key>\n"
-                                           "\t<string>Aqua</string>\n"
-                                           "\t<key>ProgramArguments</key>\n"
-                                           "\t<array>\n"
-                                           "\t\t<string>")
-                                + GetParam().written
-                                + "</string>\n"
-                                  "\t\t<string>background</string>\n"
-                                  "\t</array>\n"
-                                  "\t<key>RunAtLoad</key>\n"
-                                  "\t<true/>\n"
-                                  "</dict>\n"
-                                  "</plist>\n";
-    EXPECT_EQ(LaunchdService::propertyList(GetParam().executable).toStdString(), expected.toStdString());
-}
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(, LaunchdPlistTest, testing::Values(
-    PlistCase{"PlainPath", "/Applications/Tolvar.app/Contents/MacOS/tolvar", "/Applications/Tolvar.app/Contents/MacOS/tolvar"},
-    PlistCase{"MarkupIsEscaped", "/Users/a&b/<x>/tolvar", "/Users/a&amp;b/&lt;x&gt;/tolvar"}),
-    ParamName());
-// clang-format on
-
-struct UnitCase
-{
-    const char *name;
-    QString executable;
-    const char *execStart;
-};
-
-using SystemdUnitTest = testing::TestWithParam<UnitCase>;
-
-TEST_P(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
-{
-    const QByteArray expected = QByteArray("[Unit]\n"
-                                           "Description=Tolvar\n"
-                                           "PartOf=graphical-session.target\n"
-                                           "After=graphical-session.target\n"
-                                           "\n"
-                                           "[Service]\n"
-                                           "Type=exec\n"
-                                           "ExecStart=")
-                                + GetParam().execStart
-                                + "\n"
-                                  "Restart=on-failure\n"
-                                  "\n"
-                                  "[Install]\n"
-                                  "WantedBy=graphical-session.target\n";
-    EXPECT_EQ(SystemdService::unit(GetParam().executable).toStdString(), expected.toStdString());
+    EXPECT_EQ(
+        LaunchdService::propertyList("/Users/a&b/<x>/tolvar").toStdString(),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+        "<plist version=\"1.0\">\n"
+        "<dict>\n"
+        "\t<key>KeepAlive</key>\n"
+        "\t<dict>\n"
+        "\t\t<key>SuccessfulExit</key>\n"
+        "\t\t<false/>\n"
+        "\t</dict>\n"
+        "\t<key>Label</key>\n"
+        "\t<string>app.tolvar</string>\n"
+        "\t<key>LimitLoadToSessionType</key>\n"
+        "\t<string>Aqua</string>\n"
+        "\t<key>ProgramArguments</key>\n"
+        "\t<array>\n"
+        "\t\t<string>/Users/a&amp;b/&lt;x&gt;/tolvar</string>\n"
+        "\t\t<string>background</string>\n"
+        "\t</array>\n"
+        "\t<key>RunAtLoad</key>\n"
+        "\t<true/>\n"
+        "</dict>\n"
+        "</plist>\n");
 }
 
 // The program's name is not searched for variables, only for specifiers; control characters stay on one line.
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(, SystemdUnitTest, testing::Values(
-    UnitCase{"PlainPath", "/opt/tolvar/bin/tolvar", "\"/opt/tolvar/bin/tolvar\" background"},
-    UnitCase{"SpacePercentAndDollar", "/home/a b/100%/$x/tolvar", "\"/home/a b/100%%/$x/tolvar\" background"},
-    UnitCase{"QuoteBackslashAndControl", "/x/a\"b\\c\nd/tolvar", "\"/x/a\\\"b\\\\c\\x0ad/tolvar\" background"}),
-    ParamName());
-// clang-format on
+TEST(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
+{
+    using Row = std::pair<QString, std::string>;
+    for (const auto &[executable, execStart] :
+         {Row{"/home/a b/100%/$x/tolvar", "\"/home/a b/100%%/$x/tolvar\" background"},
+          Row{"/x/a\"b\\c\nd/tolvar", "\"/x/a\\\"b\\\\c\\x0ad/tolvar\" background"}})
+        EXPECT_EQ(SystemdService::unit(executable).toStdString(),
+                  "[Unit]\nDescription=Tolvar\nPartOf=graphical-session.target\nAfter=graphical-session.target\n\n"
+                  "[Service]\nType=exec\nExecStart="
+                      + execStart
+                      + "\nRestart=on-failure\n\n"
+                        "[Install]\nWantedBy=graphical-session.target\n");
+}
 
 TEST(SystemdConfigHomeTest, FollowsTheBaseDirectoryRules)
 {
