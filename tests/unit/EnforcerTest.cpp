@@ -16,7 +16,6 @@ using namespace std::chrono_literals;
 const QString us = "xkb:us::eng";
 const QString de = "xkb:de::ger";
 const QString hangul = "hangul";
-const QString anthy = "anthy";
 
 // Runs the engine on a fake world and writes down every callback in order.
 class EnforcerTest : public testing::Test

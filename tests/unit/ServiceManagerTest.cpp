@@ -71,7 +71,7 @@ TEST(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
         "</plist>\n");
 }
 
-// The program's name is not searched for variables, only for specifiers; control characters stay on one line.
+// systemd expands % in the program's name but not $; control characters stay on one line.
 TEST(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
 {
     using Row = std::pair<QString, std::string>;
