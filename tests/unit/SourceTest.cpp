@@ -1,7 +1,6 @@
 #include "core/sources/Source.h"
 
 #include "support/FakeInputSources.h"
-#include "support/ParamName.h"
 #include "support/Process.h"
 
 #include <QFile>
@@ -35,72 +34,44 @@ TEST(SourceTest, ClassifiesByTheFirstLanguage)
     }
 }
 
-enum class URL { File, Remote, PathAsText };
-
-struct IconCase
+// The file first, then the reference; an icon is expected by its size and its top-left colour.
+TEST(SourceTest, IconTakesTheFileThenTheReference)
 {
-    const char *name;
-    URL url;
-    const char *file;
-    QVariant reference;
-    // The image expected by its size and its top-left colour; none for no icon.
-    std::optional<std::pair<QSize, QColor>> expected;
-};
-
-class SourceIconTest : public testing::TestWithParam<IconCase>
-{
-protected:
-    void SetUp() override
-    {
-        QImage png(16, 12, QImage::Format_ARGB32);
-        png.fill(Qt::blue);
-        ASSERT_TRUE(png.save(path("icon.png")));
-        ASSERT_TRUE(writeFile(path("icon.svg"), "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'>"
-                                                "<rect width='20' height='10'/></svg>"));
-        ASSERT_TRUE(writeFile(path("garbage.png"), "not an image"));
-    }
-
-    QString path(const char *name) const { return m_directory.filePath(QString::fromLatin1(name)); }
-
-    QTemporaryDir m_directory;
-};
-
-TEST_P(SourceIconTest, TakesTheFileThenTheReference)
-{
-    SourceProperties properties = FakeInputSources::keyboard(QStringLiteral("id"), QStringLiteral("name"));
-    const IconCase &row = GetParam();
-    properties.iconURL = row.url == URL::File     ? QVariant(QUrl::fromLocalFile(path(row.file)))
-                         : row.url == URL::Remote ? QVariant(QUrl("https://example.org/icon.png"))
-                                                  : QVariant(path(row.file));
-    properties.iconReference = GetParam().reference;
-    const std::optional<QImage> icon = Source(properties).icon();
-    ASSERT_EQ(icon.has_value(), GetParam().expected.has_value());
-    if (icon) {
-        EXPECT_EQ(icon->size(), GetParam().expected->first);
-        EXPECT_EQ(icon->pixelColor(0, 0), GetParam().expected->second);
+    QTemporaryDir directory;
+    const auto path = [&](const char *name) { return directory.filePath(name); };
+    QImage png(16, 12, QImage::Format_ARGB32);
+    png.fill(Qt::blue);
+    ASSERT_TRUE(png.save(path("icon.png")));
+    ASSERT_TRUE(writeFile(path("icon.svg"), "<svg xmlns='http://www.w3.org/2000/svg' width='20' height='10'>"
+                                            "<rect width='20' height='10'/></svg>"));
+    ASSERT_TRUE(writeFile(path("garbage.png"), "not an image"));
+    QImage red(5, 5, QImage::Format_ARGB32);
+    red.fill(Qt::red);
+    const auto file = [&](const char *name) { return QVariant(QUrl::fromLocalFile(path(name))); };
+    using Icon = std::optional<std::pair<QSize, QColor>>;
+    const Icon fromReference = std::pair{QSize(5, 5), QColor(Qt::red)};
+    // clang-format off
+    const std::tuple<QVariant, QVariant, Icon> rows[] = {
+        {file("icon.png"), red, std::pair{QSize(16, 12), QColor(Qt::blue)}},
+        // A drawing is made large enough for a dense screen, keeping its proportions.
+        {file("icon.svg"), {}, std::pair{QSize(64, 32), QColor(Qt::black)}},
+        {file("garbage.png"), red, fromReference}, {file("missing.png"), red, fromReference},
+        {QUrl("https://example.org/icon.png"), red, fromReference}, // never loaded
+        {path("icon.png"), {}, std::nullopt},                        // a path is no address
+        {file("garbage.png"), {}, std::nullopt}};
+    // clang-format on
+    for (size_t row = 0; row < std::size(rows); ++row) {
+        const auto &[url, reference, expected] = rows[row];
+        SourceProperties properties = FakeInputSources::keyboard("id", "name");
+        properties.iconURL = url;
+        properties.iconReference = reference;
+        const std::optional<QImage> icon = Source(properties).icon();
+        ASSERT_EQ(icon.has_value(), expected.has_value()) << "row " << row;
+        if (icon) {
+            EXPECT_EQ(icon->size(), expected->first) << "row " << row;
+            EXPECT_EQ(icon->pixelColor(0, 0), expected->second) << "row " << row;
+        }
     }
 }
-
-QImage redSquare()
-{
-    QImage image(5, 5, QImage::Format_ARGB32);
-    image.fill(Qt::red);
-    return image;
-}
-
-const std::pair<QSize, QColor> fromReference{QSize(5, 5), Qt::red};
-
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Source, SourceIconTest, testing::Values(
-    IconCase{"PngFile", URL::File, "icon.png", redSquare(), std::pair{QSize(16, 12), QColor(Qt::blue)}},
-    // A drawing is made large enough for a dense screen, keeping its proportions.
-    IconCase{"SvgFile", URL::File, "icon.svg", {}, std::pair{QSize(64, 32), QColor(Qt::black)}},
-    IconCase{"UnreadableFileFallsBackToReference", URL::File, "garbage.png", redSquare(), fromReference},
-    IconCase{"MissingFileFallsBackToReference", URL::File, "missing.png", redSquare(), fromReference},
-    IconCase{"RemoteURLIsNotLoaded", URL::Remote, nullptr, redSquare(), fromReference},
-    IconCase{"PathAsTextIsNotAURL", URL::PathAsText, "icon.png", {}, std::nullopt},
-    IconCase{"UnreadableFileAndNoReference", URL::File, "garbage.png", {}, std::nullopt}),
-    ParamName());
-// clang-format on
 
 } // namespace
