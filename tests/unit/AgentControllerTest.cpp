@@ -3,6 +3,7 @@
 #include "platform/LaunchdService.h"
 #include "platform/SystemdService.h"
 #include "support/ParamName.h"
+#include "support/Process.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,17 +25,10 @@ enum class State { NotDisabled, Disabled, Unreadable };
 // What stands at the agent file's or the command link's path.
 enum class Place { Nothing, NewFile, OldFile, Folder, CorrectLink, OtherLink, RegularFile };
 enum class Fault { None, Unrunnable, RefuseLink, RefuseRemove };
-enum class Outcome {
-    Ok,
-    NotExecutable,
-    CommandConflict,
-    StateUnavailable,
-    ReadFailed,
-    PlistConflict,
-    StepFailed,
-    LinkRefused,
-    RollbackFailed
-};
+// clang-format off
+enum class Outcome { Ok, NotExecutable, CommandConflict, StateUnavailable, ReadFailed, PlistConflict, StepFailed, LinkRefused,
+                     RollbackFailed };
+// clang-format on
 using enum Step;
 using enum State;
 using enum Place;
@@ -55,27 +49,24 @@ const Variant variants[] = {
     {"launchd",
      [](const QString &home) { return LaunchdService::manager(home, 501); },
      [](Step step, const QString &home) {
-         const QString verb = QLatin1String(variants[0].verbs[static_cast<int>(step)]);
+         const QString verb = variants[0].verbs[static_cast<int>(step)];
          if (step == DisabledQuery)
-             return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501")};
+             return QStringList{"/bin/launchctl", verb, "gui/501"};
          if (step == Load)
-             return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501"),
-                                home + QStringLiteral("/Library/LaunchAgents/app.tolvar.plist")};
-         return QStringList{QStringLiteral("/bin/launchctl"), verb, QStringLiteral("gui/501/app.tolvar")};
+             return QStringList{"/bin/launchctl", verb, "gui/501", home + "/Library/LaunchAgents/app.tolvar.plist"};
+         return QStringList{"/bin/launchctl", verb, "gui/501/app.tolvar"};
      },
      {"print-disabled", "print", "enable", "bootstrap", "disable", "bootout"},
-     {{0, QStringLiteral("disabled services = {\n\t\"com.example.other\" => disabled\n}\n")},
-      {0, QStringLiteral("disabled services = {\n\t\"app.tolvar\" => disabled\n}\n")},
-      {0, QStringLiteral("Unrecognized subcommand\n")}}},
+     {{0, "disabled services = {\n\t\"com.example.other\" => disabled\n}\n"},
+      {0, "disabled services = {\n\t\"app.tolvar\" => disabled\n}\n"},
+      {0, "Unrecognized subcommand\n"}}},
     {"systemd",
-     [](const QString &home) { return SystemdService::manager(home + QStringLiteral("/.config")); },
+     [](const QString &home) { return SystemdService::manager(home + "/.config"); },
      [](Step step, const QString &) {
-         return QStringList{QStringLiteral("systemctl"), QStringLiteral("--user"),
-                            QLatin1String(variants[1].verbs[static_cast<int>(step)]),
-                            QStringLiteral("app.tolvar.service")};
+         return QStringList{"systemctl", "--user", variants[1].verbs[static_cast<int>(step)], "app.tolvar.service"};
      },
      {"is-enabled", "is-active", "enable", "start", "disable", "stop"},
-     {{0, QStringLiteral("enabled\n")}, {1, QStringLiteral("disabled\n")}, {0, QStringLiteral("static\n")}}},
+     {{0, "enabled\n"}, {1, "disabled\n"}, {0, "static\n"}}},
 };
 
 constexpr int failedStatus = 5;
@@ -92,9 +83,8 @@ public:
         , m_loaded(loaded)
         , m_failing(std::move(failing))
     {
-        QDir().mkpath(m_home.filePath(QStringLiteral("opt")));
-        QFile file(m_home.filePath(QStringLiteral("opt/tolvar")));
-        file.open(QIODevice::WriteOnly);
+        writeFile(m_home.filePath("opt/tolvar"), {});
+        QFile file(m_home.filePath("opt/tolvar"));
         file.setPermissions(QFile::ReadOwner | QFile::ExeOwner);
         m_executable = QFileInfo(file).canonicalFilePath();
         QFile::link(m_executable, givenExecutable());
@@ -110,14 +100,11 @@ public:
 
     void put(const QString &path, Place place) const
     {
-        QDir().mkpath(QFileInfo(path).absolutePath());
-        QFile file(path);
-        if ((place == OldFile || place == RegularFile) && file.open(QIODevice::WriteOnly))
-            file.write(place == OldFile ? "previous" : "x");
-        if (place == Folder)
-            QDir().mkpath(path);
+        QDir().mkpath(place == Folder ? path : QFileInfo(path).absolutePath());
+        if (place == OldFile || place == RegularFile)
+            writeFile(path, place == OldFile ? "previous" : "x");
         if (place == CorrectLink || place == OtherLink)
-            QFile::link(place == CorrectLink ? m_executable : QStringLiteral("/bin/sh"), path);
+            QFile::link(place == CorrectLink ? m_executable : "/bin/sh", path);
     }
 
     Place at(const QString &path) const
@@ -127,9 +114,7 @@ public:
             return info.symLinkTarget() == m_executable ? CorrectLink : OtherLink;
         if (info.isDir() || !info.exists())
             return info.isDir() ? Folder : Nothing;
-        QFile file(path);
-        file.open(QIODevice::ReadOnly);
-        const QByteArray bytes = file.readAll();
+        const QByteArray bytes = readFile(path);
         if (bytes == m_manager.agentContent(m_executable))
             return NewFile;
         return bytes == "previous" ? OldFile : RegularFile;
@@ -235,9 +220,7 @@ struct InstallCase
     Place commandLinkAfter;
 };
 
-class AgentInstallTest : public testing::TestWithParam<InstallCase>
-{
-};
+using AgentInstallTest = testing::TestWithParam<InstallCase>;
 
 TEST_P(AgentInstallTest, DrivesTheServiceManagerAndUndoesFailures)
 {
@@ -259,53 +242,35 @@ TEST_P(AgentInstallTest, DrivesTheServiceManagerAndUndoesFailures)
 }
 
 const std::vector<Step> fullInstall = {DisabledQuery, LoadedQuery, Enable, Load};
+const std::vector<Step> rolledBack = {DisabledQuery, LoadedQuery, Enable, Load, Disable};
 
 // Each row: with the command link?, agent file and command link before, disabled mark, loaded?, failing
 // commands, file fault; then the commands run, the outcome, agent file and command link after.
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(, AgentInstallTest, testing::Values(
-    InstallCase{"FreshInstallEnablesAndLoads",
-                false, Nothing, Nothing, NotDisabled, false, {}, None,
-                fullInstall, Ok, NewFile, Nothing},
-    InstallCase{"CommandLinkLeadsToTheResolvedExecutable",
-                true, Nothing, Nothing, NotDisabled, false, {}, None,
+    InstallCase{"FreshInstall", false, Nothing, Nothing, NotDisabled, false, {}, None, fullInstall, Ok, NewFile, Nothing},
+    InstallCase{"CommandLinkLeadsToTheResolvedExecutable", true, Nothing, Nothing, NotDisabled, false, {}, None,
                 fullInstall, Ok, NewFile, CorrectLink},
-    InstallCase{"LoadedAgentIsNotLoadedAgain",
-                false, Nothing, Nothing, NotDisabled, true, {}, None,
+    InstallCase{"LoadedAgentIsNotLoadedAgain", false, Nothing, Nothing, NotDisabled, true, {}, None,
                 {DisabledQuery, LoadedQuery, Enable}, Ok, NewFile, Nothing},
-    InstallCase{"UnrunnableExecutableChangesNothing",
-                false, Nothing, Nothing, NotDisabled, false, {}, Unrunnable,
-                {}, NotExecutable, Nothing, Nothing},
-    InstallCase{"RegularFileAtTheCommandLinkConflicts",
-                true, Nothing, RegularFile, NotDisabled, false, {}, None,
-                {}, CommandConflict, Nothing, RegularFile},
-    InstallCase{"LinkToAnotherProgramConflicts",
-                true, Nothing, OtherLink, NotDisabled, false, {}, None,
-                {}, CommandConflict, Nothing, OtherLink},
-    InstallCase{"UnreadableStateKeepsThePreviousFile",
-                false, OldFile, Nothing, Unreadable, false, {}, None,
+    InstallCase{"UnrunnableExecutable", false, Nothing, Nothing, NotDisabled, false, {}, Unrunnable, {}, NotExecutable, Nothing, Nothing},
+    InstallCase{"RegularFileAtTheCommandLink", true, Nothing, RegularFile, NotDisabled, false, {}, None, {}, CommandConflict, Nothing, RegularFile},
+    InstallCase{"LinkToAnotherProgram", true, Nothing, OtherLink, NotDisabled, false, {}, None, {}, CommandConflict, Nothing, OtherLink},
+    InstallCase{"UnreadableStateKeepsThePreviousFile", false, OldFile, Nothing, Unreadable, false, {}, None,
                 {DisabledQuery}, StateUnavailable, OldFile, Nothing},
-    InstallCase{"FolderAtTheAgentFileCannotBeRead",
-                false, Folder, Nothing, NotDisabled, false, {}, None,
-                {}, ReadFailed, Folder, Nothing},
-    InstallCase{"FailingLoadRestoresBytesLinkAndDisabledMark",
-                true, OldFile, Nothing, Disabled, false, {Load}, None,
-                {DisabledQuery, LoadedQuery, Enable, Load, Disable}, StepFailed, OldFile, Nothing},
-    InstallCase{"FailingLoadRemovesTheNewFile",
-                false, Nothing, Nothing, NotDisabled, false, {Load}, None,
+    InstallCase{"FolderAtTheAgentFile", false, Folder, Nothing, NotDisabled, false, {}, None, {}, ReadFailed, Folder, Nothing},
+    InstallCase{"FailingLoadRestoresBytesLinkAndDisabledMark", true, OldFile, Nothing, Disabled, false, {Load}, None,
+                rolledBack, StepFailed, OldFile, Nothing},
+    InstallCase{"FailingLoadRemovesTheNewFile", false, Nothing, Nothing, NotDisabled, false, {Load}, None,
                 fullInstall, StepFailed, Nothing, Nothing},
-    InstallCase{"LinkThatWasAlreadyThereSurvivesTheRollback",
-                true, Nothing, CorrectLink, NotDisabled, false, {Load}, None,
+    InstallCase{"LinkThatWasAlreadyThereSurvivesTheRollback", true, Nothing, CorrectLink, NotDisabled, false, {Load}, None,
                 fullInstall, StepFailed, Nothing, CorrectLink},
-    InstallCase{"FailingEnableLeavesTheDisabledMarkAlone",
-                true, Nothing, Nothing, Disabled, false, {Enable}, None,
+    InstallCase{"FailingEnableLeavesTheDisabledMarkAlone", true, Nothing, Nothing, Disabled, false, {Enable}, None,
                 {DisabledQuery, LoadedQuery, Enable}, StepFailed, Nothing, Nothing},
-    InstallCase{"RefusedLinkNeitherRemovesALinkNorDisables",
-                true, Nothing, Nothing, Disabled, false, {}, RefuseLink,
+    InstallCase{"RefusedLinkNeitherRemovesALinkNorDisables", true, Nothing, Nothing, Disabled, false, {}, RefuseLink,
                 {DisabledQuery, LoadedQuery}, LinkRefused, Nothing, Nothing},
-    InstallCase{"FailedRollbackReportsEveryFailure",
-                false, Nothing, Nothing, Disabled, false, {Load, Disable}, RefuseRemove,
-                {DisabledQuery, LoadedQuery, Enable, Load, Disable}, RollbackFailed, NewFile, Nothing}),
+    InstallCase{"FailedRollbackReportsEveryFailure", false, Nothing, Nothing, Disabled, false, {Load, Disable}, RefuseRemove,
+                rolledBack, RollbackFailed, NewFile, Nothing}),
     ParamName());
 // clang-format on
 
@@ -333,9 +298,7 @@ struct UninstallCase
     Place agentFileAfter;
 };
 
-class AgentUninstallTest : public testing::TestWithParam<UninstallCase>
-{
-};
+using AgentUninstallTest = testing::TestWithParam<UninstallCase>;
 
 TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
 {
@@ -364,7 +327,6 @@ TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
 // the outcome and the agent file after.
 // clang-format off
 INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::Values(
-    UninstallCase{"RemovesTheFileAndMarksTheAgentDisabled", NewFile, false, false, {}, {Disable}, Ok, Nothing},
     UninstallCase{"NeverUnloadsWithoutBeingAsked", NewFile, false, true, {}, {Disable}, Ok, Nothing},
     UninstallCase{"StopsTheRunningAgentWhenAsked", NewFile, true, true, {}, {Disable, LoadedQuery, Unload}, Ok, Nothing},
     UninstallCase{"NothingToStop", NewFile, true, false, {}, {Disable, LoadedQuery}, Ok, Nothing},
@@ -374,34 +336,19 @@ INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::Values(
     ParamName());
 // clang-format on
 
-struct LoginCase
+TEST(AgentLoginEnabledTest, NeedsTheFileAndNoDisabledMark)
 {
-    const char *name;
-    bool installed;
-    State state;
-    bool enabled;
-};
-
-class AgentLoginEnabledTest : public testing::TestWithParam<LoginCase>
-{
-};
-
-TEST_P(AgentLoginEnabledTest, NeedsTheFileAndNoDisabledMark)
-{
+    using Row = std::tuple<bool, State, bool>; // installed?, disabled mark; then enabled?
     for (const Variant &variant : variants) {
-        SCOPED_TRACE(variant.name);
-        Scene scene(variant, GetParam().state, false, {});
-        scene.put(scene.agentFile(), GetParam().installed ? OldFile : Nothing);
-        EXPECT_EQ(scene.controller().isLoginEnabled(), GetParam().enabled);
-        EXPECT_EQ(scene.ran(), scene.lines(GetParam().installed ? std::vector{DisabledQuery} : std::vector<Step>{}));
+        for (const auto &[installed, state, enabled] : {Row{false, NotDisabled, false}, Row{true, NotDisabled, true},
+                                                        Row{true, Disabled, false}, Row{true, Unreadable, false}}) {
+            SCOPED_TRACE(testing::Message() << variant.name << installed << static_cast<int>(state));
+            Scene scene(variant, state, false, {});
+            scene.put(scene.agentFile(), installed ? OldFile : Nothing);
+            EXPECT_EQ(scene.controller().isLoginEnabled(), enabled);
+            EXPECT_EQ(scene.ran(), scene.lines(installed ? std::vector{DisabledQuery} : std::vector<Step>{}));
+        }
     }
 }
-
-INSTANTIATE_TEST_SUITE_P(, AgentLoginEnabledTest,
-                         testing::Values(LoginCase{"NotInstalled", false, NotDisabled, false},
-                                         LoginCase{"Installed", true, NotDisabled, true},
-                                         LoginCase{"MarkedDisabled", true, Disabled, false},
-                                         LoginCase{"UnreadableStateCountsAsOff", true, Unreadable, false}),
-                         ParamName());
 
 } // namespace

@@ -1,189 +1,89 @@
 #include "core/cli/Automation.h"
-#include "support/ParamName.h"
-#include "unit/FakeAutomationServices.h"
+#include "support/FakeAutomationServices.h"
 
 #include <gtest/gtest.h>
 
-#include <cerrno>
+#include <variant>
 
 namespace {
 
 const QString us = "xkb:us::eng";
-const QString hangul = "hangul";
-
 using FakeServices = FakeAutomationServices;
 
-struct StatusCase
+TEST(AutomationTest, StatusDerivesTheStateFromTheServices)
 {
-    const char *name;
-    std::function<void(FakeServices &)> arrange;
-    RuntimeState state;
-    std::optional<AutomationTarget> target;
-};
-
-class AutomationStatusTest : public testing::TestWithParam<StatusCase>
-{
-};
-
-TEST_P(AutomationStatusTest, DerivesTheState)
-{
-    FakeServices fake;
-    fake.stored = Config{us, true, std::nullopt, true};
-    GetParam().arrange(fake);
-    const auto status = Automation(fake.services()).status();
-    ASSERT_TRUE(status.ok()) << qPrintable(status.error().code);
-    EXPECT_EQ(status->state.raw(), RuntimeState(GetParam().state).raw());
-    EXPECT_EQ(status->target, GetParam().target);
-    EXPECT_EQ(status->current, (AutomationSource{fake.current.id, fake.current.name}));
-    EXPECT_EQ(status->backendError, fake.availability == InputSources::Availability::available
-                                        ? std::nullopt
-                                        : std::optional(AutomationFailure::gnomeExtensionMissing()));
-}
-
-const AutomationTarget usTarget{us, QString("English (US)"), true};
-
-INSTANTIATE_TEST_SUITE_P(
-    Automation, AutomationStatusTest,
-    testing::Values(StatusCase{"NoFileNoInstance",
-                               [](auto &f) {
-                                   f.stored.reset();
-                                   f.running = false;
-                               },
-                               RuntimeState::Stopped, std::nullopt},
-                    StatusCase{"NoFileButRunning", [](auto &f) { f.stored.reset(); }, RuntimeState::Paused,
-                               std::nullopt},
-                    StatusCase{"Keeping", [](auto &) {}, RuntimeState::Keeping, usTarget},
-                    StatusCase{"Waiting",
-                               [](auto &f) {
-                                   f.current = {hangul, "Korean"};
-                               },
-                               RuntimeState::Waiting, usTarget},
-                    StatusCase{"StoppedWinsOverEverything",
-                               [](auto &f) {
-                                   f.running = false;
-                                   f.secure = true;
-                               },
-                               RuntimeState::Stopped, usTarget},
-                    StatusCase{"PausedBeforeSetup",
-                               [](auto &f) {
-                                   f.stored = Config{std::nullopt, false, std::nullopt, false};
-                               },
-                               RuntimeState::Paused, std::nullopt},
-                    StatusCase{"EmptyPinIsSetup", [](auto &f) { f.stored->sourceID = QString(); }, RuntimeState::Setup,
-                               AutomationTarget{QString(), std::nullopt, false}},
-                    StatusCase{"UninstalledBeatsSecureInput",
-                               [](auto &f) {
-                                   f.stored->sourceID = "gone";
-                                   f.secure = true;
-                               },
-                               RuntimeState::MissingSource, AutomationTarget{"gone", std::nullopt, false}},
-                    StatusCase{"SecureInputWhateverIsCurrent", [](auto &f) { f.secure = true; },
-                               RuntimeState::SecureInput, usTarget},
-                    StatusCase{"UnreachableSourcesAreAnErrorNotAMissingPin",
-                               [](auto &f) {
-                                   f.availability = InputSources::Availability::extensionMissing;
-                                   f.choices.clear();
-                                   f.current = {};
-                               },
-                               RuntimeState::Error, AutomationTarget{us, std::nullopt, false}},
-                    StatusCase{"UnreachableSourcesDoNotMatterWhilePaused",
-                               [](auto &f) {
-                                   // Nothing is asked of sources out of reach.
-                                   f.availability = InputSources::Availability::extensionMissing;
-                                   f.stored->enabled = false;
-                                   f.choices.clear();
-                                   f.current = {};
-                               },
-                               RuntimeState::Paused, AutomationTarget{us, std::nullopt, false}}),
-    ParamName());
-
-TEST(AutomationTest, StatusFailuresAreNamed)
-{
-    FakeServices unreadable;
-    unreadable.loadError = Error::decode("bad");
-    EXPECT_EQ(Automation(unreadable.services()).status().error().code, AutomationFailure::invalidConfig().code);
-
-    FakeServices probeFails;
-    probeFails.running.reset();
-    EXPECT_EQ(Automation(probeFails.services()).status().error().code, AutomationFailure::runtimeUnavailable().code);
-}
-
-struct KeepingCase
-{
-    const char *name;
-    std::optional<Config> stored;
-    CLIRequest::Command command;
-    std::optional<AutomationFailure> failure;
-    bool enabledAfter;
-    bool extensionRunning = true;
-};
-
-class AutomationKeepingTest : public testing::TestWithParam<KeepingCase>
-{
-};
-
-TEST_P(AutomationKeepingTest, EditsOnlyEnabled)
-{
-    FakeServices fake;
-    fake.stored = GetParam().stored;
-    if (!GetParam().extensionRunning)
-        fake.availability = InputSources::Availability::extensionMissing;
-    const std::optional<Config> before = fake.stored;
-    const auto status = Automation(fake.services()).setKeeping(GetParam().command);
-    if (GetParam().failure) {
-        ASSERT_FALSE(status.ok());
-        EXPECT_EQ(status.error(), *GetParam().failure);
-        EXPECT_EQ(fake.stored, before) << "a refused edit writes nothing";
-        EXPECT_EQ(fake.writes, 0);
-        return;
+    const AutomationTarget usTarget{us, QString("English (US)"), true};
+    const AutomationTarget unreachableUs{us, std::nullopt, false};
+    const auto unreachable = [](FakeServices &f) {
+        f.availability = InputSources::Availability::extensionMissing;
+        f.choices.clear();
+        f.current = {};
+    };
+    // clang-format off
+    const std::tuple<std::function<void(FakeServices &)>, RuntimeState, std::optional<AutomationTarget>> rows[] = {
+        {[](auto &f) { f.stored.reset(); f.running = false; }, RuntimeState::Stopped, {}},
+        {[](auto &f) { f.stored.reset(); }, RuntimeState::Paused, {}},
+        {[](auto &) {}, RuntimeState::Keeping, usTarget},
+        {[](auto &f) { f.stored->sourceID = QString(); }, RuntimeState::Setup, AutomationTarget{QString(), std::nullopt, false}},
+        {[](auto &f) { f.stored->sourceID = "gone"; f.secure = true; }, RuntimeState::MissingSource,
+         AutomationTarget{"gone", std::nullopt, false}},
+        {[](auto &f) { f.secure = true; }, RuntimeState::SecureInput, usTarget},
+        // Unreachable sources are an error, not a missing pin, and do not matter while paused.
+        {unreachable, RuntimeState::Error, unreachableUs},
+        {[&](auto &f) { unreachable(f); f.stored->enabled = false; }, RuntimeState::Paused, unreachableUs}};
+    // clang-format on
+    for (size_t row = 0; row < std::size(rows); ++row) {
+        SCOPED_TRACE(row);
+        const auto &[arrange, state, target] = rows[row];
+        FakeServices fake;
+        fake.stored = Config{us, true, std::nullopt, true};
+        arrange(fake);
+        const auto status = Automation(fake.services()).status();
+        ASSERT_TRUE(status.ok()) << qPrintable(status.error().code);
+        EXPECT_EQ(status->state.raw(), RuntimeState(state).raw());
+        EXPECT_EQ(status->target, target);
+        EXPECT_EQ(status->current, (AutomationSource{fake.current.id, fake.current.name}));
+        EXPECT_EQ(status->backendError, fake.availability == InputSources::Availability::available
+                                            ? std::nullopt
+                                            : std::optional(AutomationFailure::gnomeExtensionMissing()));
     }
-    ASSERT_TRUE(status.ok()) << qPrintable(status.error().code);
-    EXPECT_EQ(status->enabled, GetParam().enabledAfter);
-    Config expected = before.value_or(Config{});
-    expected.enabled = GetParam().enabledAfter;
-    EXPECT_EQ(fake.stored, expected);
 }
 
-using C = CLIRequest::Command;
-const Config pinnedOn{us, true, "ja", true};
-const Config pinnedOff{us, false, "ja", true};
-const Config unpinnedOff{std::nullopt, false, std::nullopt, false};
-const Config goneOff{"gone", false, std::nullopt, true};
-
-INSTANTIATE_TEST_SUITE_P(
-    Automation, AutomationKeepingTest,
-    testing::Values(KeepingCase{"Pause", pinnedOn, C::Pause, std::nullopt, false},
-                    KeepingCase{"PauseWithoutPin", unpinnedOff, C::Pause, std::nullopt, false},
-                    KeepingCase{"PauseWithoutFile", std::nullopt, C::Pause, std::nullopt, false},
-                    KeepingCase{"Resume", pinnedOff, C::Resume, std::nullopt, true},
-                    KeepingCase{"ResumeWithoutPin", unpinnedOff, C::Resume, AutomationFailure::noTarget(), false},
-                    KeepingCase{"ResumeWithGoneSource", goneOff, C::Resume, AutomationFailure::missingSource(), false},
-                    KeepingCase{"ResumeWithoutTheGnomeExtension", pinnedOff, C::Resume,
-                                AutomationFailure::gnomeExtensionMissing(), false, false},
-                    KeepingCase{"ToggleOff", pinnedOn, C::Toggle, std::nullopt, false},
-                    KeepingCase{"ToggleOffIgnoresThePin", Config{"gone", true, std::nullopt, true}, C::Toggle,
-                                std::nullopt, false},
-                    KeepingCase{"ToggleOn", pinnedOff, C::Toggle, std::nullopt, true},
-                    KeepingCase{"ToggleOnWithoutPin", unpinnedOff, C::Toggle, AutomationFailure::noTarget(), false}),
-    ParamName());
-
-TEST(AutomationTest, WriteFailuresMapToTheirCodes)
+TEST(AutomationTest, KeepingCommandsEditOnlyEnabled)
 {
-    FakeServices undecodable;
-    undecodable.loadError = Error::decode("bad");
-    EXPECT_EQ(Automation(undecodable.services()).setKeeping(C::Pause).error().code,
-              AutomationFailure::invalidConfig().code);
-
-    FakeServices unwritable;
-    unwritable.stored = pinnedOn;
-    unwritable.writeError = Error::posix(ELOOP, "config.lock");
-    EXPECT_EQ(Automation(unwritable.services()).setKeeping(C::Pause).error().code,
-              AutomationFailure::configWriteFailed().code);
-
-    FakeServices unreadable;
-    unreadable.loadError = Error::posix(EACCES, "config.json");
-    EXPECT_EQ(Automation(unreadable.services()).setKeeping(C::Pause).error().code,
-              AutomationFailure::configWriteFailed().code);
+    using C = CLIRequest::Command;
+    const Config pinnedOff{us, false, "ja", true};
+    const Config gone{"gone", false, std::nullopt, true};
+    // Stored configuration, command, GNOME extension running?; then keeping afterwards, or the refusal.
+    // clang-format off
+    const std::tuple<std::optional<Config>, C, bool, std::variant<bool, AutomationFailure>> rows[] = {
+        {Config{}, C::Pause, true, false}, {std::nullopt, C::Pause, true, false},
+        {Config{}, C::Resume, true, AutomationFailure::noTarget()},
+        {gone, C::Resume, true, AutomationFailure::missingSource()},
+        {pinnedOff, C::Resume, false, AutomationFailure::gnomeExtensionMissing()},
+        {Config{"gone", true, std::nullopt, true}, C::Toggle, true, false}, // toggling off ignores the pin
+        {pinnedOff, C::Toggle, true, true}, {Config{}, C::Toggle, true, AutomationFailure::noTarget()}};
+    // clang-format on
+    for (size_t row = 0; row < std::size(rows); ++row) {
+        SCOPED_TRACE(row);
+        const auto &[stored, command, extension, outcome] = rows[row];
+        FakeServices fake;
+        fake.stored = stored;
+        if (!extension)
+            fake.availability = InputSources::Availability::extensionMissing;
+        const auto status = Automation(fake.services()).setKeeping(command);
+        if (const AutomationFailure *failure = std::get_if<AutomationFailure>(&outcome)) {
+            ASSERT_FALSE(status.ok());
+            EXPECT_EQ(status.error(), *failure);
+            EXPECT_EQ(fake.writes, 0) << "a refused edit writes nothing";
+            continue;
+        }
+        ASSERT_TRUE(status.ok()) << qPrintable(status.error().code);
+        Config expected = stored.value_or(Config{});
+        expected.enabled = std::get<bool>(outcome);
+        EXPECT_EQ(status->enabled, expected.enabled);
+        EXPECT_EQ(fake.stored, expected);
+    }
 }
 
 } // namespace

@@ -1,6 +1,6 @@
 #include "core/login/AgentController.h"
 #include "platform/XdgAutostart.h"
-#include "support/ParamName.h"
+#include "support/Process.h"
 
 #include <QDir>
 #include <QFile>
@@ -24,69 +24,44 @@ TEST(XdgAutostartTest, EntryText)
                          "NoDisplay=true\n"));
 }
 
-// What a step's failure leaves: the entry, and whether the earlier systemd unit is gone.
-struct AutostartCase
+// A failing step leaves no entry and the earlier systemd unit in place.
+TEST(XdgAutostartTest, InstallsRemovesAndRollsBack)
 {
-    const char *name;
-    bool install;
-    bool refuseWrite;
-    bool refuseLink;
-    bool previousEntry;
-    bool succeeds;
-    bool entryAfter;
-    bool unitGone;
-};
+    using Row = std::tuple<bool, bool, bool, bool, bool>; // install?, refuse write?, refuse link?, entry before?; ok?
+    for (const auto &[install, refuseWrite, refuseLink, previousEntry, succeeds] :
+         {Row{true, false, false, true, true}, Row{true, true, false, false, false},
+          Row{true, false, true, true, false}, Row{false, false, false, true, true}}) {
+        SCOPED_TRACE(testing::Message() << install << refuseWrite << refuseLink << previousEntry);
+        QTemporaryDir home;
+        const auto path = [&](const char *relative) { return home.filePath(relative); };
+        const ServiceManager manager = XdgAutostart::manager(path(".config"));
+        const QString unit = path(".config/systemd/user/app.tolvar.service");
+        const QString wanted = path(".config/systemd/user/graphical-session.target.wants/app.tolvar.service");
+        writeFile(unit, {});
+        QDir().mkpath(QFileInfo(wanted).absolutePath());
+        QFile::link(unit, wanted);
+        if (previousEntry)
+            writeFile(manager.agentFile, "[Desktop Entry]\nHidden=true\n");
+        FileOperations files = FileOperations::live();
+        if (refuseWrite)
+            files.writeAtomically = [](const QString &p, const QByteArray &) {
+                return Expected<void>(Error::posix(EACCES, p));
+            };
+        if (refuseLink)
+            files.createLink = [](const QString &p, const QString &) {
+                return Expected<void>(Error::posix(EACCES, p));
+            };
+        const AgentController controller(home.path(), manager, files, [](const QString &, const QStringList &) {
+            ADD_FAILURE() << "autostart runs no program";
+            return LaunchctlResult{1, {}};
+        });
 
-class AutostartTest : public testing::TestWithParam<AutostartCase>
-{
-protected:
-    QString path(const char *relative) const { return m_home.filePath(QLatin1String(relative)); }
-
-    QTemporaryDir m_home;
-};
-
-TEST_P(AutostartTest, InstallsRemovesAndRollsBack)
-{
-    const AutostartCase &c = GetParam();
-    const QString configHome = path(".config");
-    const ServiceManager manager = XdgAutostart::manager(configHome);
-    QDir().mkpath(path(".config/systemd/user/graphical-session.target.wants"));
-    QFile(path(".config/systemd/user/app.tolvar.service")).open(QIODevice::WriteOnly);
-    QFile::link(path(".config/systemd/user/app.tolvar.service"),
-                path(".config/systemd/user/graphical-session.target.wants/app.tolvar.service"));
-    if (c.previousEntry) {
-        QDir().mkpath(QFileInfo(manager.agentFile).absolutePath());
-        QFile previous(manager.agentFile);
-        previous.open(QIODevice::WriteOnly);
-        previous.write("[Desktop Entry]\nHidden=true\n");
+        const Expected<void> result = install ? controller.install("/bin/sh", true) : controller.uninstall(true);
+        EXPECT_EQ(result.ok(), succeeds);
+        EXPECT_EQ(controller.isLoginEnabled(), install && succeeds);
+        EXPECT_EQ(QFileInfo::exists(unit), !succeeds);
+        EXPECT_EQ(QFileInfo(wanted).isSymLink(), !succeeds);
     }
-    FileOperations files = FileOperations::live();
-    if (c.refuseWrite)
-        files.writeAtomically = [](const QString &p, const QByteArray &) -> Expected<void> {
-            return Error::posix(EACCES, p);
-        };
-    if (c.refuseLink)
-        files.createLink = [](const QString &p, const QString &) -> Expected<void> { return Error::posix(EACCES, p); };
-    const AgentController controller(m_home.path(), manager, files, [](const QString &, const QStringList &) {
-        ADD_FAILURE() << "autostart runs no program";
-        return LaunchctlResult{1, {}};
-    });
-
-    const Expected<void> result = c.install ? controller.install("/bin/sh", true) : controller.uninstall(true);
-    EXPECT_EQ(result.ok(), c.succeeds);
-    EXPECT_EQ(controller.isLoginEnabled(), c.entryAfter);
-    EXPECT_EQ(QFileInfo::exists(path(".config/systemd/user/app.tolvar.service")), !c.unitGone);
-    EXPECT_EQ(QFileInfo(path(".config/systemd/user/graphical-session.target.wants/app.tolvar.service")).isSymLink(),
-              !c.unitGone);
 }
-
-INSTANTIATE_TEST_SUITE_P(XdgAutostart, AutostartTest,
-                         testing::Values(AutostartCase{"Install", true, false, false, false, true, true, true},
-                                         AutostartCase{"InstallOverHidden", true, false, false, true, true, true, true},
-                                         AutostartCase{"WriteFails", true, true, false, false, false, false, false},
-                                         AutostartCase{"LinkFailsRollsBack", true, false, true, true, false, false,
-                                                       false},
-                                         AutostartCase{"Uninstall", false, false, false, true, true, false, true}),
-                         ParamName());
 
 } // namespace

@@ -16,7 +16,6 @@ using namespace std::chrono_literals;
 const QString us = "xkb:us::eng";
 const QString de = "xkb:de::ger";
 const QString hangul = "hangul";
-const QString anthy = "anthy";
 
 // Runs the engine on a fake world and writes down every callback in order.
 class EnforcerTest : public testing::Test
@@ -61,225 +60,167 @@ protected:
     QStringList m_log;
 };
 
-QString failed(const char *key, const QStringList &args = {})
+// "failed(enf.key a b)" stands for the English text of enf.key with a and b filled in.
+QString expand(const QString &entry)
 {
-    QString text = L10n::text(key);
-    for (const QString &arg : args)
-        text = text.arg(arg);
-    return "failed(" + text + ")";
+    const qsizetype at = entry.indexOf("failed(enf.");
+    if (at < 0)
+        return entry;
+    QStringList words = entry.mid(at + 7).chopped(1).split(' ');
+    QString text = L10n::text(words.takeFirst());
+    for (const QString &word : words)
+        text = text.arg(word);
+    return entry.left(at) + "failed(" + text + ")";
 }
 
-struct SingleCase
-{
-    const char *name;
-    std::function<void(FakeEnforcementWorld &)> arrange;
-    bool force;
-    bool holdFocus;
-    std::function<QStringList()> log;
-    QStringList selected;
-    size_t helpers;
-};
-
-class EnforcerSingleRequestTest : public EnforcerTest, public testing::WithParamInterface<SingleCase>
-{
-};
-
-TEST_P(EnforcerSingleRequestTest, EndsAsExpected)
-{
-    GetParam().arrange(m_world);
-    request("r", GetParam().force, GetParam().holdFocus);
-    const QStringList log = GetParam().log();
-    EXPECT_EQ(m_log, log);
-    EXPECT_EQ(m_world.selected, GetParam().selected);
-    EXPECT_EQ(m_world.helpers.size(), GetParam().helpers);
-    EXPECT_EQ(m_enforcer->isSwitching(), GetParam().helpers > 0) << "only a running helper keeps a request active";
-}
-
-const auto nothing = [](FakeEnforcementWorld &) {};
-const auto pinHangul = [](FakeEnforcementWorld &w) { w.config.sourceID = hangul; };
-
-using Log = QStringList;
-
-// Each row: arrange, manual?, holding focus?; then the log, the sources selected and the helpers started.
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerSingleRequestTest, testing::Values(
-    SingleCase{"DirectSwitch", nothing, false, true,
-               [] { return Log{"update", "automatic:success", "r:success"}; }, {us}, 0},
-    SingleCase{"AlreadyCurrent", [](auto &w) { w.current = us; }, false, true,
-               [] { return Log{"update", "automatic:success", "r:success"}; }, {}, 0},
-    SingleCase{"ManualSwitch", nothing, true, true, [] { return Log{"update", "r:success"}; }, {us}, 0},
-    SingleCase{"KeepingOffAutomaticDoesNothing", [](auto &w) { w.config.enabled = false; }, false, true,
-               [] { return Log{"r:success"}; }, {}, 0},
-    SingleCase{"KeepingOffManualStillSwitches", [](auto &w) { w.config.enabled = false; }, true, true,
-               [] { return Log{"update", "r:success"}; }, {us}, 0},
-    SingleCase{"NothingPinned", [](auto &w) { w.config.sourceID.reset(); }, true, true,
-               [] { return Log{"r:missingSource"}; }, {}, 0},
-    SingleCase{"EmptyPin", [](auto &w) { w.config.sourceID = QString(); }, false, true,
-               [] { return Log{"r:missingSource"}; }, {}, 0},
-    SingleCase{"PinnedSourceGone", [](auto &w) { w.config.sourceID = "gone"; }, false, true,
-               [] { return Log{"update", "automatic:missingSource", "r:missingSource"}; }, {}, 0},
-    SingleCase{"SecureInputWinsOverAlreadyCurrent", [](auto &w) { w.secure = true; w.current = us; }, false, true,
-               [] { return Log{"update", "automatic:secureInput", "r:secureInput"}; }, {}, 0},
-    SingleCase{"UnreachableSourcesAreNeitherReadNorSwitched",
-               [](auto &w) { w.unreachable = "no extension"; w.current = us; }, true, true,
-               [] { return Log{"update", "r:failed(no extension)"}; }, {}, 0},
-    SingleCase{"SelectFails", [](auto &w) { w.selectStatus = -50; }, true, true,
-               [] { return Log{"update", "r:" + failed("enf.switch", {us, "-50"})}; }, {us}, 0},
-    SingleCase{"SelectNotConfirmed", [](auto &w) { w.selectTakesEffect = false; }, false, true,
-               [] { return Log{"update", "automatic:" + failed("enf.unconfirmed", {us}),
-                               "r:" + failed("enf.unconfirmed", {us})}; }, {us}, 0},
-    SingleCase{"CJKVStartsTheHelper", pinHangul, false, true, [] { return Log{"update"}; }, {}, 1},
-    SingleCase{"CJKVWithoutHoldingFocusIsBusy", pinHangul, true, false,
-               [] { return Log{"update", "r:busy"}; }, {}, 0},
-    SingleCase{"HelperCannotLaunch", [](auto &w) { w.config.sourceID = hangul; w.launchError = "no exec"; }, true, true,
-               [] { return Log{"update", "r:" + failed("enf.focus", {"no exec"})}; }, {}, 0}),
-    ParamName());
-// clang-format on
-
-struct HelperCase
-{
-    const char *name;
-    FocusProcessResult result;
-    bool switched;
-    std::function<QString()> outcome;
-};
-
-class EnforcerHelperResultTest : public EnforcerTest, public testing::WithParamInterface<HelperCase>
-{
-};
-
-TEST_P(EnforcerHelperResultTest, MapsTheHelpersResult)
-{
-    pin(hangul);
-    request("r", true);
-    ASSERT_EQ(m_world.helpers.size(), 1u);
-    EXPECT_FALSE(m_world.helpers[0].automatic);
-    m_world.finishHelper(0, GetParam().result, GetParam().switched);
-    EXPECT_EQ(m_log, (QStringList{"update", "update", "r:" + GetParam().outcome()}));
-    EXPECT_FALSE(m_enforcer->isSwitching());
-}
-
-INSTANTIATE_TEST_SUITE_P(
-    Enforcer, EnforcerHelperResultTest,
-    testing::Values(
-        HelperCase{"Switched", FocusProcessResult::exited(0), true, [] { return QString("success"); }},
-        HelperCase{"ExitedZeroButNotCurrent", FocusProcessResult::exited(0), false,
-                   [] { return failed("enf.unconfirmed", {hangul}); }},
-        HelperCase{"SecureInput", FocusProcessResult::exited(75), false, [] { return QString("secureInput"); }},
-        HelperCase{"NotWanted", FocusProcessResult::exited(76), false, [] { return QString("busy"); }},
-        HelperCase{"Missing", FocusProcessResult::exited(77), false, [] { return QString("missingSource"); }},
-        HelperCase{"Failed", FocusProcessResult::exited(78), false, [] { return failed("enf.helper-exit", {"78"}); }},
-        HelperCase{"Crashed", FocusProcessResult::exited(-1), false, [] { return failed("enf.helper-exit", {"-1"}); }},
-        HelperCase{"TimedOut", FocusProcessResult::timedOut(), false, [] { return failed("enf.timeout"); }},
-        HelperCase{"Cancelled", FocusProcessResult::cancelled(), false, [] { return QString("busy"); }}),
-    ParamName());
-
-// Requests racing a running helper, as a script of steps: "pin <id>", "pause", "auto <name>",
-// "manual <name>", "cancel" (the user's requests), "exit <helper> <status>", "cancelled <helper>".
-struct RaceCase
+// Requests as a script of steps. The world: "pin [id]", "unpin", "pause", "secure", "current <id>",
+// "unreachable <why>", "select <status>", "unconfirmed", "launch-error <why>". The user's requests: "auto <name>",
+// "manual <name>", "loose <name>" (manual, not holding the focus), "cancel". The helpers: "exit <helper> <status>",
+// "exit-unswitched <helper> <status>", "timeout <helper>", "cancelled <helper>".
+struct ScriptCase
 {
     const char *name;
     QStringList steps;
     QStringList log;
+    QStringList selected;
     // Each helper started: "<id> auto|manual <times cancelled>".
     QStringList helpers;
 };
 
-class EnforcerRaceTest : public EnforcerTest, public testing::WithParamInterface<RaceCase>
+struct EnforcerScriptTest : EnforcerTest, testing::WithParamInterface<ScriptCase>
 {
 };
 
-TEST_P(EnforcerRaceTest, AnswersEveryRequestOnce)
+TEST_P(EnforcerScriptTest, AnswersEveryRequestOnce)
 {
     for (const QString &step : GetParam().steps) {
         const QStringList word = step.split(QLatin1Char(' '));
-        if (word[0] == "pin")
-            pin(word[1]);
-        else if (word[0] == "pause")
+        const QString what = word[0], arg = word.value(1);
+        if (what == "pin")
+            pin(arg);
+        else if (what == "unpin")
+            m_world.config.sourceID.reset();
+        else if (what == "pause")
             m_world.config.enabled = false;
-        else if (word[0] == "auto" || word[0] == "manual")
-            request(word[1], word[0] == "manual");
-        else if (word[0] == "cancel")
+        else if (what == "secure")
+            m_world.secure = true;
+        else if (what == "current")
+            m_world.current = arg;
+        else if (what == "unreachable")
+            m_world.unreachable = word.mid(1).join(' ');
+        else if (what == "select")
+            m_world.selectStatus = arg.toInt();
+        else if (what == "unconfirmed")
+            m_world.selectTakesEffect = false;
+        else if (what == "launch-error")
+            m_world.launchError = word.mid(1).join(' ');
+        else if (what == "auto" || what == "manual" || what == "loose")
+            request(arg, what != "auto", what != "loose");
+        else if (what == "cancel")
             m_enforcer->cancelManualRequests();
-        else if (word[0] == "exit")
-            m_world.finishHelper(word[1].toUInt(), FocusProcessResult::exited(word[2].toInt()));
-        else if (word[0] == "cancelled")
-            m_world.finishHelper(word[1].toUInt(), FocusProcessResult::cancelled());
+        else if (what == "exit" || what == "exit-unswitched")
+            m_world.finishHelper(arg.toUInt(), FocusProcessResult::exited(word[2].toInt()), what == "exit");
+        else if (what == "timeout")
+            m_world.finishHelper(arg.toUInt(), FocusProcessResult::timedOut());
+        else if (what == "cancelled")
+            m_world.finishHelper(arg.toUInt(), FocusProcessResult::cancelled());
         else
             FAIL() << "unknown step " << qPrintable(step);
     }
-    EXPECT_EQ(m_log, GetParam().log);
+    QStringList log;
+    for (const QString &entry : GetParam().log)
+        log << expand(entry);
+    EXPECT_EQ(m_log, log);
+    EXPECT_EQ(m_world.selected, GetParam().selected);
     QStringList helpers;
-    for (const auto &helper : m_world.helpers)
+    bool running = false;
+    for (const auto &helper : m_world.helpers) {
         helpers << QStringLiteral("%1 %2 %3").arg(helper.id, helper.automatic ? "auto" : "manual").arg(helper.cancels);
+        running = running || helper.completion;
+    }
     EXPECT_EQ(helpers, GetParam().helpers);
+    EXPECT_EQ(m_enforcer->isSwitching(), running) << "only a running helper keeps a request active";
 }
 
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerRaceTest, testing::Values(
-    RaceCase{"KeepingOffCancelsARunningAutomaticHelper",
-             {"pin hangul", "auto auto", "pause", "auto again", "cancelled 0"},
-             {"update", "again:success", "update", "auto:busy"}, {"hangul auto 1"}},
-    RaceCase{"SecondAutomaticTriggerForTheSameTargetIsBusyAtOnce",
-             {"pin hangul", "auto first", "auto second"},
-             {"update", "second:busy"}, {"hangul auto 0"}},
+INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerScriptTest, testing::Values(
+    ScriptCase{"DirectSwitch", {"auto r"}, {"update", "automatic:success", "r:success"}, {us}, {}},
+    ScriptCase{"AlreadyCurrent", {"current xkb:us::eng", "auto r"}, {"update", "automatic:success", "r:success"}, {}, {}},
+    ScriptCase{"ManualSwitch", {"manual r"}, {"update", "r:success"}, {us}, {}},
+    ScriptCase{"KeepingOffAutomaticDoesNothing", {"pause", "auto r"}, {"r:success"}, {}, {}},
+    ScriptCase{"KeepingOffManualStillSwitches", {"pause", "manual r"}, {"update", "r:success"}, {us}, {}},
+    ScriptCase{"NothingPinned", {"unpin", "manual r"}, {"r:missingSource"}, {}, {}},
+    ScriptCase{"EmptyPin", {"pin", "auto r"}, {"r:missingSource"}, {}, {}},
+    ScriptCase{"PinnedSourceGone", {"pin gone", "auto r"}, {"update", "automatic:missingSource", "r:missingSource"}, {}, {}},
+    ScriptCase{"SecureInputWinsOverAlreadyCurrent", {"secure", "current xkb:us::eng", "auto r"},
+               {"update", "automatic:secureInput", "r:secureInput"}, {}, {}},
+    ScriptCase{"UnreachableSourcesAreNeitherReadNorSwitched", {"unreachable no extension", "current xkb:us::eng", "manual r"},
+               {"update", "r:failed(no extension)"}, {}, {}},
+    ScriptCase{"SelectFails", {"select -50", "manual r"}, {"update", "r:failed(enf.switch xkb:us::eng -50)"}, {us}, {}},
+    ScriptCase{"SelectNotConfirmed", {"unconfirmed", "auto r"},
+               {"update", "automatic:failed(enf.unconfirmed xkb:us::eng)", "r:failed(enf.unconfirmed xkb:us::eng)"}, {us}, {}},
+    ScriptCase{"CJKVStartsTheHelper", {"pin hangul", "auto r"}, {"update"}, {}, {"hangul auto 0"}},
+    ScriptCase{"CJKVWithoutHoldingFocusIsBusy", {"pin hangul", "loose r"}, {"update", "r:busy"}, {}, {}},
+    ScriptCase{"HelperCannotLaunch", {"pin hangul", "launch-error denied", "manual r"},
+               {"update", "r:failed(enf.focus denied)"}, {}, {}},
+    // What the helper's end means for a manual request.
+    ScriptCase{"HelperSwitched", {"pin hangul", "manual r", "exit 0 0"}, {"update", "update", "r:success"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperExitedZeroButNotCurrent", {"pin hangul", "manual r", "exit-unswitched 0 0"},
+               {"update", "update", "r:failed(enf.unconfirmed hangul)"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperSawSecureInput", {"pin hangul", "manual r", "exit-unswitched 0 75"},
+               {"update", "update", "r:secureInput"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperNotWanted", {"pin hangul", "manual r", "exit-unswitched 0 76"}, {"update", "update", "r:busy"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperFoundNoSource", {"pin hangul", "manual r", "exit-unswitched 0 77"},
+               {"update", "update", "r:missingSource"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperFailed", {"pin hangul", "manual r", "exit-unswitched 0 78"},
+               {"update", "update", "r:failed(enf.helper-exit 78)"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperCrashed", {"pin hangul", "manual r", "exit-unswitched 0 -1"},
+               {"update", "update", "r:failed(enf.helper-exit -1)"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperTimedOut", {"pin hangul", "manual r", "timeout 0"}, {"update", "update", "r:failed(enf.timeout)"}, {}, {"hangul manual 0"}},
+    ScriptCase{"HelperCancelled", {"pin hangul", "manual r", "cancelled 0"}, {"update", "update", "r:busy"}, {}, {"hangul manual 0"}},
+    // Requests racing a running helper.
+    ScriptCase{"KeepingOffCancelsARunningAutomaticHelper", {"pin hangul", "auto auto", "pause", "auto again", "cancelled 0"},
+               {"update", "again:success", "update", "auto:busy"}, {}, {"hangul auto 1"}},
+    ScriptCase{"SecondAutomaticTriggerForTheSameTargetIsBusyAtOnce", {"pin hangul", "auto first", "auto second"},
+               {"update", "second:busy"}, {}, {"hangul auto 0"}},
     // The user pins another source while an automatic helper runs, then asks for it.
-    RaceCase{"ManualRequestForANewTargetCancelsTheAutomaticHelper",
-             {"pin hangul", "auto auto", "pin anthy", "manual manual", "cancelled 0", "exit 1 0"},
-             {"update", "update", "auto:busy", "update", "update", "manual:success"},
-             {"hangul auto 1", "anthy manual 0"}},
-    RaceCase{"ManualRequestForTheSameTargetWaitsForTheHelper",
-             {"pin hangul", "auto auto", "manual manual", "exit 0 0"},
-             {"update", "update", "automatic:success", "auto:success", "update", "manual:success"},
-             {"hangul auto 0"}},
-    RaceCase{"NewerManualRequestDisplacesAWaitingOne",
-             {"pin hangul", "manual running", "manual older", "manual newer"},
-             {"update", "older:busy"}, {"hangul manual 0"}},
-    RaceCase{"AutomaticRequestWhileAManualOneWaitsIsBusy",
-             {"pin hangul", "auto running", "pin anthy", "manual manual", "auto auto"},
-             {"update", "auto:busy"}, {"hangul auto 1"}},
+    ScriptCase{"ManualRequestForANewTargetCancelsTheAutomaticHelper",
+               {"pin hangul", "auto auto", "pin anthy", "manual manual", "cancelled 0", "exit 1 0"},
+               {"update", "update", "auto:busy", "update", "update", "manual:success"}, {}, {"hangul auto 1", "anthy manual 0"}},
+    ScriptCase{"ManualRequestForTheSameTargetWaitsForTheHelper", {"pin hangul", "auto auto", "manual manual", "exit 0 0"},
+               {"update", "update", "automatic:success", "auto:success", "update", "manual:success"}, {}, {"hangul auto 0"}},
+    ScriptCase{"NewerManualRequestDisplacesAWaitingOne", {"pin hangul", "manual running", "manual older", "manual newer"},
+               {"update", "older:busy"}, {}, {"hangul manual 0"}},
+    ScriptCase{"AutomaticRequestWhileAManualOneWaitsIsBusy",
+               {"pin hangul", "auto running", "pin anthy", "manual manual", "auto auto"}, {"update", "auto:busy"}, {}, {"hangul auto 1"}},
     // Cancelling twice stops the helper once; even a helper that got through then reports busy.
-    RaceCase{"CancellingARunningManualRequestStopsItsHelper",
-             {"pin hangul", "manual manual", "cancel", "cancel", "exit 0 0"},
-             {"update", "update", "manual:busy"}, {"hangul manual 1"}},
+    ScriptCase{"CancellingARunningManualRequestStopsItsHelper", {"pin hangul", "manual manual", "cancel", "cancel", "exit 0 0"},
+               {"update", "update", "manual:busy"}, {}, {"hangul manual 1"}},
     // The automatic helper is not the user's to cancel.
-    RaceCase{"CancellingDropsAWaitingManualRequest",
-             {"pin hangul", "auto auto", "manual manual", "cancel"},
-             {"update", "manual:busy"}, {"hangul auto 0"}},
-    RaceCase{"TargetChangedWhileTheHelperRunsIsBusy",
-             {"pin hangul", "manual manual", "pin xkb:us::eng", "exit 0 0"},
-             {"update", "update", "manual:busy"}, {"hangul manual 0"}}),
+    ScriptCase{"CancellingDropsAWaitingManualRequest", {"pin hangul", "auto auto", "manual manual", "cancel"},
+               {"update", "manual:busy"}, {}, {"hangul auto 0"}},
+    ScriptCase{"TargetChangedWhileTheHelperRunsIsBusy", {"pin hangul", "manual manual", "pin xkb:us::eng", "exit 0 0"},
+               {"update", "update", "manual:busy"}, {}, {"hangul manual 0"}}),
     ParamName());
 // clang-format on
+
+const auto exited = FocusProcessResult::exited;
 
 TEST_F(EnforcerTest, AutomaticHelperRunsAreSpacedThreeSecondsApart)
 {
     pin(hangul);
     request("first", false);
-    m_world.finishHelper(0, FocusProcessResult::exited(78));
+    m_world.finishHelper(0, exited(78));
     m_world.clock += 2900ms;
     request("tooSoon", false);
     EXPECT_EQ(m_world.helpers.size(), 1u);
-    request("manual", true);
-    EXPECT_EQ(m_world.helpers.size(), 2u) << "manual requests are not rate-limited";
-    m_world.finishHelper(1, FocusProcessResult::exited(78));
-    m_world.clock += 3s;
-    request("later", false);
-    EXPECT_EQ(m_world.helpers.size(), 3u);
     EXPECT_TRUE(m_log.contains("tooSoon:busy"));
-}
-
-TEST_F(EnforcerTest, RefusedHelperRunIsRetriedWhenItIsAllowed)
-{
-    pin(hangul);
-    request("first", false);
-    m_world.finishHelper(0, FocusProcessResult::exited(78));
-    m_world.clock += 2950ms;
-    request("tooSoon", false);
-    ASSERT_EQ(m_world.helpers.size(), 1u);
-    m_world.clock += 50ms;
+    m_world.clock += 100ms;
     EXPECT_TRUE(spinUntil([&] { return m_world.helpers.size() == 2; }, 1000)) << "no retry when the spacing ended";
     EXPECT_TRUE(m_world.helpers[1].automatic);
+    m_world.finishHelper(1, exited(78));
+    request("manual", true);
+    EXPECT_EQ(m_world.helpers.size(), 3u) << "manual requests are not rate-limited";
 }
 
 TEST_F(EnforcerTest, RequestsFromInsideCallbacksDoNotNest)
@@ -293,41 +234,46 @@ TEST_F(EnforcerTest, RequestsFromInsideCallbacksDoNotNest)
 }
 
 // Triggers, with hand-operated subscriptions.
-class EnforcerTriggerTest : public EnforcerTest
+TEST_F(EnforcerTest, Triggers)
 {
-protected:
-    void SetUp() override
-    {
-        EnforcerTest::SetUp();
-        EnforcementTriggers triggers = EnforcementTriggers::none();
-        triggers.selectionChanged = [this](QObject *, std::function<void()> callback) {
-            m_selection = std::move(callback);
-        };
-        triggers.activation = [this](QObject *, std::function<void(qint64)> callback) {
-            m_activation = std::move(callback);
-        };
-        triggers.wake = [this](QObject *, std::function<void()> callback) { m_wake = std::move(callback); };
-        triggers.keeping = [this](bool keeping) { m_keeping << keeping; };
-        m_enforcer = std::make_unique<Enforcer>(m_world.dependencies(), triggers);
-        m_enforcer->setOnUpdate([this] { m_log << "update"; });
-        m_enforcer->start();
-        m_enforcer->start();
-    }
+    std::function<void()> selection, wake;
+    std::function<void(qint64)> activation;
+    QList<bool> keeping;
+    EnforcementTriggers triggers = EnforcementTriggers::none();
+    triggers.selectionChanged = [&](QObject *, std::function<void()> callback) { selection = std::move(callback); };
+    triggers.activation = [&](QObject *, std::function<void(qint64)> callback) { activation = std::move(callback); };
+    triggers.wake = [&](QObject *, std::function<void()> callback) { wake = std::move(callback); };
+    triggers.keeping = [&](bool keep) { keeping << keep; };
+    m_enforcer = std::make_unique<Enforcer>(m_world.dependencies(), triggers);
+    m_enforcer->start();
+    m_enforcer->start();
 
-    std::function<void()> m_selection;
-    std::function<void()> m_wake;
-    std::function<void(qint64)> m_activation;
-    QList<bool> m_keeping;
-};
+    selection();
+    EXPECT_TRUE(m_world.selected.isEmpty()) << "handled later, not inside the sender";
+    QCoreApplication::processEvents();
+    EXPECT_EQ(m_world.selected, QStringList{us});
 
-// Polling backends look only while this says a source is pinned and kept.
-TEST_F(EnforcerTriggerTest, TellsWhetherItKeepsAtEachLook)
-{
-    const auto look = [this](std::optional<QString> pinned, bool enabled) {
+    // Activations right after a switch, and our own, are ignored.
+    m_world.current = de;
+    m_world.clock += 900ms;
+    activation(4242);
+    activation(QCoreApplication::applicationPid());
+    m_world.clock += 200ms;
+    activation(QCoreApplication::applicationPid());
+    EXPECT_EQ(m_world.selected.size(), 1);
+    activation(4242);
+    EXPECT_EQ(m_world.selected.size(), 2);
+
+    m_world.current = de;
+    wake();
+    EXPECT_EQ(m_world.selected.size(), 3) << "a wake switches back at once";
+
+    // Polling backends look only while this says a source is pinned and kept.
+    const auto look = [&](std::optional<QString> pinned, bool enabled) {
         m_world.config.sourceID = std::move(pinned);
         m_world.config.enabled = enabled;
-        m_wake();
-        return m_keeping.takeLast();
+        wake();
+        return keeping.takeLast();
     };
     EXPECT_TRUE(look(us, true));
     EXPECT_FALSE(look(us, false)) << "paused";
@@ -335,54 +281,20 @@ TEST_F(EnforcerTriggerTest, TellsWhetherItKeepsAtEachLook)
     EXPECT_FALSE(look(QString(), true)) << "nothing pinned";
 }
 
-TEST_F(EnforcerTriggerTest, SelectionChangeSwitchesBackFromTheEventLoop)
-{
-    m_selection();
-    EXPECT_TRUE(m_world.selected.isEmpty()) << "handled later, not inside the sender";
-    QCoreApplication::processEvents();
-    EXPECT_EQ(m_world.selected, QStringList{us});
-}
-
-TEST_F(EnforcerTriggerTest, WakeSwitchesBackAtOnce)
-{
-    m_wake();
-    EXPECT_EQ(m_world.selected, QStringList{us});
-}
-
-TEST_F(EnforcerTriggerTest, ActivationsRightAfterASwitchAndOurOwnAreIgnored)
-{
-    m_wake();
-    m_world.current = de;
-    m_world.clock += 900ms;
-    m_activation(4242);
-    m_activation(QCoreApplication::applicationPid());
-    EXPECT_EQ(m_world.selected.size(), 1);
-    m_world.clock += 200ms;
-    m_activation(QCoreApplication::applicationPid());
-    EXPECT_EQ(m_world.selected.size(), 1);
-    m_activation(4242);
-    EXPECT_EQ(m_world.selected.size(), 2);
-}
-
 // The platform decides whether a CJKV target goes through the focus helper.
-class EnforcementTargetTest : public testing::TestWithParam<std::tuple<bool, const char *, bool>>
+TEST(EnforcementTargetTest, NeedsTheHelperOnlyWhereThePlatformSays)
 {
-};
-
-TEST_P(EnforcementTargetTest, NeedsTheHelperOnlyWhereThePlatformSays)
-{
-    const auto [platformNeedsFocus, language, expected] = GetParam();
-    FakeInputSources system;
-    system.state->sources = {FakeInputSources::keyboard("src", "Source", {language})};
-    InputSources port = system.port();
-    port.cjkvNeedsFocus = platformNeedsFocus;
-    const std::optional<EnforcementTarget> target = EnforcementDependencies::over(port).find("src");
-    ASSERT_TRUE(target);
-    EXPECT_EQ(target->requiresFocus, expected);
+    using Row = std::tuple<bool, const char *, bool>;
+    for (const auto &[platformNeedsFocus, language, expected] :
+         {Row{true, "ko", true}, Row{false, "ko", false}, Row{true, "de", false}, Row{false, "de", false}}) {
+        FakeInputSources system;
+        system.state->sources = {FakeInputSources::keyboard("src", "Source", {language})};
+        InputSources port = system.port();
+        port.cjkvNeedsFocus = platformNeedsFocus;
+        const std::optional<EnforcementTarget> target = EnforcementDependencies::over(port).find("src");
+        ASSERT_TRUE(target);
+        EXPECT_EQ(target->requiresFocus, expected) << language << platformNeedsFocus;
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcementTargetTest,
-                         testing::Values(std::tuple{true, "ko", true}, std::tuple{false, "ko", false},
-                                         std::tuple{true, "de", false}, std::tuple{false, "de", false}));
 
 } // namespace

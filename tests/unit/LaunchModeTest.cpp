@@ -1,91 +1,33 @@
 #include "core/login/LaunchMode.h"
 
-#include "support/ParamName.h"
-
 #include <gtest/gtest.h>
 
 namespace {
 
-struct LaunchCase
-{
-    const char *name;
-    QStringList arguments;
-    bool fromDesktop;
-    Launch expected;
-};
+using enum LaunchMode;
 
-class LaunchModeTest : public testing::TestWithParam<LaunchCase>
+TEST(LaunchModeTest, Decides)
 {
-};
-
-TEST_P(LaunchModeTest, Decides)
-{
-    EXPECT_EQ(decideLaunch(GetParam().arguments, GetParam().fromDesktop), GetParam().expected);
+    const std::nullopt_t none = std::nullopt;
+    using Row = std::tuple<QStringList, bool, Launch>; // arguments, started from the desktop?; then the launch
+    for (const auto &[arguments, fromDesktop, expected] :
+         {Row{{}, true, {Window, none}}, Row{{}, false, {CommandLine, none}},
+          Row{{"gui", "extra"}, false, {Window, none}}, Row{{"background"}, true, {Background, none}},
+          Row{{"focus"}, false, {FocusHelper, none}},
+          Row{{"focus", "hangul", "--automatic", "x"}, false, {FocusHelper, "hangul"}},
+          Row{{"focus", ""}, false, {FocusHelper, ""}}, Row{{"Focus"}, false, {CommandLine, none}},
+          Row{{"status", "gui"}, false, {CommandLine, none}}, Row{{"status"}, true, {CommandLine, none}}})
+        EXPECT_EQ(decideLaunch(arguments, fromDesktop), expected) << qPrintable(arguments.join(' ')) << fromDesktop;
 }
 
-const QString id = QStringLiteral("hangul");
-
-INSTANTIATE_TEST_SUITE_P(
-    Entry, LaunchModeTest,
-    testing::Values(
-        LaunchCase{"EmptyFromDesktopOpensWindow", {}, true, {LaunchMode::Window, std::nullopt}},
-        LaunchCase{"EmptyFromShellIsCommandLine", {}, false, {LaunchMode::CommandLine, std::nullopt}},
-        LaunchCase{"Gui", {QStringLiteral("gui")}, false, {LaunchMode::Window, std::nullopt}},
-        LaunchCase{"GuiIgnoresFurtherWords",
-                   {QStringLiteral("gui"), QStringLiteral("extra")},
-                   false,
-                   {LaunchMode::Window, std::nullopt}},
-        LaunchCase{"Background", {QStringLiteral("background")}, true, {LaunchMode::Background, std::nullopt}},
-        LaunchCase{"FocusAlone", {QStringLiteral("focus")}, false, {LaunchMode::FocusHelper, std::nullopt}},
-        LaunchCase{"FocusWithIdentifier", {QStringLiteral("focus"), id}, false, {LaunchMode::FocusHelper, id}},
-        LaunchCase{"FocusTakesOnlyTheIdentifier",
-                   {QStringLiteral("focus"), id, QStringLiteral("--automatic"), QStringLiteral("x")},
-                   false,
-                   {LaunchMode::FocusHelper, id}},
-        LaunchCase{"FocusWithEmptyIdentifier",
-                   {QStringLiteral("focus"), QString()},
-                   false,
-                   {LaunchMode::FocusHelper, QString()}},
-        LaunchCase{
-            "CapitalisedFocusIsCommandLine", {QStringLiteral("Focus")}, false, {LaunchMode::CommandLine, std::nullopt}},
-        LaunchCase{"ModeWordNotFirstIsCommandLine",
-                   {QStringLiteral("status"), QStringLiteral("gui")},
-                   false,
-                   {LaunchMode::CommandLine, std::nullopt}},
-        LaunchCase{"CommandFromDesktopIsStillCommandLine",
-                   {QStringLiteral("status")},
-                   true,
-                   {LaunchMode::CommandLine, std::nullopt}}),
-    ParamName());
-
-struct LauncherCase
+TEST(LaunchModeTest, DesktopLauncherMatchesTheLastPathComponentExactly)
 {
-    const char *name;
-    QString parent;
-    bool expected;
-};
-
-class DesktopLauncherTest : public testing::TestWithParam<LauncherCase>
-{
-};
-
-TEST_P(DesktopLauncherTest, MatchesTheLastPathComponentExactly)
-{
-    const QStringList launchers = {QStringLiteral("launchd"), QStringLiteral("open"), QStringLiteral("Finder"),
-                                   QStringLiteral("Dock")};
-    EXPECT_EQ(isDesktopLauncher(GetParam().parent, launchers), GetParam().expected);
+    const QStringList launchers = {"launchd", "open", "Finder", "Dock"};
+    for (const char *parent :
+         {"/sbin/launchd", "/System/Library/CoreServices/Finder.app/Contents/MacOS/Finder", "Dock"})
+        EXPECT_TRUE(isDesktopLauncher(parent, launchers)) << parent;
+    for (const char *parent : {"/bin/zsh", "/System/Dock.app/Contents/MacOS/dock", "/usr/bin/opener", ""})
+        EXPECT_FALSE(isDesktopLauncher(parent, launchers)) << parent;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    Entry, DesktopLauncherTest,
-    testing::Values(LauncherCase{"Launchd", QStringLiteral("/sbin/launchd"), true},
-                    LauncherCase{"Finder",
-                                 QStringLiteral("/System/Library/CoreServices/Finder.app/Contents/MacOS/Finder"), true},
-                    LauncherCase{"Open", QStringLiteral("/usr/bin/open"), true},
-                    LauncherCase{"Shell", QStringLiteral("/bin/zsh"), false},
-                    LauncherCase{"OtherCase", QStringLiteral("/System/Dock.app/Contents/MacOS/dock"), false},
-                    LauncherCase{"Prefix", QStringLiteral("/usr/bin/opener"), false},
-                    LauncherCase{"BareName", QStringLiteral("Dock"), true}, LauncherCase{"Unknown", QString(), false}),
-    ParamName());
 
 } // namespace

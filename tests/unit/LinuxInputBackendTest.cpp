@@ -1,39 +1,28 @@
 #include "platform/linux/LinuxInputBackend.h"
 
-#include "support/ParamName.h"
-
 #include <gtest/gtest.h>
 
 namespace {
 
 using LinuxInputBackend::Kind;
 
-struct ChooseCase
+TEST(LinuxInputBackendTest, PicksTheStackThatOwnsTheKeyboard)
 {
-    const char *name;
-    LinuxInputBackend::Session session;
-    Kind expected;
-};
-
-class LinuxInputBackendChooseTest : public testing::TestWithParam<ChooseCase>
-{
-};
-
-TEST_P(LinuxInputBackendChooseTest, PicksTheStackThatOwnsTheKeyboard)
-{
-    EXPECT_EQ(LinuxInputBackend::choose(GetParam().session), GetParam().expected);
+    // Requested backend, desktops, Fcitx5 running?, Plasma layouts?; then the choice.
+    const std::pair<LinuxInputBackend::Session, Kind> rows[] = {
+        {{}, Kind::ibus},
+        {{"", {"KDE"}, true, true}, Kind::fcitx5},
+        {{"", {"ubuntu", "GNOME"}, true, false}, Kind::fcitx5},
+        {{"", {"KDE"}, false, true}, Kind::plasma},
+        {{"", {"KDE"}, false, false}, Kind::ibus}, // one layout
+        {{"", {"XFCE"}, false, true}, Kind::ibus}, // layouts outside KDE
+        {{"plasma", {"GNOME"}, true, false}, Kind::plasma},
+        {{"xim", {"KDE"}, true, true}, Kind::fcitx5}, // unknown request
+    };
+    for (const auto &[session, expected] : rows)
+        EXPECT_EQ(LinuxInputBackend::choose(session), expected)
+            << qPrintable(session.requested + "|" + session.desktops.join(':')) << session.fcitx5Running
+            << session.plasmaLayouts;
 }
-
-INSTANTIATE_TEST_SUITE_P(
-    LinuxInputBackend, LinuxInputBackendChooseTest,
-    testing::Values(ChooseCase{"NothingKnownIsIBus", {}, Kind::ibus},
-                    ChooseCase{"Fcitx5WinsOverKDE", {"", {"KDE"}, true, true}, Kind::fcitx5},
-                    ChooseCase{"Fcitx5WinsOverGNOME", {"", {"ubuntu", "GNOME"}, true, false}, Kind::fcitx5},
-                    ChooseCase{"KDEWithLayouts", {"", {"KDE"}, false, true}, Kind::plasma},
-                    ChooseCase{"KDEWithOneLayoutIsIBus", {"", {"KDE"}, false, false}, Kind::ibus},
-                    ChooseCase{"LayoutsOutsideKDEAreIgnored", {"", {"XFCE"}, false, true}, Kind::ibus},
-                    ChooseCase{"RequestWins", {"plasma", {"GNOME"}, true, false}, Kind::plasma},
-                    ChooseCase{"UnknownRequestIsIgnored", {"xim", {"KDE"}, true, true}, Kind::fcitx5}),
-    ParamName());
 
 } // namespace

@@ -1,29 +1,11 @@
 #include "platform/LaunchdService.h"
 #include "platform/SystemdService.h"
-#include "support/ParamName.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
 using Mark = ServiceManager::Mark;
-
-struct MarkCase
-{
-    Mark (*read)(const LaunchctlResult &);
-    const char *name;
-    LaunchctlResult answer;
-    Mark mark;
-};
-
-class ServiceMarkTest : public testing::TestWithParam<MarkCase>
-{
-};
-
-TEST_P(ServiceMarkTest, ReadsTheDisabledQuery)
-{
-    EXPECT_EQ(GetParam().read(GetParam().answer), GetParam().mark);
-}
 
 LaunchctlResult listing(const char *entries)
 {
@@ -33,140 +15,82 @@ LaunchctlResult listing(const char *entries)
 const auto launchd = LaunchdService::readMark;
 const auto systemd = SystemdService::readMark;
 
-// clang-format off
-INSTANTIATE_TEST_SUITE_P(, ServiceMarkTest, testing::Values(
-    MarkCase{launchd, "LaunchdNoEntryForTheLabel", listing("\t\"com.example.other\" => disabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdDisabled", listing("\t\"app.tolvar\" => disabled\n"), Mark::Disabled},
-    MarkCase{launchd, "LaunchdTrue", listing("\t\"app.tolvar\" => true\n"), Mark::Disabled},
-    MarkCase{launchd, "LaunchdEnabled", listing("\t\"app.tolvar\" => enabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdFalse", listing("\t\"app.tolvar\" => false\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdOtherWordIsUnreadable", listing("\t\"app.tolvar\" => maybe\n"), Mark::Unreadable},
-    MarkCase{launchd, "LaunchdCommaEndsTheValue", listing("\"app.tolvar\"=>true,\n"), Mark::Disabled},
-    MarkCase{launchd, "LaunchdLongerLabelIsAnother", listing("\t\"app.tolvar.x\" => disabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdDotIsNoWildcard", listing("\t\"appxtolvar\" => disabled\n"), Mark::NotDisabled},
-    MarkCase{launchd, "LaunchdWithoutHeader", {0, QStringLiteral("\"app.tolvar\" => disabled\n}\n")}, Mark::Unreadable},
-    MarkCase{launchd, "LaunchdWithoutClosingBrace", {0, QStringLiteral("disabled services = {\n")}, Mark::Unreadable},
-    MarkCase{launchd, "LaunchdFailedQuery", {113, QString()}, Mark::QueryFailed},
-    MarkCase{systemd, "SystemdEnabled", {0, QStringLiteral("enabled\n")}, Mark::NotDisabled},
-    MarkCase{systemd, "SystemdDisabled", {1, QStringLiteral("disabled\n")}, Mark::Disabled},
-    MarkCase{systemd, "SystemdNotFound", {4, QStringLiteral("not-found\n")}, Mark::Disabled},
-    MarkCase{systemd, "SystemdNoUnitOnOlderSystemctl", {1, QString()}, Mark::Disabled},
-    MarkCase{systemd, "SystemdStaticIsUnreadable", {0, QStringLiteral("static\n")}, Mark::Unreadable},
-    MarkCase{systemd, "SystemdSilentSuccessIsUnreadable", {0, QString()}, Mark::Unreadable}),
-    ParamName());
-// clang-format on
-
-struct PlistCase
+TEST(ServiceMarkTest, ReadsTheDisabledQuery)
 {
-    const char *name;
-    QString executable;
-    const char *written;
-};
-
-class LaunchdPlistTest : public testing::TestWithParam<PlistCase>
-{
-};
-
-TEST_P(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
-{
-    const QByteArray expected = QByteArray("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-                                           "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" "
-                                           "\"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
-                                           "<plist version=\"1.0\">\n"
-                                           "<dict>\n"
-                                           "\t<key>KeepAlive</key>\n"
-                                           "\t<dict>\n"
-                                           "\t\t<key>SuccessfulExit</key>\n"
-                                           "\t\t<false/>\n"
-                                           "\t</dict>\n"
-                                           "\t<key>Label</key>\n"
-                                           "\t<string>app.tolvar</string>\n"
-                                           "\t<key>LimitLoadToSessionType</key>\n"
-                                           "\t<string>Aqua</string>\n"
-                                           "\t<key>ProgramArguments</key>\n"
-                                           "\t<array>\n"
-                                           "\t\t<string>")
-                                + GetParam().written
-                                + "</string>\n"
-                                  "\t\t<string>background</string>\n"
-                                  "\t</array>\n"
-                                  "\t<key>RunAtLoad</key>\n"
-                                  "\t<true/>\n"
-                                  "</dict>\n"
-                                  "</plist>\n";
-    EXPECT_EQ(LaunchdService::propertyList(GetParam().executable).toStdString(), expected.toStdString());
+    using Row = std::tuple<Mark (*)(const LaunchctlResult &), LaunchctlResult, Mark>;
+    // clang-format off
+    const Row rows[] = {
+        {launchd, listing("\t\"com.example.other\" => disabled\n"), Mark::NotDisabled},
+        {launchd, listing("\t\"app.tolvar\" => disabled\n"), Mark::Disabled},
+        {launchd, listing("\t\"app.tolvar\" => true\n"), Mark::Disabled},
+        {launchd, listing("\t\"app.tolvar\" => enabled\n"), Mark::NotDisabled},
+        {launchd, listing("\t\"app.tolvar\" => maybe\n"), Mark::Unreadable},
+        {launchd, listing("\"app.tolvar\"=>true,\n"), Mark::Disabled},
+        {launchd, listing("\t\"app.tolvar.x\" => disabled\n"), Mark::NotDisabled},
+        {launchd, listing("\t\"appxtolvar\" => disabled\n"), Mark::NotDisabled},
+        {launchd, {0, QStringLiteral("\"app.tolvar\" => disabled\n}\n")}, Mark::Unreadable},
+        {launchd, {0, QStringLiteral("disabled services = {\n")}, Mark::Unreadable},
+        {launchd, {113, QString()}, Mark::QueryFailed},
+        {systemd, {0, QStringLiteral("enabled\n")}, Mark::NotDisabled},
+        {systemd, {1, QStringLiteral("disabled\n")}, Mark::Disabled},
+        {systemd, {4, QStringLiteral("not-found\n")}, Mark::Disabled},
+        {systemd, {1, QString()}, Mark::Disabled},
+        {systemd, {0, QStringLiteral("static\n")}, Mark::Unreadable},
+        {systemd, {0, QString()}, Mark::Unreadable}};
+    // clang-format on
+    for (size_t row = 0; row < std::size(rows); ++row)
+        EXPECT_EQ(std::get<0>(rows[row])(std::get<1>(rows[row])), std::get<2>(rows[row])) << "row " << row;
 }
 
-INSTANTIATE_TEST_SUITE_P(, LaunchdPlistTest,
-                         testing::Values(PlistCase{"PlainPath",
-                                                   QStringLiteral("/Applications/Tolvar.app/Contents/MacOS/tolvar"),
-                                                   "/Applications/Tolvar.app/Contents/MacOS/tolvar"},
-                                         PlistCase{"MarkupIsEscaped", QStringLiteral("/Users/a&b/<x>/tolvar"),
-                                                   "/Users/a&amp;b/&lt;x&gt;/tolvar"}),
-                         ParamName());
-
-struct UnitCase
+// The path's markup is escaped.
+TEST(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
 {
-    const char *name;
-    QString executable;
-    const char *execStart;
-};
-
-class SystemdUnitTest : public testing::TestWithParam<UnitCase>
-{
-};
-
-TEST_P(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
-{
-    const QByteArray expected = QByteArray("[Unit]\n"
-                                           "Description=Tolvar\n"
-                                           "PartOf=graphical-session.target\n"
-                                           "After=graphical-session.target\n"
-                                           "\n"
-                                           "[Service]\n"
-                                           "Type=exec\n"
-                                           "ExecStart=")
-                                + GetParam().execStart
-                                + "\n"
-                                  "Restart=on-failure\n"
-                                  "\n"
-                                  "[Install]\n"
-                                  "WantedBy=graphical-session.target\n";
-    EXPECT_EQ(SystemdService::unit(GetParam().executable).toStdString(), expected.toStdString());
+    EXPECT_EQ(
+        LaunchdService::propertyList("/Users/a&b/<x>/tolvar").toStdString(),
+        "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+        "<!DOCTYPE plist PUBLIC \"-//Apple//DTD PLIST 1.0//EN\" \"http://www.apple.com/DTDs/PropertyList-1.0.dtd\">\n"
+        "<plist version=\"1.0\">\n"
+        "<dict>\n"
+        "\t<key>KeepAlive</key>\n"
+        "\t<dict>\n"
+        "\t\t<key>SuccessfulExit</key>\n"
+        "\t\t<false/>\n"
+        "\t</dict>\n"
+        "\t<key>Label</key>\n"
+        "\t<string>app.tolvar</string>\n"
+        "\t<key>LimitLoadToSessionType</key>\n"
+        "\t<string>Aqua</string>\n"
+        "\t<key>ProgramArguments</key>\n"
+        "\t<array>\n"
+        "\t\t<string>/Users/a&amp;b/&lt;x&gt;/tolvar</string>\n"
+        "\t\t<string>background</string>\n"
+        "\t</array>\n"
+        "\t<key>RunAtLoad</key>\n"
+        "\t<true/>\n"
+        "</dict>\n"
+        "</plist>\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(, SystemdUnitTest,
-                         testing::Values(UnitCase{"PlainPath", QStringLiteral("/opt/tolvar/bin/tolvar"),
-                                                  "\"/opt/tolvar/bin/tolvar\" background"},
-                                         // The program's name is not searched for variables, only for specifiers.
-                                         UnitCase{"SpacePercentAndDollar", QStringLiteral("/home/a b/100%/$x/tolvar"),
-                                                  "\"/home/a b/100%%/$x/tolvar\" background"},
-                                         UnitCase{"QuoteBackslashAndControlStayOnOneLine",
-                                                  QStringLiteral("/x/a\"b\\c\nd/tolvar"),
-                                                  "\"/x/a\\\"b\\\\c\\x0ad/tolvar\" background"}),
-                         ParamName());
-
-struct ConfigHomeCase
+// systemd expands % in the program's name but not $; control characters stay on one line.
+TEST(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
 {
-    const char *name;
-    QString xdgConfigHome;
-    QString expected;
-};
-
-class SystemdConfigHomeTest : public testing::TestWithParam<ConfigHomeCase>
-{
-};
-
-TEST_P(SystemdConfigHomeTest, FollowsTheBaseDirectoryRules)
-{
-    EXPECT_EQ(SystemdService::configHome(QStringLiteral("/home/u"), GetParam().xdgConfigHome), GetParam().expected);
+    using Row = std::pair<QString, std::string>;
+    for (const auto &[executable, execStart] :
+         {Row{"/home/a b/100%/$x/tolvar", "\"/home/a b/100%%/$x/tolvar\" background"},
+          Row{"/x/a\"b\\c\nd/tolvar", "\"/x/a\\\"b\\\\c\\x0ad/tolvar\" background"}})
+        EXPECT_EQ(SystemdService::unit(executable).toStdString(),
+                  "[Unit]\nDescription=Tolvar\nPartOf=graphical-session.target\nAfter=graphical-session.target\n\n"
+                  "[Service]\nType=exec\nExecStart="
+                      + execStart
+                      + "\nRestart=on-failure\n\n"
+                        "[Install]\nWantedBy=graphical-session.target\n");
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    , SystemdConfigHomeTest,
-    testing::Values(ConfigHomeCase{"Unset", QString(), QStringLiteral("/home/u/.config")},
-                    ConfigHomeCase{"Absolute", QStringLiteral("/srv/conf/"), QStringLiteral("/srv/conf")},
-                    ConfigHomeCase{"RelativeIsIgnored", QStringLiteral("conf"), QStringLiteral("/home/u/.config")}),
-    ParamName());
+TEST(SystemdConfigHomeTest, FollowsTheBaseDirectoryRules)
+{
+    EXPECT_EQ(SystemdService::configHome("/home/u", QString()), "/home/u/.config");
+    EXPECT_EQ(SystemdService::configHome("/home/u", "/srv/conf/"), "/srv/conf");
+    EXPECT_EQ(SystemdService::configHome("/home/u", "conf"), "/home/u/.config") << "a relative path is ignored";
+}
 
 } // namespace
