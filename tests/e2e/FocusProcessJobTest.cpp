@@ -112,18 +112,6 @@ INSTANTIATE_TEST_SUITE_P(
                     StopCase{"ExitAfterStopKeepsTheReason", "term-exits", 3000ms, {cancelled}, cancelled}),
     ParamName());
 
-TEST_F(FocusProcessJobTest, StopAfterFinishingChangesNothing)
-{
-    start(QStringLiteral("exit"), 0);
-    QPointer<FocusProcessJob> job = m_job;
-    waitForResult();
-    ASSERT_EQ(m_results.size(), 1u);
-    if (job)
-        job->stop(FocusProcessResult::cancelled());
-    waitForResult(100);
-    EXPECT_EQ(m_results.size(), 1u);
-}
-
 TEST(FocusProcessLaunchTest, MissingExecutableIsAnErrorWithoutCompletion)
 {
     int completions = 0;

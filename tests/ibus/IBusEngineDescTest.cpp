@@ -128,16 +128,10 @@ SourceProperties hangul(const std::function<void(SourceProperties &)> &edit = {}
 
 INSTANTIATE_TEST_SUITE_P(
     IBusEngineDesc, IBusEngineDescTest,
-    testing::Values(DescCase{"AsIBusSendsIt", engineDesc, hangulFields(), hangul(), QStringLiteral("hangul")},
-                    DescCase{"IconFileBecomesAFileURL", engineDesc, hangulFields(6, QStringLiteral("/usr/share/h.png")),
+    testing::Values(DescCase{"IconFileBecomesAFileURL", engineDesc, hangulFields(6, QStringLiteral("/usr/share/h.png")),
                              hangul([](SourceProperties &p) {
                                  p.iconReference = QVariant();
                                  p.iconURL = QUrl::fromLocalFile(QStringLiteral("/usr/share/h.png"));
-                             }),
-                             QStringLiteral("hangul")},
-                    DescCase{"NoLanguage", engineDesc, hangulFields(3, QString()), hangul([](SourceProperties &p) {
-                                 p.languages = QStringList();
-                                 p.symbol = QVariant();
                              }),
                              QStringLiteral("hangul")},
                     DescCase{"ShortDescriptionLacksTheRest",
@@ -147,8 +141,6 @@ INSTANTIATE_TEST_SUITE_P(
                                  p.localizedName = p.languages = p.iconReference = p.symbol = QVariant();
                              }),
                              QStringLiteral("hangul")},
-                    DescCase{"NameOfAnotherType", engineDesc, hangulFields(0, 7u),
-                             hangul([](SourceProperties &p) { p.id = 7u; }), QString()},
                     DescCase{"ItsOwnSymbolWins", engineDesc, hangulFields() << QString() << QStringLiteral("한"),
                              hangul([](SourceProperties &p) { p.symbol = QStringLiteral("한"); }),
                              QStringLiteral("hangul")},
