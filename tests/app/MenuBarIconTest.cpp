@@ -10,7 +10,7 @@
 namespace {
 
 // An icon of `size` on `background`, with `fills` painted as rectangles of their colours.
-QImage icon(QSize size, const QColor &background, const QList<std::pair<QRect, QColor>> &fills = {}, qreal ratio = 1)
+QImage icon(QSize size, const QColor &background, const QList<std::pair<QRect, QColor>> &fills = {})
 {
     QImage image(size, QImage::Format_ARGB32);
     image.fill(background);
@@ -18,7 +18,6 @@ QImage icon(QSize size, const QColor &background, const QList<std::pair<QRect, Q
     for (const auto &[rect, colour] : fills)
         painter.fillRect(rect, colour);
     painter.end();
-    image.setDevicePixelRatio(ratio);
     return image;
 }
 
@@ -30,9 +29,7 @@ struct IconCase
     bool isTemplate = false;
 };
 
-class MenuBarIconTest : public testing::TestWithParam<IconCase>
-{
-};
+using MenuBarIconTest = testing::TestWithParam<IconCase>;
 
 TEST_P(MenuBarIconTest, FitsTheBoxAndTemplatesOnlyOneFlatGreyOnTransparency)
 {
@@ -50,12 +47,10 @@ const QSizeF fitted(22, 18);
 const QRect left(4, 4, 16, 28);
 const QRect right(24, 4, 16, 28);
 
-// Made when the tests run: marking needs the icon code's statics in place.
 INSTANTIATE_TEST_SUITE_P(
     Icons, MenuBarIconTest,
     testing::ValuesIn(std::vector<IconCase>{
         {"Absent", std::nullopt, {}},
-        {"NotANumberSize", icon({16, 16}, Qt::black, {}, qQNaN()), {}},
         {"WideShrinks", icon({44, 22}, Qt::red), {22, 11}},
         {"BlackGlyphOnTransparency", icon(box, Qt::transparent, {{left, Qt::black}}), fitted, true},
         {"ColouredFlag", icon(box, Qt::transparent, {{left, QColor(0, 56, 168)}, {right, QColor(255, 215, 0)}}),
@@ -63,15 +58,12 @@ INSTANTIATE_TEST_SUITE_P(
         {"GreysWithinTolerance", icon(box, Qt::transparent, {{left, QColor(64, 64, 64)}, {right, QColor(94, 94, 94)}}),
          fitted, true},
         {"OpaqueGreySquare", icon(box, Qt::gray), fitted},
-        {"FullyTransparent", icon(box, Qt::transparent), fitted},
-        {"AlreadyMarked", MenuBarIcon::markedAsTemplate(icon(box, Qt::red)), fitted, true},
     }),
     ParamName());
 
 TEST(MenuBarIconDrawingTest, DefaultIsATemplateAndTemplatesTakeTheForeground)
 {
     EXPECT_TRUE(MenuBarIcon::isTemplate(MenuBarIcon::image()));
-    EXPECT_EQ(MenuBarIcon::image().deviceIndependentSize(), fitted);
     const QImage mark = MenuBarIcon::inputSourceImage(icon(box, Qt::transparent, {{left, Qt::black}}));
     EXPECT_EQ(MenuBarIcon::drawn(mark, Qt::white).pixelColor(5, 9), QColor(Qt::white));
     const QImage flag = MenuBarIcon::inputSourceImage(icon(box, Qt::red));

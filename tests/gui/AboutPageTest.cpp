@@ -54,15 +54,7 @@ protected:
     std::function<void(const LoadOutcome &)> answer;
 };
 
-TEST_F(AboutPageTest, UnconfiguredBuildCannotCheck)
-{
-    open({QStringLiteral("1.2"), 7, QStringLiteral("6.1"), std::nullopt});
-    EXPECT_FALSE(checkButton()->isEnabled());
-    EXPECT_EQ(result(), QStringList{L10n::text("about.update.unconfigured")});
-}
-
-// One check at a time, and none outliving the page.
-TEST_F(AboutPageTest, TwoQuickPressesStartOneCheckAndLeavingAbandonsIt)
+TEST_F(AboutPageTest, TwoQuickPressesStartOneCheck)
 {
     open(released);
     checkButton()->click();
@@ -73,27 +65,16 @@ TEST_F(AboutPageTest, TwoQuickPressesStartOneCheckAndLeavingAbandonsIt)
     EXPECT_EQ(result(), QStringList{L10n::text("about.update.checking")});
     answer(upToDate);
     EXPECT_EQ(result(), QStringList{L10n::text("about.update.current")});
-
-    checkButton()->click();
-    page->hide();
-    answer(upToDate); // the late answer
-    QCoreApplication::processEvents();
-    page->show();
-    EXPECT_EQ(result(), QStringList{L10n::text("about.update.idle")});
     EXPECT_TRUE(checkButton()->isEnabled());
 }
 
-TEST_F(AboutPageTest, AvailableUpdateShowsTrimmedNotesAndTheReleasePage)
+TEST_F(AboutPageTest, AvailableUpdateShowsItsNotesAndTheReleasePage)
 {
+    const ReleaseManifest manifest{"app.tolvar", "1.3", 9, "6.1", "https://tolvar.app/r", "\n Faster.  \n"};
+    open(released, UpdateViewModel::State::of(UpdateCheckResult::available(manifest, false)));
     const QString available = L10n::text("about.update.available").arg(QStringLiteral("1.3"), QStringLiteral("9"));
-    const std::pair<QString, QStringList> rows[] = {{" \n\t \n", {available}},
-                                                    {"\n Faster.  \n", {available, "Faster."}}};
-    for (const auto &[notes, shown] : rows) {
-        const ReleaseManifest manifest{"app.tolvar", "1.3", 9, "6.1", "https://tolvar.app/r", notes};
-        open(released, UpdateViewModel::State::of(UpdateCheckResult::available(manifest, false)));
-        EXPECT_EQ(result(), shown);
-        EXPECT_TRUE(page->findChild<QAbstractButton *>(Identifier::releasePage)->isVisible());
-    }
+    EXPECT_EQ(result(), (QStringList{available, "Faster."}));
+    EXPECT_TRUE(page->findChild<QAbstractButton *>(Identifier::releasePage)->isVisible());
 }
 
 } // namespace

@@ -7,9 +7,8 @@
 #include <atomic>
 #include <vector>
 
-// A scriptable world behind the application model, shared by reference with
-// the services it hands out. The login item is read and changed on worker
-// threads; everything else only on the main thread.
+// A scriptable world behind the services it hands out. The login item is used
+// on worker threads; everything else only on the main thread.
 struct FakeAppWorld
 {
     std::optional<Config> config = Config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true}; // none: no file
