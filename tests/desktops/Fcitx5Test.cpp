@@ -77,7 +77,7 @@ INSTANTIATE_TEST_SUITE_P(
                     SetCase{"UnknownIsMissing", german, "keyboard-fr", 1, "missing_source", german}),
     ParamName());
 
-TEST_F(Fcitx5Test, BackgroundInstanceUndoesOutsideSwitchesUntilPaused)
+TEST_F(Fcitx5Test, BackgroundInstanceUndoesOutsideSwitchesUntilPausedAndAcrossARestart)
 {
     ASSERT_TRUE(m_session.keep(german, [] { return Fcitx5Session::current() == german; }));
     Fcitx5Session::switchTo(hangul);
@@ -88,6 +88,14 @@ TEST_F(Fcitx5Test, BackgroundInstanceUndoesOutsideSwitchesUntilPaused)
     Fcitx5Session::switchTo(hangul);
     spinUntil([] { return false; }, 2600); // past the engine's next tick
     EXPECT_EQ(Fcitx5Session::current(), hangul);
+
+    // Across a restart of fcitx5, whose new input context starts on keyboard-us.
+    ASSERT_EQ(m_session.tolvar({"resume"}).exitCode, 0);
+    m_fcitx5.stop();
+    ASSERT_TRUE(m_fcitx5.start({us, german, hangul}));
+    EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
+    Fcitx5Session::switchTo(hangul);
+    EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
 }
 
 // Fcitx5 5.0.21 declares InputMethodGroupsChanged but does not send it; the
@@ -99,17 +107,6 @@ TEST_F(Fcitx5Test, GroupChangeIsListed)
         {"Default", "us", QVariant::fromValue(QList<Fcitx5ClientInfo>{{us, ""}, {hangul, ""}})});
     ASSERT_EQ(set.type(), QDBusMessage::ReplyMessage) << qPrintable(set.errorMessage());
     EXPECT_EQ(m_session.listed(), (QStringList{us, hangul}));
-}
-
-TEST_F(Fcitx5Test, InstanceOutlivesAnFcitx5Restart)
-{
-    ASSERT_TRUE(m_session.keep(german, [] { return Fcitx5Session::current() == german; }));
-    m_fcitx5.stop();
-    ASSERT_TRUE(m_fcitx5.start({us, german, hangul}));
-    // The new input context starts inactive, on keyboard-us.
-    EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
-    Fcitx5Session::switchTo(hangul);
-    EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
 }
 
 // Without a running fcitx5 nothing may start it, neither the choice nor a call.

@@ -90,12 +90,14 @@ TEST_F(GraphicalInstanceTest, OpenBringsBackTheClosedWindow)
     EXPECT_TRUE(windows(1));
 }
 
-// Registered at start: no window, a tooltip and icon that follow the pinned source, a click opens the window.
+// The desktop's tray comes up after the instance, as at login. The item shows no
+// window, a tooltip and icon that follow the pinned source, and a click opens the window.
 TEST_F(GraphicalInstanceTest, TrayItemOfTheBackgroundInstance)
 {
+    start(QStringLiteral("background"));
+    ASSERT_EQ(run({QStringLiteral("status")}), 0);
     FakeStatusNotifierWatcher tray;
     ASSERT_TRUE(tray.own());
-    start(QStringLiteral("background"));
     ASSERT_TRUE(spinUntil([&] { return !tray.items().isEmpty(); }, waitMs));
     EXPECT_TRUE(m_display.shown(title).isEmpty());
     ASSERT_TRUE(spinUntil([&] { return tray.toolTip().contains(QStringLiteral("German")); }, waitMs))
@@ -110,17 +112,6 @@ TEST_F(GraphicalInstanceTest, TrayItemOfTheBackgroundInstance)
 
     ASSERT_TRUE(tray.activate());
     EXPECT_TRUE(windows(1));
-}
-
-// The desktop's tray comes up after the instance, as at login.
-TEST_F(GraphicalInstanceTest, TrayItemRegistersWhenTheTrayAppearsLater)
-{
-    start(QStringLiteral("background"));
-    ASSERT_EQ(run({QStringLiteral("status")}), 0);
-    FakeStatusNotifierWatcher tray;
-    ASSERT_TRUE(tray.own());
-    EXPECT_TRUE(spinUntil([&] { return !tray.items().isEmpty(); }, waitMs));
-    EXPECT_TRUE(m_display.shown(title).isEmpty());
 }
 
 } // namespace

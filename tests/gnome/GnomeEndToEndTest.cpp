@@ -174,7 +174,7 @@ TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
     EXPECT_EQ(current(), us);
 }
 
-TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitch)
+TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)
 {
     for (const QString &id : {german, hangul}) {
         const ProcessResult result = m_session.tolvar({"set", id});
@@ -187,10 +187,7 @@ TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitch)
             [&] { return setting("org.gnome.desktop.input-sources", "mru-sources").startsWith(first); }, 5000))
             << qPrintable(setting("org.gnome.desktop.input-sources", "mru-sources"));
     }
-}
 
-TEST_F(GnomeEndToEndTest, BackgroundBringsThePinnedSourceBackAfterTheShellSwitches)
-{
     ASSERT_TRUE(m_session.keep(
         german, [&] { return status()["state"].toString() == "keeping"; }, 15000))
         << qPrintable(status()["state"].toString());

@@ -134,23 +134,9 @@ INSTANTIATE_TEST_SUITE_P(
                                  p.iconURL = QUrl::fromLocalFile(QStringLiteral("/usr/share/h.png"));
                              }),
                              QStringLiteral("hangul")},
-                    DescCase{"ShortDescriptionLacksTheRest",
-                             engineDesc,
-                             {QStringLiteral("hangul")},
-                             hangul([](SourceProperties &p) {
-                                 p.localizedName = p.languages = p.iconReference = p.symbol = QVariant();
-                             }),
-                             QStringLiteral("hangul")},
                     DescCase{"ItsOwnSymbolWins", engineDesc, hangulFields() << QString() << QStringLiteral("한"),
                              hangul([](SourceProperties &p) { p.symbol = QStringLiteral("한"); }),
                              QStringLiteral("hangul")},
-                    DescCase{"LayoutsShowTheirLanguageNotTheSharedIcon", engineDesc,
-                             hangulFields(0, QStringLiteral("xkb:de::deu")) << QString() << QString(),
-                             hangul([](SourceProperties &p) {
-                                 p.id = QStringLiteral("xkb:de::deu");
-                                 p.iconReference = QVariant();
-                             }),
-                             QStringLiteral("xkb:de::deu")},
                     DescCase{"NotAStruct", QString(), {}, std::nullopt, QString()}),
     ParamName());
 
