@@ -17,7 +17,7 @@ Dependencies Dependencies::live()
     return {
         ParentProcess::executablePath,
         ParentProcess::desktopLaunchers,
-        [] { return ConfigStore::loadOrDefault(); },
+        [] { return ConfigStore::load(); },
         []() -> Expected<void> {
             const Expected<ConfigMigration::Outcome> moved = ConfigMigration::runLive();
             if (!moved)
@@ -35,7 +35,10 @@ int main(int argc, char **argv, const Dependencies &dependencies)
         arguments << QString::fromLocal8Bit(argv[i]);
 
     const Expected<void> moved = dependencies.moveEarlierConfig();
-    L10n::setLanguageCode(L10n::normalized(dependencies.readConfig().language));
+    // Read once: the command line takes it over as its first read.
+    const Expected<Config> started = dependencies.readConfig();
+    const Config config = started ? started.value() : Config{};
+    L10n::setLanguageCode(L10n::normalized(config.language));
     if (!moved) {
         const QString warning = L10n::text("app.config-not-moved").arg(moved.error().description());
         std::fprintf(stderr, "%s\n", warning.toLocal8Bit().constData());
@@ -50,13 +53,13 @@ int main(int argc, char **argv, const Dependencies &dependencies)
     case LaunchMode::Window: return runGraphicalInstance(argc, argv, true);
     case LaunchMode::Background: return runGraphicalInstance(argc, argv, false);
     case LaunchMode::FocusHelper: {
-        // Without an explicit identifier the helper targets the pinned source, read afresh.
+        // Without an explicit identifier the helper targets the pinned source.
         QString identifier = launch.focusIdentifier.value_or(QString());
         if (!launch.focusIdentifier)
-            identifier = dependencies.readConfig().sourceID.value_or(QString());
+            identifier = config.sourceID.value_or(QString());
         return runFocusHelper(argc, argv, identifier);
     }
-    case LaunchMode::CommandLine: return runCommandLine(argc, argv, arguments);
+    case LaunchMode::CommandLine: return runCommandLine(argc, argv, arguments, started);
     }
     return 1;
 }

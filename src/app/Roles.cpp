@@ -45,10 +45,10 @@ int runFocusHelper(int &argc, char **argv, const QString &identifier)
     FocusHelper::run(argc, argv, identifier);
 }
 
-int runCommandLine(int &argc, char **argv, const QStringList &arguments)
+int runCommandLine(int &argc, char **argv, const QStringList &arguments, const Expected<Config> &started)
 {
     // The session bus and a one-shot switch need an application object; only
     // set and apply run its event loop.
     const QCoreApplication application(argc, argv);
-    return CLI::main(arguments);
+    return CLI::main(arguments, started);
 }
