@@ -1,6 +1,7 @@
 #include "Entry.h"
 
-#include "Roles.h"
+#include "GuiLibrary.h"
+#include "core/cli/CLI.h"
 #include "core/config/ConfigMigration.h"
 #include "core/config/ConfigStore.h"
 #include "core/config/L10n.h"
@@ -8,9 +9,22 @@
 #include "platform/ParentProcess.h"
 #include "platform/StandardStreams.h"
 
+#include <QCoreApplication>
+
 #include <cstdio>
 
 namespace Entry {
+namespace {
+
+int runCommandLine(int &argc, char **argv, const QStringList &arguments, const Expected<Config> &started)
+{
+    // The session bus and a one-shot switch need an application object; only
+    // set and apply run its event loop.
+    const QCoreApplication application(argc, argv);
+    return CLI::main(arguments, started);
+}
+
+} // namespace
 
 Dependencies Dependencies::live()
 {
@@ -50,14 +64,14 @@ int main(int argc, char **argv, const Dependencies &dependencies)
     const Launch launch = decideLaunch(arguments, fromDesktop);
 
     switch (launch.mode) {
-    case LaunchMode::Window: return runGraphicalInstance(argc, argv, true);
-    case LaunchMode::Background: return runGraphicalInstance(argc, argv, false);
+    case LaunchMode::Window: return GuiLibrary::run(GuiLibrary::Role::Window, argc, argv);
+    case LaunchMode::Background: return GuiLibrary::run(GuiLibrary::Role::Background, argc, argv);
     case LaunchMode::FocusHelper: {
         // Without an explicit identifier the helper targets the pinned source.
         QString identifier = launch.focusIdentifier.value_or(QString());
         if (!launch.focusIdentifier)
             identifier = config.sourceID.value_or(QString());
-        return runFocusHelper(argc, argv, identifier);
+        return GuiLibrary::run(GuiLibrary::Role::FocusHelper, argc, argv, identifier);
     }
     case LaunchMode::CommandLine: return runCommandLine(argc, argv, arguments, started);
     }

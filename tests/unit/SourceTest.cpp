@@ -4,6 +4,7 @@
 #include "support/ParamName.h"
 
 #include <QFile>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QUrl>
 
