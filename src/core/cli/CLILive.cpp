@@ -87,10 +87,12 @@ AutomationServices AutomationServices::live(std::optional<Expected<Config>> star
     s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
     s.choices = once<QList<InputChoice>>([system] { return Catalog::choices(system); });
     // The current source is usually among the enabled ones, whose names are known already.
-    s.current = [system, choices = s.choices] {
+    s.current = [system, choices = s.choices]() -> InputChoice {
         const QString id = system.currentID();
+        if (id.isEmpty())
+            return {};
         for (const InputChoice &choice : choices()) {
-            if (!id.isEmpty() && choice.id == id)
+            if (choice.id == id)
                 return choice;
         }
         return Catalog::current(system);
