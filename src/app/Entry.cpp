@@ -1,6 +1,7 @@
 #include "Entry.h"
 
-#include "Roles.h"
+#include "GuiLibrary.h"
+#include "core/cli/CLI.h"
 #include "core/config/ConfigMigration.h"
 #include "core/config/ConfigStore.h"
 #include "core/config/L10n.h"
@@ -8,16 +9,29 @@
 #include "platform/ParentProcess.h"
 #include "platform/StandardStreams.h"
 
+#include <QCoreApplication>
+
 #include <cstdio>
 
 namespace Entry {
+namespace {
+
+int runCommandLine(int &argc, char **argv, const QStringList &arguments, const Expected<Config> &started)
+{
+    // The session bus and a one-shot switch need an application object; only
+    // set and apply run its event loop.
+    const QCoreApplication application(argc, argv);
+    return CLI::main(arguments, started);
+}
+
+} // namespace
 
 Dependencies Dependencies::live()
 {
     return {
         ParentProcess::executablePath,
         ParentProcess::desktopLaunchers,
-        [] { return ConfigStore::loadOrDefault(); },
+        [] { return ConfigStore::load(); },
         []() -> Expected<void> {
             const Expected<ConfigMigration::Outcome> moved = ConfigMigration::runLive();
             if (!moved)
@@ -35,7 +49,10 @@ int main(int argc, char **argv, const Dependencies &dependencies)
         arguments << QString::fromLocal8Bit(argv[i]);
 
     const Expected<void> moved = dependencies.moveEarlierConfig();
-    L10n::setLanguageCode(L10n::normalized(dependencies.readConfig().language));
+    // Read once: the command line takes it over as its first read.
+    const Expected<Config> started = dependencies.readConfig();
+    const Config config = started ? started.value() : Config{};
+    L10n::setLanguageCode(L10n::normalized(config.language));
     if (!moved) {
         const QString warning = L10n::text("app.config-not-moved").arg(moved.error().description());
         std::fprintf(stderr, "%s\n", warning.toLocal8Bit().constData());
@@ -47,16 +64,16 @@ int main(int argc, char **argv, const Dependencies &dependencies)
     const Launch launch = decideLaunch(arguments, fromDesktop);
 
     switch (launch.mode) {
-    case LaunchMode::Window: return runGraphicalInstance(argc, argv, true);
-    case LaunchMode::Background: return runGraphicalInstance(argc, argv, false);
+    case LaunchMode::Window: return GuiLibrary::run(GuiLibrary::Role::Window, argc, argv);
+    case LaunchMode::Background: return GuiLibrary::run(GuiLibrary::Role::Background, argc, argv);
     case LaunchMode::FocusHelper: {
-        // Without an explicit identifier the helper targets the pinned source, read afresh.
+        // Without an explicit identifier the helper targets the pinned source.
         QString identifier = launch.focusIdentifier.value_or(QString());
         if (!launch.focusIdentifier)
-            identifier = dependencies.readConfig().sourceID.value_or(QString());
-        return runFocusHelper(argc, argv, identifier);
+            identifier = config.sourceID.value_or(QString());
+        return GuiLibrary::run(GuiLibrary::Role::FocusHelper, argc, argv, identifier);
     }
-    case LaunchMode::CommandLine: return runCommandLine(argc, argv, arguments);
+    case LaunchMode::CommandLine: return runCommandLine(argc, argv, arguments, started);
     }
     return 1;
 }

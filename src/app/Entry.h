@@ -18,8 +18,8 @@ struct Dependencies
 {
     std::function<QString()> parentExecutablePath;
     std::function<QStringList()> desktopLaunchers;
-    // config.json read without the lock; defaults when missing or unreadable.
-    std::function<Config()> readConfig;
+    // config.json read without the lock; defaults when missing, else read and decode errors.
+    std::function<Expected<Config>()> readConfig;
     // Moves config.json from where earlier versions kept it; the error when it could not.
     std::function<Expected<void>()> moveEarlierConfig;
 

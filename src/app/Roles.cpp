@@ -3,7 +3,6 @@
 #include "AppController.h"
 #include "AppModel.h"
 #include "FocusHelper.h"
-#include "core/cli/CLI.h"
 #include "core/config/L10n.h"
 #include "platform/ApplicationRole.h"
 #include "platform/StandardStreams.h"
@@ -43,12 +42,4 @@ int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
 int runFocusHelper(int &argc, char **argv, const QString &identifier)
 {
     FocusHelper::run(argc, argv, identifier);
-}
-
-int runCommandLine(int &argc, char **argv, const QStringList &arguments)
-{
-    // The session bus and a one-shot switch need an application object; only
-    // set and apply run its event loop.
-    const QCoreApplication application(argc, argv);
-    return CLI::main(arguments);
 }

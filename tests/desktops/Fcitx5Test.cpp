@@ -8,6 +8,7 @@
 #include "support/DesktopSession.h"
 #include "support/ParamName.h"
 
+#include <QImage>
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>

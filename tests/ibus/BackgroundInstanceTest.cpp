@@ -101,6 +101,12 @@ TEST_F(BackgroundInstanceTest, KeepsThePinnedSourceUntilPaused)
     EXPECT_EQ(m_system.currentID(), us);
     ASSERT_EQ(runProcess(executable, {"resume"}).exitCode, 0);
     EXPECT_TRUE(becomes(german, 3000));
+
+    // Each set races the instance following the same new pin; neither may fail the other.
+    for (int i = 0; i < 20; ++i) {
+        const ProcessResult set = runProcess(executable, {"set", i % 2 ? german : hangul});
+        ASSERT_EQ(set.exitCode, 0) << i << ": " << set.err.constData();
+    }
 }
 
 TEST_F(BackgroundInstanceTest, PinningAnotherSourceSwitchesAtOnce)

@@ -10,6 +10,7 @@
 #include "support/Spin.h"
 
 #include <QCoreApplication>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QThread>
 

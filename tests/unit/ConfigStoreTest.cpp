@@ -45,6 +45,10 @@ TEST_F(ConfigStoreTest, FirstWriteCreatesDirectoryLockAndFile)
               QFile::ReadOwner | QFile::WriteOwner);
     EXPECT_EQ(ConfigStore::loadFrom(directory()).value(), written.value());
     EXPECT_EQ(*m_notifications.posted, QStringList{ConfigStore::changed});
+
+    // The same edit again changes nothing, so nobody is told.
+    ASSERT_TRUE(ConfigStore::mutate(directory(), pin(QStringLiteral("xkb:de::ger")), m_notifications.record()).ok());
+    EXPECT_EQ(*m_notifications.posted, QStringList{ConfigStore::changed});
 }
 
 TEST_F(ConfigStoreTest, MissingFileLoadsDefaultsAndABadOneIsForgivenOnlyOnRequest)

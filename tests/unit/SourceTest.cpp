@@ -4,6 +4,7 @@
 #include "support/Process.h"
 
 #include <QFile>
+#include <QImage>
 #include <QTemporaryDir>
 #include <QUrl>
 

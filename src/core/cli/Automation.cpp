@@ -1,6 +1,7 @@
 #include "core/cli/Automation.h"
 
 #include <cassert>
+#include <utility>
 
 namespace {
 
@@ -83,12 +84,24 @@ Expected<AutomationStatus, AutomationFailure> Automation::setKeeping(CLIRequest:
     // Its report needs the instance lock: a lock that cannot be probed must fail before the write.
     if (const Expected<bool> running = m_services.running(); !running)
         return AutomationFailure::runtimeUnavailable().withDetail(running.error().description());
+    const auto turnsOn = [command](const Config &config) {
+        return command == CLIRequest::Command::Resume || (command == CLIRequest::Command::Toggle && !config.enabled);
+    };
+    // The pin is checked with the input sources before the lock is taken, so that
+    // other writers never wait on the framework. The verdict holds only for the
+    // pin it was given: one changed in between is checked again, under the lock.
+    std::optional<std::pair<std::optional<QString>, Expected<void, AutomationFailure>>> early;
+    if (command != CLIRequest::Command::Pause) {
+        if (const Expected<Config> seen = m_services.load(); seen && turnsOn(seen.value()))
+            early.emplace(seen->sourceID, requireTarget(seen->sourceID));
+    }
     const Expected<Config, AutomationFailure> written =
         editConfig([&](Config &config) -> Expected<void, AutomationFailure> {
-            const bool turnOn =
-                command == CLIRequest::Command::Resume || (command == CLIRequest::Command::Toggle && !config.enabled);
+            const bool turnOn = turnsOn(config);
             if (turnOn) {
-                if (const auto required = requireTarget(config.sourceID); !required)
+                const Expected<void, AutomationFailure> required =
+                    early && early->first == config.sourceID ? early->second : requireTarget(config.sourceID);
+                if (!required)
                     return required.error();
             }
             config.enabled = turnOn;

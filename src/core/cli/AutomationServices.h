@@ -9,6 +9,7 @@
 #include <QList>
 
 #include <functional>
+#include <optional>
 
 // The command line's contacts with the world, so its logic can run on fakes.
 struct AutomationServices
@@ -30,5 +31,8 @@ struct AutomationServices
     // Whether that backend can reach the sources now.
     std::function<InputSources::Availability()> availability = [] { return InputSources::Availability::available; };
 
-    static AutomationServices live();
+    // One command's contacts: it sees one list of sources and one availability.
+    // `started` is config.json as the process read it on starting; the first
+    // load takes it rather than reading the file again.
+    static AutomationServices live(std::optional<Expected<Config>> started = std::nullopt);
 };

@@ -22,7 +22,8 @@ public:
     // The usage text, one line per command, without a final line break.
     static QString usage();
     // The live client on standard output and error; returns the exit status.
-    static int main(const QStringList &arguments);
+    // `started` is config.json as the process read it on starting.
+    static int main(const QStringList &arguments, std::optional<Expected<Config>> started = std::nullopt);
 
 private:
     int parseAndExecute(const QStringList &arguments);

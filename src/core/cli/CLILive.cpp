@@ -15,6 +15,9 @@
 #include <QEventLoop>
 #include <QHash>
 
+#include <memory>
+#include <utility>
+
 namespace {
 
 // One manual switch on this process's engine, waited for in an event loop.
@@ -58,29 +61,55 @@ std::optional<SwitchOutcome> switchWithTheEngine(const InputSources &system)
     return outcome;
 }
 
+// The first call's answer, kept for the later ones.
+template <typename T> std::function<T()> once(std::function<T()> ask)
+{
+    auto kept = std::make_shared<std::optional<T>>();
+    return [ask = std::move(ask), kept] {
+        if (!*kept)
+            *kept = ask();
+        return **kept;
+    };
+}
+
 } // namespace
 
-AutomationServices AutomationServices::live()
+AutomationServices AutomationServices::live(std::optional<Expected<Config>> started)
 {
     const InputSources system = InputSources::live();
     AutomationServices s;
-    s.load = [] { return ConfigStore::load(); };
+    auto first = std::make_shared<std::optional<Expected<Config>>>(std::move(started));
+    s.load = [first]() -> Expected<Config> {
+        if (std::optional<Expected<Config>> config = std::exchange(*first, std::nullopt))
+            return *std::move(config);
+        return ConfigStore::load();
+    };
     s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
-    s.choices = [system] { return Catalog::choices(system); };
-    s.current = [system] { return Catalog::current(system); };
+    s.choices = once<QList<InputChoice>>([system] { return Catalog::choices(system); });
+    // The current source is usually among the enabled ones, whose names are known already.
+    s.current = [system, choices = s.choices]() -> InputChoice {
+        const QString id = system.currentID();
+        if (id.isEmpty())
+            return {};
+        for (const InputChoice &choice : choices()) {
+            if (choice.id == id)
+                return choice;
+        }
+        return Catalog::current(system);
+    };
     s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); };
     s.secureInput = system.secureInput;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
     s.backend = system.backend;
     s.framework = SourcesAvailability::frameworkName(system.backend);
-    s.availability = system.availability;
+    s.availability = once<InputSources::Availability>(system.availability);
     return s;
 }
 
-CLIServices CLIServices::live()
+CLIServices CLIServices::live(std::optional<Expected<Config>> started)
 {
     CLIServices s;
-    s.automation = AutomationServices::live();
+    s.automation = AutomationServices::live(std::move(started));
     s.switchOnce = [] { return switchWithTheEngine(InputSources::live()); };
     s.installLogin = [](const QString &executable) -> Expected<void, QString> {
         if (const auto installed = Agent::controller().install(executable, true); !installed)

@@ -10,7 +10,7 @@
 #include <cstdio>
 #include <cstring>
 
-int CLI::main(const QStringList &arguments)
+int CLI::main(const QStringList &arguments, std::optional<Expected<Config>> started)
 {
     QFile out;
     QFile err;
@@ -24,7 +24,7 @@ int CLI::main(const QStringList &arguments)
     QIODevice &output = StandardStreams::outputWasClosed() ? static_cast<QIODevice &>(lostOut) : out;
     QIODevice &error = StandardStreams::errorWasClosed() ? static_cast<QIODevice &>(lostErr) : err;
 
-    const int status = CLI(CLIServices::live(), output, error).run(arguments);
+    const int status = CLI(CLIServices::live(std::move(started)), output, error).run(arguments);
     if (!lostOut.data().isEmpty()) {
         error.write(L10n::text("cli.err.output").arg(QString::fromLocal8Bit(std::strerror(EBADF))).toUtf8() + '\n');
         return 1;

@@ -27,5 +27,6 @@ struct CLIServices
     // Turns on what the input-source backend needs from the desktop; false when that failed.
     std::function<bool()> enableCompanion = [] { return true; };
 
-    static CLIServices live();
+    // `started`: as for AutomationServices::live.
+    static CLIServices live(std::optional<Expected<Config>> started = std::nullopt);
 };

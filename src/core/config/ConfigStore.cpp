@@ -106,18 +106,28 @@ Expected<void> save(const Config &config, const Notifications &notifications)
 
 Expected<Config> mutate(const QString &directory, const Edit &edit, const Notifications &notifications)
 {
+    bool unchanged = false;
     Expected<Config> result = withExclusiveLock(directory, [&]() -> Expected<Config> {
-        Expected<Config> current = loadFrom(directory);
+        const QString path = fileIn(directory);
+        const Expected<std::optional<QByteArray>> bytes = readExisting(path);
+        if (!bytes)
+            return bytes.error();
+        Expected<Config> current = bytes.value() ? Config::decode(*bytes.value(), path) : Expected<Config>(Config{});
         if (!current)
             return current;
         Config config = current.value();
         if (const Expected<void> edited = edit(config); !edited)
             return edited.error();
+        // A file that would come out byte for byte the same is left alone, and
+        // nobody is told: a repeated set or resume costs no write.
+        unchanged = bytes.value() && config.encoded() == *bytes.value();
+        if (unchanged)
+            return config;
         if (const Expected<void> written = writeUnlocked(config, directory); !written)
             return written.error();
         return config;
     });
-    if (result)
+    if (result && !unchanged)
         notifications.post(changed);
     return result;
 }

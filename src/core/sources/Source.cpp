@@ -1,7 +1,5 @@
 #include "core/sources/Source.h"
 
-#include "core/sources/SourceIcon.h"
-
 namespace {
 
 QString textOf(const QVariant &value)
@@ -38,15 +36,6 @@ QString Source::id() const
 QString Source::name() const
 {
     return textOf(m_properties.localizedName);
-}
-
-std::optional<QImage> Source::icon() const
-{
-    if (std::optional<QImage> image = SourceIcon::fromFile(m_properties.iconURL))
-        return image;
-    if (std::optional<QImage> image = SourceIcon::fromReference(m_properties.iconReference))
-        return image;
-    return SourceIcon::fromSymbol(m_properties.symbol);
 }
 
 bool Source::isCJKV() const

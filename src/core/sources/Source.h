@@ -2,11 +2,12 @@
 
 #include "platform/SourceProperties.h"
 
-#include <QImage>
 #include <QString>
 #include <QStringList>
 
 #include <optional>
+
+class QImage;
 
 // One input source as the system described it when the catalog looked it up.
 class Source
@@ -19,7 +20,8 @@ public:
     // Empty when the system gives no name, or one that is not text.
     QString name() const;
     // From the icon file, else from the icon reference, else the symbol drawn as
-    // a label; none when none of them gives an image.
+    // a label; none when none of them gives an image. Drawn beside SourceIcon,
+    // in a target of its own: the command line never draws.
     std::optional<QImage> icon() const;
     // Chinese, Japanese, Korean or Vietnamese by the source's first language:
     // such sources are switched through the focus helper.

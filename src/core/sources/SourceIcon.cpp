@@ -1,5 +1,7 @@
 #include "core/sources/SourceIcon.h"
 
+#include "core/sources/Source.h"
+
 #include <QFileInfo>
 #include <QFont>
 #include <QFontMetricsF>
@@ -110,3 +112,12 @@ std::optional<QImage> fromSymbol(const QVariant &symbol)
 }
 
 } // namespace SourceIcon
+
+std::optional<QImage> Source::icon() const
+{
+    if (std::optional<QImage> image = SourceIcon::fromFile(m_properties.iconURL))
+        return image;
+    if (std::optional<QImage> image = SourceIcon::fromReference(m_properties.iconReference))
+        return image;
+    return SourceIcon::fromSymbol(m_properties.symbol);
+}

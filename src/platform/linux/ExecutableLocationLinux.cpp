@@ -19,4 +19,11 @@ QString resourceDirectory(const QString &executablePath)
     return QDir::cleanPath(bin.absoluteFilePath(QStringLiteral("../share/tolvar")));
 }
 
+QString graphicalLibrary(const QString &executablePath)
+{
+    // <prefix>/lib/tolvar, installed or in the build tree.
+    const QDir bin = QFileInfo(executablePath).absoluteDir();
+    return QDir::cleanPath(bin.absoluteFilePath(QStringLiteral("../lib/tolvar/libtolvar_gui.so")));
+}
+
 } // namespace ExecutableLocation

@@ -2,6 +2,7 @@
 
 #include "platform/AppBundle.h"
 
+#include <QDir>
 #include <QFileInfo>
 
 #include <mach-o/dyld.h>
@@ -26,6 +27,13 @@ QString resourceDirectory(const QString &executablePath)
     // Tolvar.app/Contents/Resources for the bundle; the test programs beside it
     // in the build tree use share/tolvar as on Linux.
     return AppBundle::resourceDirectory(executablePath);
+}
+
+QString graphicalLibrary(const QString &executablePath)
+{
+    // Tolvar.app/Contents/MacOS/Tolvar and Tolvar.app/Contents/Frameworks.
+    const QDir macOS = QFileInfo(executablePath).absoluteDir();
+    return QDir::cleanPath(macOS.absoluteFilePath(QStringLiteral("../Frameworks/libtolvar_gui.so")));
 }
 
 } // namespace ExecutableLocation
