@@ -45,16 +45,4 @@ TEST(AutomationResponseTest, EncodesByteForByte)
         EXPECT_EQ(response.encoded(), QByteArray(json));
 }
 
-TEST(AutomationStatusJsonTest, DecodesWhatItEncodes)
-{
-    AutomationStatus unreachable = keeping();
-    unreachable.backendError = AutomationFailure::gnomeExtensionMissing();
-    unreachable.target.reset();
-    for (const AutomationStatus &status : {keeping(), goneTarget(), unreachable})
-        EXPECT_EQ(AutomationStatus::fromJson(status.toJson()), status);
-    QJsonObject broken = keeping().toJson();
-    broken.insert("state", "secureInput");
-    EXPECT_EQ(AutomationStatus::fromJson(broken), std::nullopt) << "raw values only";
-}
-
 } // namespace

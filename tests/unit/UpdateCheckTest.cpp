@@ -130,19 +130,4 @@ TEST(UpdateCheckTest, DecidesWithoutTheNetwork)
     }
 }
 
-TEST(UpdateCheckTest, AsksTheLoaderForAFreshJsonDocument)
-{
-    QNetworkRequest asked;
-    EXPECT_EQ(check({local, "26.0.1",
-                     [&](const QNetworkRequest &request, QObject *context, auto done) {
-                         asked = request;
-                         QMetaObject::invokeMethod(
-                             context, [done] { done(served(manifestWith({}))); }, Qt::QueuedConnection);
-                     }}),
-              availableWith({}));
-    EXPECT_EQ(asked.url(), manifestAddress);
-    EXPECT_EQ(asked.rawHeader("Accept"), "application/json");
-    EXPECT_EQ(asked.rawHeader("Cache-Control"), "no-cache");
-}
-
 } // namespace
