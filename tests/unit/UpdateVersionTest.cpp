@@ -1,4 +1,3 @@
-#include "core/update/AppBuildInfo.h"
 #include "core/update/NumericVersion.h"
 #include "core/update/SecureURL.h"
 
@@ -28,22 +27,6 @@ TEST(NumericVersionTest, MissingComponentsCountAsZero)
           Row{"1.99.99.99", "2", true}})
         EXPECT_EQ(*NumericVersion::parse(QString(left)) < *NumericVersion::parse(QString(right)), less)
             << left << " " << right;
-}
-
-TEST(AppBuildInfoTest, BuildIsASignedDecimalWithin64Bits)
-{
-    const std::pair<QVariant, std::optional<qint64>> rows[] = {
-        {"+42", 42},
-        {"-3", -3},
-        {"-9223372036854775808", std::numeric_limits<qint64>::min()},
-        {"9223372036854775808", {}},
-        {"", {}},
-        {"4a", {}},
-        {"+", {}},
-        {QVariant(), {}},
-        {QVariant(42), {}}};
-    for (const auto &[stored, build] : rows)
-        EXPECT_EQ(AppBuildInfo::parseBuild(stored), build) << stored.toString().toStdString();
 }
 
 TEST(SecureURLTest, OnlyPlainHttpsAddresses)
