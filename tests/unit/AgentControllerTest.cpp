@@ -161,17 +161,13 @@ std::string described(const Expected<void> &result)
     return result ? std::string("ok") : result.error().description().toStdString();
 }
 
-Expected<void> refuse(const QString &path)
-{
-    return Error::posix(EACCES, path);
-}
-
 void inject(Fault fault, FileOperations &files)
 {
+    const auto refuse = [](const QString &path, const auto &...) { return Expected<void>(Error::posix(EACCES, path)); };
     if (fault == Unrunnable)
         files.isExecutableFile = [](const QString &) { return false; };
     if (fault == RefuseLink)
-        files.createLink = [](const QString &link, const QString &) { return refuse(link); };
+        files.createLink = refuse;
     if (fault == RefuseRemove)
         files.remove = refuse;
 }

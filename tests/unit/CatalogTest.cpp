@@ -16,11 +16,8 @@ TEST(CatalogTest, OffersOnlyEnabledSelectableKeyboardSources)
     const std::tuple<Edit, std::optional<InputChoice>> rows[] = {
         {[](SourceProperties &) {}, us},
         {[](SourceProperties &s) { s.enabled = false; }, std::nullopt},
-        {[](SourceProperties &s) { s.enabled = QStringLiteral("true"); }, std::nullopt},
         {[](SourceProperties &s) { s.selectCapable = false; }, std::nullopt},
-        {[](SourceProperties &s) { s.selectCapable = QVariant(); }, std::nullopt},
         {[](SourceProperties &s) { s.category = QStringLiteral("palette"); }, std::nullopt},
-        {[](SourceProperties &s) { s.category = QStringList{s.category.toString()}; }, std::nullopt},
         {[](SourceProperties &s) { s.languages = QVariant(); }, us},
         {[](SourceProperties &s) { s.localizedName = 7; }, InputChoice{us.id, QString()}},
         {[](SourceProperties &s) { s.id = QByteArray("xkb:us::eng"); }, InputChoice{QString(), us.name}},
