@@ -46,7 +46,7 @@ QStringList commandLine(Step step)
 constexpr int failedStatus = 5;
 
 // A temporary home with a real executable reached through a symbolic link, and
-// a scripted service manager that records every command line it is given.
+// a scripted service manager that records the step of every command line it is given.
 class Scene
 {
 public:
@@ -93,15 +93,6 @@ public:
         return bytes == "previous" ? OldFile : RegularFile;
     }
 
-    std::vector<std::string> lines(const std::vector<Step> &steps) const
-    {
-        std::vector<std::string> out;
-        out.reserve(steps.size());
-        for (const Step step : steps)
-            out.push_back(commandLine(step).join(QLatin1Char(' ')).toStdString());
-        return out;
-    }
-
     Expected<void> expected(Outcome outcome) const
     {
         const auto failed = [&](Step step) {
@@ -126,24 +117,24 @@ public:
     QString agentFile() const { return m_manager.agentFile; }
     QString commandLink() const { return m_home.filePath(QStringLiteral(".local/bin/tolvar")); }
     QString givenExecutable() const { return m_home.filePath(QStringLiteral("tolvar-link")); }
-    const std::vector<std::string> &ran() const { return m_ran; }
+    const std::vector<Step> &ran() const { return m_ran; }
 
     FileOperations files = FileOperations::live();
 
 private:
     LaunchctlResult answer(const QStringList &line) const
     {
-        m_ran.push_back(line.join(QLatin1Char(' ')).toStdString());
         for (const Step step : {DisabledQuery, LoadedQuery, Enable, Load, Disable, Unload}) {
             if (line != commandLine(step))
                 continue;
+            m_ran.push_back(step);
             if (step == DisabledQuery)
                 return answers[static_cast<int>(m_state)];
             if (step == LoadedQuery)
                 return {m_loaded ? 0 : 3, QString()};
             return {std::count(m_failing.begin(), m_failing.end(), step) ? failedStatus : 0, QString()};
         }
-        ADD_FAILURE() << "unexpected command line: " << m_ran.back();
+        ADD_FAILURE() << "unexpected command line: " << qPrintable(line.join(' '));
         return {1, QString()};
     }
 
@@ -153,7 +144,7 @@ private:
     bool m_loaded;
     std::vector<Step> m_failing;
     QString m_executable;
-    mutable std::vector<std::string> m_ran;
+    mutable std::vector<Step> m_ran;
 };
 
 std::string described(const Expected<void> &result)
@@ -201,7 +192,7 @@ TEST_P(AgentInstallTest, DrivesTheServiceManagerAndUndoesFailures)
     const Expected<void> result = scene.controller().install(scene.givenExecutable(), row.installCommand);
 
     EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
-    EXPECT_EQ(scene.ran(), scene.lines(row.steps));
+    EXPECT_EQ(scene.ran(), row.steps);
     EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
     EXPECT_EQ(scene.at(scene.commandLink()), row.commandLinkAfter);
 }
@@ -270,7 +261,7 @@ TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
     const Expected<void> result = scene.controller().uninstall(row.stop);
 
     EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
-    EXPECT_EQ(std::vector(scene.ran().begin() + before, scene.ran().end()), scene.lines(row.steps));
+    EXPECT_EQ(std::vector(scene.ran().begin() + before, scene.ran().end()), row.steps);
     EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
     EXPECT_EQ(scene.at(scene.commandLink()), installed ? CorrectLink : Nothing) << "the command link stays";
 }
@@ -296,7 +287,7 @@ TEST(AgentLoginEnabledTest, NeedsTheFileAndNoDisabledMark)
         Scene scene(state, false, {});
         scene.put(scene.agentFile(), installed ? OldFile : Nothing);
         EXPECT_EQ(scene.controller().isLoginEnabled(), enabled);
-        EXPECT_EQ(scene.ran(), scene.lines(installed ? std::vector{DisabledQuery} : std::vector<Step>{}));
+        EXPECT_EQ(scene.ran(), installed ? std::vector{DisabledQuery} : std::vector<Step>{});
     }
 }
 
