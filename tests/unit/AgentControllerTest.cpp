@@ -272,7 +272,6 @@ TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
 const UninstallCase uninstallCases[] = {
     {"NeverUnloadsWithoutBeingAsked", NewFile, false, true, {}, {Disable}, Ok, Nothing},
     {"StopsTheRunningAgentWhenAsked", NewFile, true, true, {}, {Disable, LoadedQuery, Unload}, Ok, Nothing},
-    {"MissingFileIsStillDisabled", Nothing, false, false, {}, {Disable}, Ok, Nothing},
     {"FolderAtTheAgentFileConflicts", Folder, false, false, {}, {}, PlistConflict, Folder},
     {"FailingDisableStopsNothing", NewFile, true, true, {Disable}, {Disable}, StepFailed, Nothing}};
 // clang-format on

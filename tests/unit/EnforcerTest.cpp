@@ -279,7 +279,6 @@ TEST_F(EnforcerTest, Triggers)
     };
     EXPECT_TRUE(look(us, true));
     EXPECT_FALSE(look(us, false)) << "paused";
-    EXPECT_FALSE(look(std::nullopt, true)) << "nothing pinned";
     EXPECT_FALSE(look(QString(), true)) << "nothing pinned";
 }
 

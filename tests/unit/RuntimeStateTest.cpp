@@ -45,8 +45,6 @@ TEST(RuntimeStateTest, Derives)
          S::Switching},
         {{.switching = true, .manualWarning = warning, .pinnedID = us, .pinnedName = name}, S::Switching},
         {{.manualWarning = warning, .pinnedID = us, .pinnedName = name}, S::Error},
-        {{.manualWarning = warning}, S::Setup},
-        {{.automaticWarning = warning, .pinnedID = us, .pinnedName = name}, S::Paused},
         {{.enabled = true, .automaticWarning = warning, .pinnedID = us, .pinnedName = name, .currentID = us}, S::Error},
         {{.enabled = true, .pinnedID = us, .pinnedName = QString(), .currentID = us}, S::Keeping},
         {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us.toUpper()}, S::Waiting}};
