@@ -13,7 +13,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <functional>
 #include <string>
 #include <vector>
 
