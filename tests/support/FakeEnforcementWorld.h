@@ -26,10 +26,7 @@ struct FakeEnforcementWorld
     std::optional<QString> unreachable;
     QString current = QStringLiteral("xkb:de::ger");
     // Selectable sources and whether each needs the focus helper.
-    QHash<QString, bool> sources = {{QStringLiteral("xkb:us::eng"), false},
-                                    {QStringLiteral("xkb:de::ger"), false},
-                                    {QStringLiteral("hangul"), true},
-                                    {QStringLiteral("anthy"), true}};
+    QHash<QString, bool> sources = {{"xkb:us::eng", false}, {"xkb:de::ger", false}, {"hangul", true}, {"anthy", true}};
     qint32 selectStatus = 0;
     bool selectTakesEffect = true;
     std::optional<QString> launchError;

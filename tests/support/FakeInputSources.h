@@ -2,46 +2,38 @@
 
 #include "platform/InputSources.h"
 
-#include <QList>
-#include <QPointer>
 #include <QStringList>
 
-#include <functional>
-#include <memory>
-#include <optional>
-
-// An input-source system held in memory. Whatever a test puts in `sources` is
-// what the system reports, odd properties included; selecting a known source
-// makes it current and announces the change.
-class FakeInputSources
+// An input-source system that reports exactly `sources`, odd properties included.
+struct FakeInputSources
 {
-public:
-    struct Observer
+    QList<SourceProperties> sources;
+
+    InputSources port() const
     {
-        QPointer<QObject> context;
-        std::function<void()> callback;
-    };
-
-    struct State
-    {
-        QList<SourceProperties> sources;
-        QString current;
-        // When set, every select answers this status and changes nothing.
-        std::optional<qint32> selectStatus;
-        bool secureInput = false;
-        QStringList selected;
-        QList<Observer> selectionObservers;
-        QList<Observer> enabledObservers;
-    };
-
-    std::shared_ptr<State> state = std::make_shared<State>();
-
-    InputSources port() const;
+        InputSources port = InputSources::none();
+        port.enabled = [s = sources] { return s; };
+        port.matching = [s = sources](const QString &id) {
+            QList<SourceProperties> found;
+            for (const SourceProperties &source : s) {
+                if (source.id.metaType() == QMetaType::fromType<QString>() && source.id.toString() == id)
+                    found << source;
+            }
+            return found;
+        };
+        return port;
+    }
 
     // An enabled, selectable keyboard source with every property present.
-    static SourceProperties keyboard(const QString &id, const QString &name, const QStringList &languages = {});
-
-    // Calls the observers later on their contexts' threads, as the system would.
-    void announceSelection() const;
-    void announceEnabled() const;
+    static SourceProperties keyboard(const QString &id, const QString &name, const QStringList &languages = {})
+    {
+        SourceProperties source;
+        source.id = id;
+        source.localizedName = name;
+        source.enabled = true;
+        source.selectCapable = true;
+        source.category = SourceProperties::keyboardCategory;
+        source.languages = languages;
+        return source;
+    }
 };

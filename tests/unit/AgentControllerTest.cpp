@@ -1,6 +1,5 @@
 #include "core/login/AgentController.h"
 #include "core/login/AgentError.h"
-#include "platform/LaunchdService.h"
 #include "platform/SystemdService.h"
 #include "support/ParamName.h"
 #include "support/Process.h"
@@ -14,7 +13,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <functional>
 #include <string>
 #include <vector>
 
@@ -26,8 +24,8 @@ enum class State { NotDisabled, Disabled, Unreadable };
 enum class Place { Nothing, NewFile, OldFile, Folder, CorrectLink, OtherLink, RegularFile };
 enum class Fault { None, Unrunnable, RefuseLink, RefuseRemove };
 // clang-format off
-enum class Outcome { Ok, NotExecutable, CommandConflict, StateUnavailable, ReadFailed, PlistConflict, StepFailed, LinkRefused,
-                     RollbackFailed };
+enum class Outcome { Ok, NotExecutable, CommandConflict, StateUnavailable, ReadFailed, PlistConflict, StepFailed,
+                     LinkRefused, RollbackFailed };
 // clang-format on
 using enum Step;
 using enum State;
@@ -35,50 +33,24 @@ using enum Place;
 using enum Fault;
 using enum Outcome;
 
-// A service manager, the exact command line of each step, and its answer for each State.
-struct Variant
-{
-    const char *name;
-    std::function<ServiceManager(const QString &home)> make;
-    std::function<QStringList(Step, const QString &home)> line;
-    const char *verbs[6];
-    LaunchctlResult answers[3];
-};
+// The exact command line of each step and the disabled query's answer for each State.
+const char *const verbs[] = {"is-enabled", "is-active", "enable", "start", "disable", "stop"};
+const LaunchctlResult answers[] = {{0, "enabled\n"}, {1, "disabled\n"}, {0, "static\n"}};
 
-const Variant variants[] = {
-    {"launchd",
-     [](const QString &home) { return LaunchdService::manager(home, 501); },
-     [](Step step, const QString &home) {
-         const QString verb = variants[0].verbs[static_cast<int>(step)];
-         if (step == DisabledQuery)
-             return QStringList{"/bin/launchctl", verb, "gui/501"};
-         if (step == Load)
-             return QStringList{"/bin/launchctl", verb, "gui/501", home + "/Library/LaunchAgents/app.tolvar.plist"};
-         return QStringList{"/bin/launchctl", verb, "gui/501/app.tolvar"};
-     },
-     {"print-disabled", "print", "enable", "bootstrap", "disable", "bootout"},
-     {{0, "disabled services = {\n\t\"com.example.other\" => disabled\n}\n"},
-      {0, "disabled services = {\n\t\"app.tolvar\" => disabled\n}\n"},
-      {0, "Unrecognized subcommand\n"}}},
-    {"systemd",
-     [](const QString &home) { return SystemdService::manager(home + "/.config"); },
-     [](Step step, const QString &) {
-         return QStringList{"systemctl", "--user", variants[1].verbs[static_cast<int>(step)], "app.tolvar.service"};
-     },
-     {"is-enabled", "is-active", "enable", "start", "disable", "stop"},
-     {{0, "enabled\n"}, {1, "disabled\n"}, {0, "static\n"}}},
-};
+QStringList commandLine(Step step)
+{
+    return {"systemctl", "--user", verbs[static_cast<int>(step)], "app.tolvar.service"};
+}
 
 constexpr int failedStatus = 5;
 
 // A temporary home with a real executable reached through a symbolic link, and
-// a scripted service manager that records every command line it is given.
+// a scripted service manager that records the step of every command line it is given.
 class Scene
 {
 public:
-    Scene(const Variant &variant, State state, bool loaded, std::vector<Step> failing)
-        : m_variant(variant)
-        , m_manager(variant.make(m_home.path()))
+    Scene(State state, bool loaded, std::vector<Step> failing)
+        : m_manager(SystemdService::manager(m_home.path() + "/.config"))
         , m_state(state)
         , m_loaded(loaded)
         , m_failing(std::move(failing))
@@ -120,19 +92,10 @@ public:
         return bytes == "previous" ? OldFile : RegularFile;
     }
 
-    std::vector<std::string> lines(const std::vector<Step> &steps) const
-    {
-        std::vector<std::string> out;
-        out.reserve(steps.size());
-        for (const Step step : steps)
-            out.push_back(m_variant.line(step, m_home.path()).join(QLatin1Char(' ')).toStdString());
-        return out;
-    }
-
     Expected<void> expected(Outcome outcome) const
     {
         const auto failed = [&](Step step) {
-            return AgentError::commandFailed(QLatin1String(m_variant.verbs[static_cast<int>(step)]), failedStatus);
+            return AgentError::commandFailed(QLatin1String(verbs[static_cast<int>(step)]), failedStatus);
         };
         switch (outcome) {
         case Ok: return {};
@@ -153,35 +116,34 @@ public:
     QString agentFile() const { return m_manager.agentFile; }
     QString commandLink() const { return m_home.filePath(QStringLiteral(".local/bin/tolvar")); }
     QString givenExecutable() const { return m_home.filePath(QStringLiteral("tolvar-link")); }
-    const std::vector<std::string> &ran() const { return m_ran; }
+    const std::vector<Step> &ran() const { return m_ran; }
 
     FileOperations files = FileOperations::live();
 
 private:
     LaunchctlResult answer(const QStringList &line) const
     {
-        m_ran.push_back(line.join(QLatin1Char(' ')).toStdString());
         for (const Step step : {DisabledQuery, LoadedQuery, Enable, Load, Disable, Unload}) {
-            if (line != m_variant.line(step, m_home.path()))
+            if (line != commandLine(step))
                 continue;
+            m_ran.push_back(step);
             if (step == DisabledQuery)
-                return m_variant.answers[static_cast<int>(m_state)];
+                return answers[static_cast<int>(m_state)];
             if (step == LoadedQuery)
                 return {m_loaded ? 0 : 3, QString()};
             return {std::count(m_failing.begin(), m_failing.end(), step) ? failedStatus : 0, QString()};
         }
-        ADD_FAILURE() << "unexpected command line: " << m_ran.back();
+        ADD_FAILURE() << "unexpected command line: " << qPrintable(line.join(' '));
         return {1, QString()};
     }
 
     QTemporaryDir m_home;
-    const Variant &m_variant;
     ServiceManager m_manager;
     State m_state;
     bool m_loaded;
     std::vector<Step> m_failing;
     QString m_executable;
-    mutable std::vector<std::string> m_ran;
+    mutable std::vector<Step> m_ran;
 };
 
 std::string described(const Expected<void> &result)
@@ -189,17 +151,13 @@ std::string described(const Expected<void> &result)
     return result ? std::string("ok") : result.error().description().toStdString();
 }
 
-Expected<void> refuse(const QString &path)
-{
-    return Error::posix(EACCES, path);
-}
-
 void inject(Fault fault, FileOperations &files)
 {
+    const auto refuse = [](const QString &path, const auto &...) { return Expected<void>(Error::posix(EACCES, path)); };
     if (fault == Unrunnable)
         files.isExecutableFile = [](const QString &) { return false; };
     if (fault == RefuseLink)
-        files.createLink = [](const QString &link, const QString &) { return refuse(link); };
+        files.createLink = refuse;
     if (fault == RefuseRemove)
         files.remove = refuse;
 }
@@ -225,66 +183,54 @@ using AgentInstallTest = testing::TestWithParam<InstallCase>;
 TEST_P(AgentInstallTest, DrivesTheServiceManagerAndUndoesFailures)
 {
     const InstallCase &row = GetParam();
-    for (const Variant &variant : variants) {
-        SCOPED_TRACE(variant.name);
-        Scene scene(variant, row.state, row.loaded, row.failing);
-        scene.put(scene.agentFile(), row.agentFile);
-        scene.put(scene.commandLink(), row.commandLink);
-        inject(row.fault, scene.files);
+    Scene scene(row.state, row.loaded, row.failing);
+    scene.put(scene.agentFile(), row.agentFile);
+    scene.put(scene.commandLink(), row.commandLink);
+    inject(row.fault, scene.files);
 
-        const Expected<void> result = scene.controller().install(scene.givenExecutable(), row.installCommand);
+    const Expected<void> result = scene.controller().install(scene.givenExecutable(), row.installCommand);
 
-        EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
-        EXPECT_EQ(scene.ran(), scene.lines(row.steps));
-        EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
-        EXPECT_EQ(scene.at(scene.commandLink()), row.commandLinkAfter);
-    }
+    EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
+    EXPECT_EQ(scene.ran(), row.steps);
+    EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
+    EXPECT_EQ(scene.at(scene.commandLink()), row.commandLinkAfter);
 }
 
-const std::vector<Step> fullInstall = {DisabledQuery, LoadedQuery, Enable, Load};
+const std::vector<Step> full = {DisabledQuery, LoadedQuery, Enable, Load};
 const std::vector<Step> rolledBack = {DisabledQuery, LoadedQuery, Enable, Load, Disable};
 
 // Each row: with the command link?, agent file and command link before, disabled mark, loaded?, failing
 // commands, file fault; then the commands run, the outcome, agent file and command link after.
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(, AgentInstallTest, testing::Values(
-    InstallCase{"FreshInstall", false, Nothing, Nothing, NotDisabled, false, {}, None, fullInstall, Ok, NewFile, Nothing},
-    InstallCase{"CommandLinkLeadsToTheResolvedExecutable", true, Nothing, Nothing, NotDisabled, false, {}, None,
-                fullInstall, Ok, NewFile, CorrectLink},
-    InstallCase{"LoadedAgentIsNotLoadedAgain", false, Nothing, Nothing, NotDisabled, true, {}, None,
-                {DisabledQuery, LoadedQuery, Enable}, Ok, NewFile, Nothing},
-    InstallCase{"UnrunnableExecutable", false, Nothing, Nothing, NotDisabled, false, {}, Unrunnable, {}, NotExecutable, Nothing, Nothing},
-    InstallCase{"RegularFileAtTheCommandLink", true, Nothing, RegularFile, NotDisabled, false, {}, None, {}, CommandConflict, Nothing, RegularFile},
-    InstallCase{"LinkToAnotherProgram", true, Nothing, OtherLink, NotDisabled, false, {}, None, {}, CommandConflict, Nothing, OtherLink},
-    InstallCase{"UnreadableStateKeepsThePreviousFile", false, OldFile, Nothing, Unreadable, false, {}, None,
-                {DisabledQuery}, StateUnavailable, OldFile, Nothing},
-    InstallCase{"FolderAtTheAgentFile", false, Folder, Nothing, NotDisabled, false, {}, None, {}, ReadFailed, Folder, Nothing},
-    InstallCase{"FailingLoadRestoresBytesLinkAndDisabledMark", true, OldFile, Nothing, Disabled, false, {Load}, None,
-                rolledBack, StepFailed, OldFile, Nothing},
-    InstallCase{"FailingLoadRemovesTheNewFile", false, Nothing, Nothing, NotDisabled, false, {Load}, None,
-                fullInstall, StepFailed, Nothing, Nothing},
-    InstallCase{"LinkThatWasAlreadyThereSurvivesTheRollback", true, Nothing, CorrectLink, NotDisabled, false, {Load}, None,
-                fullInstall, StepFailed, Nothing, CorrectLink},
-    InstallCase{"FailingEnableLeavesTheDisabledMarkAlone", true, Nothing, Nothing, Disabled, false, {Enable}, None,
-                {DisabledQuery, LoadedQuery, Enable}, StepFailed, Nothing, Nothing},
-    InstallCase{"RefusedLinkNeitherRemovesALinkNorDisables", true, Nothing, Nothing, Disabled, false, {}, RefuseLink,
-                {DisabledQuery, LoadedQuery}, LinkRefused, Nothing, Nothing},
-    InstallCase{"FailedRollbackReportsEveryFailure", false, Nothing, Nothing, Disabled, false, {Load, Disable}, RefuseRemove,
-                rolledBack, RollbackFailed, NewFile, Nothing}),
-    ParamName());
+const InstallCase installCases[] = {
+    {"FreshInstall", false, Nothing, Nothing, NotDisabled, false, {}, None, full, Ok, NewFile, Nothing},
+    {"CommandLinkToTheResolvedExecutable", true, Nothing, Nothing, NotDisabled, false, {}, None, full, Ok, NewFile,
+     CorrectLink},
+    {"LoadedAgentIsNotLoadedAgain", false, Nothing, Nothing, NotDisabled, true, {}, None,
+     {DisabledQuery, LoadedQuery, Enable}, Ok, NewFile, Nothing},
+    {"UnrunnableExecutable", false, Nothing, Nothing, NotDisabled, false, {}, Unrunnable, {}, NotExecutable, Nothing,
+     Nothing},
+    {"RegularFileAtTheCommandLink", true, Nothing, RegularFile, NotDisabled, false, {}, None, {}, CommandConflict,
+     Nothing, RegularFile},
+    {"LinkToAnotherProgram", true, Nothing, OtherLink, NotDisabled, false, {}, None, {}, CommandConflict, Nothing,
+     OtherLink},
+    {"UnreadableStateKeepsThePreviousFile", false, OldFile, Nothing, Unreadable, false, {}, None, {DisabledQuery},
+     StateUnavailable, OldFile, Nothing},
+    {"FolderAtTheAgentFile", false, Folder, Nothing, NotDisabled, false, {}, None, {}, ReadFailed, Folder, Nothing},
+    {"FailingLoadRestoresBytesLinkAndDisabledMark", true, OldFile, Nothing, Disabled, false, {Load}, None, rolledBack,
+     StepFailed, OldFile, Nothing},
+    {"FailingLoadRemovesTheNewFile", false, Nothing, Nothing, NotDisabled, false, {Load}, None, full, StepFailed,
+     Nothing, Nothing},
+    {"LinkThatWasAlreadyThereSurvivesTheRollback", true, Nothing, CorrectLink, NotDisabled, false, {Load}, None, full,
+     StepFailed, Nothing, CorrectLink},
+    {"FailingEnableLeavesTheDisabledMarkAlone", true, Nothing, Nothing, Disabled, false, {Enable}, None,
+     {DisabledQuery, LoadedQuery, Enable}, StepFailed, Nothing, Nothing},
+    {"RefusedLinkNeitherRemovesALinkNorDisables", true, Nothing, Nothing, Disabled, false, {}, RefuseLink,
+     {DisabledQuery, LoadedQuery}, LinkRefused, Nothing, Nothing},
+    {"FailedRollbackReportsEveryFailure", false, Nothing, Nothing, Disabled, false, {Load, Disable}, RefuseRemove,
+     rolledBack, RollbackFailed, NewFile, Nothing}};
 // clang-format on
-
-TEST(AgentInstallLaunchdTest, FailedPrintDisabledIsACommandFailure)
-{
-    QTemporaryDir home;
-    const AgentController controller(home.path(), LaunchdService::manager(home.path(), 501), FileOperations::live(),
-                                     [](const QString &, const QStringList &) {
-                                         return LaunchctlResult{113, {}};
-                                     });
-    EXPECT_EQ(described(controller.install(QStringLiteral("/bin/sh"), false)),
-              described(AgentError::commandFailed(QStringLiteral("print-disabled"), 113)));
-    EXPECT_FALSE(QFileInfo::exists(controller.agentFile()));
-}
+INSTANTIATE_TEST_SUITE_P(, AgentInstallTest, testing::ValuesIn(installCases), ParamName());
 
 struct UninstallCase
 {
@@ -303,51 +249,43 @@ using AgentUninstallTest = testing::TestWithParam<UninstallCase>;
 TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
 {
     const UninstallCase &row = GetParam();
-    for (const Variant &variant : variants) {
-        SCOPED_TRACE(variant.name);
-        Scene scene(variant, NotDisabled, row.loaded, row.failing);
-        const bool installed = row.agentFile == NewFile;
-        if (installed) {
-            ASSERT_TRUE(scene.controller().install(scene.givenExecutable(), true).ok());
-        }
-        scene.put(scene.agentFile(), row.agentFile);
-        const auto before = static_cast<long>(scene.ran().size());
-
-        const Expected<void> result = scene.controller().uninstall(row.stop);
-
-        EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
-        EXPECT_EQ(std::vector(scene.ran().begin() + before, scene.ran().end()), scene.lines(row.steps));
-        EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
-        EXPECT_EQ(scene.at(scene.commandLink()), installed ? CorrectLink : Nothing)
-            << "uninstalling leaves the command link";
+    Scene scene(NotDisabled, row.loaded, row.failing);
+    const bool installed = row.agentFile == NewFile;
+    if (installed) {
+        ASSERT_TRUE(scene.controller().install(scene.givenExecutable(), true).ok());
     }
+    scene.put(scene.agentFile(), row.agentFile);
+    const auto before = static_cast<long>(scene.ran().size());
+
+    const Expected<void> result = scene.controller().uninstall(row.stop);
+
+    EXPECT_EQ(described(result), described(scene.expected(row.outcome)));
+    EXPECT_EQ(std::vector(scene.ran().begin() + before, scene.ran().end()), row.steps);
+    EXPECT_EQ(scene.at(scene.agentFile()), row.agentFileAfter);
+    EXPECT_EQ(scene.at(scene.commandLink()), installed ? CorrectLink : Nothing) << "the command link stays";
 }
 
 // Each row: agent file before, stop the running agent?, loaded?, failing commands; then the commands run,
 // the outcome and the agent file after.
 // clang-format off
-INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::Values(
-    UninstallCase{"NeverUnloadsWithoutBeingAsked", NewFile, false, true, {}, {Disable}, Ok, Nothing},
-    UninstallCase{"StopsTheRunningAgentWhenAsked", NewFile, true, true, {}, {Disable, LoadedQuery, Unload}, Ok, Nothing},
-    UninstallCase{"NothingToStop", NewFile, true, false, {}, {Disable, LoadedQuery}, Ok, Nothing},
-    UninstallCase{"MissingFileIsStillDisabled", Nothing, false, false, {}, {Disable}, Ok, Nothing},
-    UninstallCase{"FolderAtTheAgentFileConflicts", Folder, false, false, {}, {}, PlistConflict, Folder},
-    UninstallCase{"FailingDisableStopsNothing", NewFile, true, true, {Disable}, {Disable}, StepFailed, Nothing}),
-    ParamName());
+const UninstallCase uninstallCases[] = {
+    {"NeverUnloadsWithoutBeingAsked", NewFile, false, true, {}, {Disable}, Ok, Nothing},
+    {"StopsTheRunningAgentWhenAsked", NewFile, true, true, {}, {Disable, LoadedQuery, Unload}, Ok, Nothing},
+    {"FolderAtTheAgentFileConflicts", Folder, false, false, {}, {}, PlistConflict, Folder},
+    {"FailingDisableStopsNothing", NewFile, true, true, {Disable}, {Disable}, StepFailed, Nothing}};
 // clang-format on
+INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::ValuesIn(uninstallCases), ParamName());
 
 TEST(AgentLoginEnabledTest, NeedsTheFileAndNoDisabledMark)
 {
     using Row = std::tuple<bool, State, bool>; // installed?, disabled mark; then enabled?
-    for (const Variant &variant : variants) {
-        for (const auto &[installed, state, enabled] : {Row{false, NotDisabled, false}, Row{true, NotDisabled, true},
-                                                        Row{true, Disabled, false}, Row{true, Unreadable, false}}) {
-            SCOPED_TRACE(testing::Message() << variant.name << installed << static_cast<int>(state));
-            Scene scene(variant, state, false, {});
-            scene.put(scene.agentFile(), installed ? OldFile : Nothing);
-            EXPECT_EQ(scene.controller().isLoginEnabled(), enabled);
-            EXPECT_EQ(scene.ran(), scene.lines(installed ? std::vector{DisabledQuery} : std::vector<Step>{}));
-        }
+    for (const auto &[installed, state, enabled] : {Row{false, NotDisabled, false}, Row{true, NotDisabled, true},
+                                                    Row{true, Disabled, false}, Row{true, Unreadable, false}}) {
+        SCOPED_TRACE(testing::Message() << installed << static_cast<int>(state));
+        Scene scene(state, false, {});
+        scene.put(scene.agentFile(), installed ? OldFile : Nothing);
+        EXPECT_EQ(scene.controller().isLoginEnabled(), enabled);
+        EXPECT_EQ(scene.ran(), installed ? std::vector{DisabledQuery} : std::vector<Step>{});
     }
 }
 

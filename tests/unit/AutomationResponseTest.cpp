@@ -25,7 +25,8 @@ TEST(AutomationResponseTest, EncodesByteForByte)
     // clang-format off
     const std::pair<AutomationResponse, const char *> rows[] = {
         {AutomationResponse::success("status", keeping()),
-            R"j({"command":"status","ok":true,"schemaVersion":1,"status":{"backend":"ibus","current":{"id":"xkb:us::eng","name":"English (US)"},)j"
+            R"j({"command":"status","ok":true,"schemaVersion":1,"status":{"backend":"ibus",)j"
+            R"j("current":{"id":"xkb:us::eng","name":"English (US)"},)j"
             R"j("enabled":true,"loginEnabled":false,"onboardingCompleted":true,"running":true,"state":"keeping",)j"
             R"j("target":{"available":true,"id":"xkb:us::eng","name":"English (US)"}}})j"},
         {AutomationResponse::success("status", goneTarget()),
@@ -39,22 +40,11 @@ TEST(AutomationResponseTest, EncodesByteForByte)
             R"j({"command":"list","ok":true,"schemaVersion":1,"sources":[{"id":"xkb:us::eng","name":"English (US)"},)j"
             R"j({"id":"hangul","name":"Korean"}]})j"},
         {AutomationResponse::failure("lsit", AutomationFailure::invalidArguments()),
-            R"j({"command":"lsit","error":{"code":"invalid_arguments","message":"Invalid command or arguments. Run tolvar help for usage."},"ok":false,"schemaVersion":1})j"}};
+            R"j({"command":"lsit","error":{"code":"invalid_arguments","message":"Invalid command or arguments. )j"
+            R"j(Run tolvar help for usage."},"ok":false,"schemaVersion":1})j"}};
     // clang-format on
     for (const auto &[response, json] : rows)
         EXPECT_EQ(response.encoded(), QByteArray(json));
-}
-
-TEST(AutomationStatusJsonTest, DecodesWhatItEncodes)
-{
-    AutomationStatus unreachable = keeping();
-    unreachable.backendError = AutomationFailure::gnomeExtensionMissing();
-    unreachable.target.reset();
-    for (const AutomationStatus &status : {keeping(), goneTarget(), unreachable})
-        EXPECT_EQ(AutomationStatus::fromJson(status.toJson()), status);
-    QJsonObject broken = keeping().toJson();
-    broken.insert("state", "secureInput");
-    EXPECT_EQ(AutomationStatus::fromJson(broken), std::nullopt) << "raw values only";
 }
 
 } // namespace

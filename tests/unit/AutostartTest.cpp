@@ -43,14 +43,11 @@ TEST(XdgAutostartTest, InstallsRemovesAndRollsBack)
         if (previousEntry)
             writeFile(manager.agentFile, "[Desktop Entry]\nHidden=true\n");
         FileOperations files = FileOperations::live();
+        const auto refuse = [](const QString &p, const auto &) { return Expected<void>(Error::posix(EACCES, p)); };
         if (refuseWrite)
-            files.writeAtomically = [](const QString &p, const QByteArray &) {
-                return Expected<void>(Error::posix(EACCES, p));
-            };
+            files.writeAtomically = refuse;
         if (refuseLink)
-            files.createLink = [](const QString &p, const QString &) {
-                return Expected<void>(Error::posix(EACCES, p));
-            };
+            files.createLink = refuse;
         const AgentController controller(home.path(), manager, files, [](const QString &, const QStringList &) {
             ADD_FAILURE() << "autostart runs no program";
             return LaunchctlResult{1, {}};

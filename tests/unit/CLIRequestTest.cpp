@@ -17,19 +17,12 @@ TEST(CLIRequestTest, AcceptsOrRefuses)
     // clang-format on
     for (const auto &[arguments, expected] : accepted)
         EXPECT_EQ(CLIRequest::parse(arguments).value(), expected) << qPrintable(arguments.join(' '));
-    for (const QStringList &arguments : QList<QStringList>{{"status", "--json", "--json"},
-                                                           {"set"},
-                                                           {"set", id, id},
-                                                           {"set", "-x"},
-                                                           {"set", ""},
-                                                           {"install"},
-                                                           {"pause", "now"},
-                                                           {"-h", "--json"},
-                                                           {"help", "me"},
-                                                           {"status", "--help"},
-                                                           {"Status"},
-                                                           {""},
-                                                           {"gui"}}) {
+    // clang-format off
+    const QList<QStringList> refused = {{"status", "--json", "--json"}, {"set"}, {"set", id, id}, {"set", "-x"},
+        {"set", ""}, {"install"}, {"pause", "now"}, {"-h", "--json"}, {"help", "me"}, {"status", "--help"}, {"Status"},
+        {""}, {"gui"}};
+    // clang-format on
+    for (const QStringList &arguments : refused) {
         const auto parsed = CLIRequest::parse(arguments);
         ASSERT_FALSE(parsed.ok()) << qPrintable(arguments.join(' '));
         EXPECT_EQ(parsed.error(), AutomationFailure::invalidArguments());

@@ -60,14 +60,6 @@ TEST_F(ConfigStoreTest, MissingFileLoadsDefaultsAndABadOneIsForgivenOnlyOnReques
     EXPECT_EQ(ConfigStore::loadOrDefault(directory()), Config{});
 }
 
-TEST_F(ConfigStoreTest, ExtraKeysDisappearOnTheNextWrite)
-{
-    writeRaw(R"({"enabled":false,"onboardingCompleted":true,"colour":"teal"})");
-    ASSERT_TRUE(ConfigStore::mutate(directory(), pin(QStringLiteral("a")), m_notifications.record()).ok());
-    EXPECT_FALSE(readRaw().contains("colour"));
-    EXPECT_TRUE(ConfigStore::loadFrom(directory())->onboardingCompleted);
-}
-
 // An undecodable file or a failing edit: the bytes stay, and nobody is told.
 TEST_F(ConfigStoreTest, RefusedEditsWriteAndPostNothing)
 {

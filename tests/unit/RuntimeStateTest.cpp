@@ -11,16 +11,12 @@ void PrintTo(const RuntimeState &state, std::ostream *out)
 
 namespace {
 
-TEST(RuntimeStateTest, RawValuesDecodeExactly)
+// The words of the JSON status.
+TEST(RuntimeStateTest, RawValues)
 {
     for (const char *raw :
          {"setup", "paused", "keeping", "switching", "waiting", "secure_input", "missing_source", "error", "stopped"})
         EXPECT_EQ(RuntimeState::fromRaw(QLatin1String(raw)).value_or(RuntimeState::Error).raw(), raw);
-    for (const char *raw : {"secureInput", "Keeping", " paused", "", "missing-source"})
-        EXPECT_EQ(RuntimeState::fromRaw(QLatin1String(raw)), std::nullopt) << raw;
-    // Only the states that pass by themselves pulse.
-    for (const RuntimeState state : {RuntimeState::Switching, RuntimeState::Waiting, RuntimeState::Keeping})
-        EXPECT_EQ(state.isTransient(), state != RuntimeState::Keeping) << state;
 }
 
 const QString us = "xkb:us::eng";
@@ -30,28 +26,28 @@ const QString warning = "could not switch";
 // The first matching rule wins. Rows name only what differs from: keeping off, nothing pinned, no warnings.
 TEST(RuntimeStateTest, Derives)
 {
+    using S = RuntimeState;
     // clang-format off
     const std::pair<RuntimeInputs, RuntimeState> rows[] = {
-        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Keeping},
-        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = {}}, RuntimeState::Waiting},
-        {{.configError = true, .switching = true}, RuntimeState::Error},
-        {{}, RuntimeState::Paused},
-        {{.pinnedID = us}, RuntimeState::Paused},
-        {{.enabled = true}, RuntimeState::Setup},
-        {{.enabled = true, .pinnedID = QString(), .pinnedName = name}, RuntimeState::Setup},
-        {{.enabled = true, .pinnedID = us, .secureInput = true}, RuntimeState::MissingSource},
-        {{.enabled = true, .switching = true, .pinnedID = us, .pinnedName = name, .secureInput = true}, RuntimeState::SecureInput},
-        {{.enabled = true, .pinnedID = us, .pinnedName = name, .secureInput = true, .currentID = us}, RuntimeState::SecureInput},
-        {{.switching = true, .pinnedID = us, .pinnedName = name}, RuntimeState::Switching},
-        {{.automaticSwitching = true, .pinnedID = us, .pinnedName = name}, RuntimeState::Paused},
-        {{.enabled = true, .automaticSwitching = true, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Switching},
-        {{.switching = true, .manualWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Switching},
-        {{.manualWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Error},
-        {{.manualWarning = warning}, RuntimeState::Setup},
-        {{.automaticWarning = warning, .pinnedID = us, .pinnedName = name}, RuntimeState::Paused},
-        {{.enabled = true, .automaticWarning = warning, .pinnedID = us, .pinnedName = name, .currentID = us}, RuntimeState::Error},
-        {{.enabled = true, .pinnedID = us, .pinnedName = QString(), .currentID = us}, RuntimeState::Keeping},
-        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us.toUpper()}, RuntimeState::Waiting}};
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us}, S::Keeping},
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = {}}, S::Waiting},
+        {{.configError = true, .switching = true}, S::Error},
+        {{}, S::Paused},
+        {{.pinnedID = us}, S::Paused},
+        {{.enabled = true}, S::Setup},
+        {{.enabled = true, .pinnedID = QString(), .pinnedName = name}, S::Setup},
+        {{.enabled = true, .pinnedID = us, .secureInput = true}, S::MissingSource},
+        {{.enabled = true, .switching = true, .pinnedID = us, .pinnedName = name, .secureInput = true}, S::SecureInput},
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .secureInput = true, .currentID = us}, S::SecureInput},
+        {{.switching = true, .pinnedID = us, .pinnedName = name}, S::Switching},
+        {{.automaticSwitching = true, .pinnedID = us, .pinnedName = name}, S::Paused},
+        {{.enabled = true, .automaticSwitching = true, .pinnedID = us, .pinnedName = name, .currentID = us},
+         S::Switching},
+        {{.switching = true, .manualWarning = warning, .pinnedID = us, .pinnedName = name}, S::Switching},
+        {{.manualWarning = warning, .pinnedID = us, .pinnedName = name}, S::Error},
+        {{.enabled = true, .automaticWarning = warning, .pinnedID = us, .pinnedName = name, .currentID = us}, S::Error},
+        {{.enabled = true, .pinnedID = us, .pinnedName = QString(), .currentID = us}, S::Keeping},
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us.toUpper()}, S::Waiting}};
     // clang-format on
     for (size_t row = 0; row < std::size(rows); ++row)
         EXPECT_EQ(RuntimeState::derive(rows[row].first), rows[row].second) << "row " << row;

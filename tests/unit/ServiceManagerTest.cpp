@@ -23,9 +23,7 @@ TEST(ServiceMarkTest, ReadsTheDisabledQuery)
         {launchd, listing("\t\"com.example.other\" => disabled\n"), Mark::NotDisabled},
         {launchd, listing("\t\"app.tolvar\" => disabled\n"), Mark::Disabled},
         {launchd, listing("\t\"app.tolvar\" => true\n"), Mark::Disabled},
-        {launchd, listing("\t\"app.tolvar\" => enabled\n"), Mark::NotDisabled},
         {launchd, listing("\t\"app.tolvar\" => maybe\n"), Mark::Unreadable},
-        {launchd, listing("\"app.tolvar\"=>true,\n"), Mark::Disabled},
         {launchd, listing("\t\"app.tolvar.x\" => disabled\n"), Mark::NotDisabled},
         {launchd, listing("\t\"appxtolvar\" => disabled\n"), Mark::NotDisabled},
         {launchd, {0, QStringLiteral("\"app.tolvar\" => disabled\n}\n")}, Mark::Unreadable},
@@ -34,7 +32,6 @@ TEST(ServiceMarkTest, ReadsTheDisabledQuery)
         {systemd, {0, QStringLiteral("enabled\n")}, Mark::NotDisabled},
         {systemd, {1, QStringLiteral("disabled\n")}, Mark::Disabled},
         {systemd, {4, QStringLiteral("not-found\n")}, Mark::Disabled},
-        {systemd, {1, QString()}, Mark::Disabled},
         {systemd, {0, QStringLiteral("static\n")}, Mark::Unreadable},
         {systemd, {0, QString()}, Mark::Unreadable}};
     // clang-format on

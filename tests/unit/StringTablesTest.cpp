@@ -12,14 +12,6 @@ namespace {
 
 const QString sourceResources = QStringLiteral(TOLVAR_SOURCE_DIR "/resources");
 
-StringTable tableFor(const QString &code)
-{
-    const std::optional<StringTable> table = StringTable::load(sourceResources, code);
-    if (!table)
-        ADD_FAILURE() << "no readable table for " << qPrintable(code);
-    return table.value_or(StringTable());
-}
-
 QSet<QString> placeholders(const QString &text)
 {
     static const QRegularExpression pattern(QStringLiteral("%\\d+"));
@@ -55,21 +47,22 @@ QSet<QString> keysUsedInCode()
 // English has every key the code uses, and every other table has every English key with the same placeholders.
 TEST(StringTablesTest, EveryLanguageHasEveryKey)
 {
-    const StringTable english = tableFor(QStringLiteral("en"));
+    const StringTable english = StringTable::load(sourceResources, QStringLiteral("en")).value_or(StringTable());
     const QSet<QString> used = keysUsedInCode();
     EXPECT_FALSE(used.isEmpty());
     for (const QString &key : used)
         EXPECT_TRUE(english.text(key).has_value()) << "missing " << qPrintable(key);
     for (const L10n::Language &language : L10n::supported()) {
         SCOPED_TRACE(language.code.toStdString());
-        const StringTable table = tableFor(language.code);
+        const std::optional<StringTable> table = StringTable::load(sourceResources, language.code);
+        ASSERT_TRUE(table) << "no readable table";
         for (const QString &key : english.keys()) {
-            const std::optional<QString> text = table.text(key);
+            const std::optional<QString> text = table->text(key);
             ASSERT_TRUE(text.has_value()) << "missing " << qPrintable(key);
             EXPECT_FALSE(text->trimmed().isEmpty()) << "empty " << qPrintable(key);
             EXPECT_EQ(placeholders(*text), placeholders(*english.text(key))) << qPrintable(key);
         }
-        EXPECT_EQ(table.keys().size(), english.keys().size()) << "keys that English lacks";
+        EXPECT_EQ(table->keys().size(), english.keys().size()) << "keys that English lacks";
     }
 }
 

@@ -75,27 +75,20 @@ TEST(UpdateCheckTest, TrustsOnlyAWellFormedManifestForThisApplication)
         {{{"version", "1.3"}, {"build", 1}}, {}, std::nullopt},
         {{{"minimumSystemVersion", "27"}}, {}, availableWith({{"minimumSystemVersion", "27"}}, true)},
         {{{"notes", longestNotes}}, {}, std::nullopt},
-        {{{"notes", QJsonValue::Null}}, {}, std::nullopt},
         {{{"channel", "beta"}}, {}, availableWith({})},
         {{}, {"notes"}, availableWith({{"notes", QJsonValue::Null}})},
         {{{"bundleIdentifier", "App.Tolvar"}}, {}, failed(Failure::WrongApplication)},
-        {{}, {"bundleIdentifier"}, invalid}, {{}, {"version"}, invalid}, {{{"version", 1.3}}, {}, invalid},
-        {{{"version", "1.3b1"}}, {}, invalid}, {{{"build", "9"}}, {}, invalid}, {{{"build", 9.5}}, {}, invalid},
-        {{{"build", 0}}, {}, invalid}, {{{"minimumSystemVersion", "x"}}, {}, invalid}, {{{"notes", 3}}, {}, invalid},
-        {{{"notes", tooLongNotes}}, {}, invalid}, {{{"releaseURL", true}}, {}, invalid},
+        {{}, {"bundleIdentifier"}, invalid}, {{{"version", "1.3b1"}}, {}, invalid}, {{{"build", 9.5}}, {}, invalid},
+        {{{"build", 0}}, {}, invalid}, {{{"notes", tooLongNotes}}, {}, invalid},
         {{{"releaseURL", "http://tolvar.app/r"}}, {}, invalid}};
     // clang-format on
     for (const auto &[changes, removed, expected] : rows)
         EXPECT_EQ(judged(served(manifestWith(changes, removed))), expected ? *expected : availableWith(changes))
             << QJsonDocument(changes).toJson(QJsonDocument::Compact).constData() << qPrintable(removed.join(' '));
 
-    EXPECT_EQ(judged(UpdateCheckFailure::of(Failure::Network)), failed(Failure::Network));
     EXPECT_EQ(judged(LoadedResponse{manifestWith({}), manifestAddress, std::nullopt}),
               failed(Failure::InvalidResponse));
-    EXPECT_EQ(judged(served(manifestWith({}), QUrl("http://tolvar.app/update.json"))),
-              failed(Failure::InsecureRedirect));
     EXPECT_EQ(judged(served(manifestWith({}), QUrl())), failed(Failure::InsecureRedirect));
-    EXPECT_EQ(judged(served("{")), invalid);
     EXPECT_EQ(judged(served("[]")), invalid);
 }
 
@@ -117,9 +110,7 @@ TEST(UpdateCheckTest, DecidesWithoutTheNetwork)
         {localWith("1.2", 7, "http://tolvar.app/u.json"), "26.0", failed(Failure::InvalidSource)},
         {localWith(std::nullopt, 7, address), "26.0", badVersion},
         {localWith("1.2-dev", 7, address), "26.0", badVersion},
-        {localWith("1.2", std::nullopt, address), "26.0", badVersion},
         {localWith("1.2", 0, address), "26.0", badVersion},
-        {localWith("1.2", -3, address), "26.0", badVersion},
         {localWith("1.2", 7, address), "26.0.1.2.3", badVersion}};
     // clang-format on
     for (const auto &[current, systemVersion, expected] : rows) {
@@ -128,21 +119,6 @@ TEST(UpdateCheckTest, DecidesWithoutTheNetwork)
                   expected);
         EXPECT_EQ(loads, 0);
     }
-}
-
-TEST(UpdateCheckTest, AsksTheLoaderForAFreshJsonDocument)
-{
-    QNetworkRequest asked;
-    EXPECT_EQ(check({local, "26.0.1",
-                     [&](const QNetworkRequest &request, QObject *context, auto done) {
-                         asked = request;
-                         QMetaObject::invokeMethod(
-                             context, [done] { done(served(manifestWith({}))); }, Qt::QueuedConnection);
-                     }}),
-              availableWith({}));
-    EXPECT_EQ(asked.url(), manifestAddress);
-    EXPECT_EQ(asked.rawHeader("Accept"), "application/json");
-    EXPECT_EQ(asked.rawHeader("Cache-Control"), "no-cache");
 }
 
 } // namespace

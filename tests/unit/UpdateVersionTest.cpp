@@ -1,9 +1,5 @@
-#include "core/update/AppBuildInfo.h"
 #include "core/update/NumericVersion.h"
 #include "core/update/SecureURL.h"
-#include "platform/BundleInfo.h"
-
-#include <QMap>
 
 #include <gtest/gtest.h>
 
@@ -31,38 +27,6 @@ TEST(NumericVersionTest, MissingComponentsCountAsZero)
           Row{"1.99.99.99", "2", true}})
         EXPECT_EQ(*NumericVersion::parse(QString(left)) < *NumericVersion::parse(QString(right)), less)
             << left << " " << right;
-}
-
-TEST(AppBuildInfoTest, BuildIsASignedDecimalWithin64Bits)
-{
-    const std::pair<QVariant, std::optional<qint64>> rows[] = {
-        {"+42", 42},
-        {"-3", -3},
-        {"-9223372036854775808", std::numeric_limits<qint64>::min()},
-        {"9223372036854775808", std::nullopt},
-        {"", std::nullopt},
-        {"4a", std::nullopt},
-        {"+", std::nullopt},
-        {QVariant(), std::nullopt},
-        {QVariant(42), std::nullopt}};
-    for (const auto &[stored, build] : rows)
-        EXPECT_EQ(AppBuildInfo::parseBuild(stored), build) << stored.toString().toStdString();
-}
-
-TEST(AppBuildInfoTest, TakesTextVerbatimAndFallsBackOnAnythingElse)
-{
-    using Keys = QMap<QString, QVariant>;
-    const AppBuildInfo fallback{std::nullopt, std::nullopt, BundleInfo::defaultMinimumSystemVersion(), std::nullopt};
-    // clang-format off
-    const std::pair<Keys, AppBuildInfo> rows[] = {
-        {{}, fallback},
-        {{{"CFBundleShortVersionString", 1.2}, {"CFBundleVersion", 7}, {"LSMinimumSystemVersion", 27},
-          {"TolvarUpdateURL", QStringList{"https://x"}}}, fallback},
-        {{{"CFBundleShortVersionString", " 1.2 "}, {"CFBundleVersion", "7"}, {"LSMinimumSystemVersion", "26.1"},
-          {"TolvarUpdateURL", ""}}, {" 1.2 ", 7, "26.1", QString("")}}};
-    // clang-format on
-    for (const auto &row : rows)
-        EXPECT_EQ(AppBuildInfo::read([&](const QString &key) { return row.first.value(key); }), row.second);
 }
 
 TEST(SecureURLTest, OnlyPlainHttpsAddresses)
