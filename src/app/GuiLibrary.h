@@ -21,4 +21,5 @@ int run(Role role, int &argc, char **argv, const QString &focusIdentifier = {});
 
 // The library's one entry point, looked up by name, so under C linkage.
 // `language` is the display language's code, or null to follow the system.
-extern "C" Q_DECL_EXPORT int tolvarRunGraphical(int role, int *argc, char **argv, const char *focusIdentifier, const char *language);
+extern "C" Q_DECL_EXPORT int tolvarRunGraphical(int role, int *argc, char **argv, const char *focusIdentifier,
+                                                const char *language);

@@ -1,5 +1,6 @@
 #include "app/ui/SourceArtwork.h"
 
+#include "app/MenuBarIcon.h"
 #include "app/ui/AccessibleComponent.h"
 #include "app/ui/Theme.h"
 
@@ -20,6 +21,14 @@ void SourceArtwork::paintEvent(QPaintEvent *)
     const qreal side = width();
     const QSizeF box(side * 22 / 24, side * 18 / 24);
     const QRectF target(QPointF((side - box.width()) / 2, (side - box.height()) / 2), box);
+    if (!MenuBarIcon::isTemplate(m_image)) {
+        QRectF fitted(QPointF(), m_image.deviceIndependentSize().scaled(box, Qt::KeepAspectRatio));
+        fitted.moveCenter(target.center());
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawImage(fitted, m_image);
+        return;
+    }
     const qreal ratio = devicePixelRatioF();
     QImage glyph(qCeil(box.width() * ratio), qCeil(box.height() * ratio), QImage::Format_ARGB32_Premultiplied);
     glyph.fill(Qt::transparent);

@@ -3,8 +3,9 @@
 #include <QImage>
 #include <QWidget>
 
-// A source's icon, drawn as a template in the primary colour: its shape kept,
-// its colours replaced, stretched into a box of 22/24 by 18/24 of the square.
+// A source's icon in a box of 22/24 by 18/24 of the square: a template (a label
+// or a one-ink glyph) stretched and drawn in the primary colour, any other
+// image, such as a coloured logo, fitted in with its own colours.
 class SourceArtwork : public QWidget
 {
 public:
