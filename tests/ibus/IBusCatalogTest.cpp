@@ -50,17 +50,6 @@ TEST_F(IBusCatalogTest, UnknownEngineIsRefusedAndNothingChanges)
     EXPECT_EQ(system.currentID(), us);
 }
 
-TEST_F(IBusCatalogTest, ThemedIconsComeFromTheEngines)
-{
-    for (const QString &id : {us, hangul}) {
-        const std::optional<Source> source = Catalog::find(id);
-        ASSERT_TRUE(source);
-        const std::optional<QImage> icon = source->icon();
-        ASSERT_TRUE(icon) << qPrintable(id);
-        EXPECT_FALSE(icon->isNull());
-    }
-}
-
 // Only observers whose context is alive hear of it, on the main thread.
 TEST_F(IBusCatalogTest, SelectionMadeElsewhereIsAnnouncedOnTheMainThread)
 {
@@ -199,8 +188,6 @@ TEST_P(IBusAbsentTest, NoSourcesAndSelectFails)
 INSTANTIATE_TEST_SUITE_P(IBus, IBusAbsentTest,
                          testing::Values(AbsentCase{"NoAddress", QString()},
                                          AbsentCase{"SocketFileMissing", QStringLiteral("unix:path=DIR/no-ibus")},
-                                         AbsentCase{"AbstractSocketUnused",
-                                                    QStringLiteral("unix:abstract=DIR/no-ibus")},
                                          AbsentCase{"Malformed", QStringLiteral("not an address")}),
                          ParamName());
 
