@@ -2,6 +2,12 @@
 
 #include <QProcess>
 
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+#include <mutex>
+
 namespace X11Layout {
 namespace {
 
@@ -31,6 +37,75 @@ std::optional<QString> run(const QStringList &arguments)
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
+struct FreeReply
+{
+    void operator()(void *reply) const { std::free(reply); }
+};
+
+template <typename Reply> using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
+
+// One connection per process, kept: reading a root property is then a single
+// round trip, cheap enough to do at every look.
+class Server
+{
+public:
+    std::optional<QByteArray> rulesNames()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_connection && xcb_connection_has_error(m_connection)) {
+            xcb_disconnect(m_connection);
+            m_connection = nullptr;
+        }
+        if (!m_connection && !connect())
+            return std::nullopt;
+        const xcb_get_property_cookie_t cookie =
+            xcb_get_property(m_connection, 0, m_root, m_atom, XCB_ATOM_STRING, 0, 1024);
+        const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection, cookie, nullptr));
+        if (!reply)
+            return std::nullopt;
+        return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                          xcb_get_property_value_length(reply.get()));
+    }
+
+private:
+    bool connect()
+    {
+        int screen = 0;
+        xcb_connection_t *connection = xcb_connect(nullptr, &screen);
+        xcb_screen_iterator_t roots = xcb_setup_roots_iterator(xcb_get_setup(connection));
+        for (int i = 0; i < screen && roots.rem > 0; ++i)
+            xcb_screen_next(&roots);
+        static constexpr char name[] = "_XKB_RULES_NAMES";
+        const ReplyPointer<xcb_intern_atom_reply_t> atom(
+            xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
+        if (xcb_connection_has_error(connection) || roots.rem <= 0 || !atom) {
+            xcb_disconnect(connection);
+            return false;
+        }
+        m_connection = connection;
+        m_root = roots.data->root;
+        m_atom = atom->atom;
+        return true;
+    }
+
+    std::mutex m_mutex;
+    xcb_connection_t *m_connection = nullptr;
+    xcb_window_t m_root = 0;
+    xcb_atom_t m_atom = XCB_ATOM_NONE;
+};
+
+Server &server()
+{
+    // Lives to the end of the process, like the display it talks to.
+    static Server *const instance = new Server;
+    return *instance;
+}
+
+bool sameLayout(const Names &now, const Names &names)
+{
+    return now.layout == names.layout && now.variant == (given(names.variant) ? names.variant : QString());
+}
+
 } // namespace
 
 bool isX11Session()
@@ -54,20 +129,11 @@ std::optional<QStringList> setArguments(const Names &names)
     return arguments;
 }
 
-Names parseQuery(const QString &output)
+Names parseRulesNames(const QByteArray &property)
 {
-    Names names;
-    for (const QString &line : output.split(QLatin1Char('\n'))) {
-        const QString key = line.section(QLatin1Char(':'), 0, 0).trimmed();
-        const QString value = line.section(QLatin1Char(':'), 1).trimmed();
-        if (key == QLatin1String("layout"))
-            names.layout = value;
-        else if (key == QLatin1String("variant"))
-            names.variant = value;
-        else if (key == QLatin1String("options"))
-            names.options = value;
-    }
-    return names;
+    const QList<QByteArray> fields = property.split('\0');
+    const auto field = [&](qsizetype index) { return QString::fromUtf8(fields.value(index)); };
+    return {field(2), field(3), field(4)};
 }
 
 bool apply(const Names &names)
@@ -78,15 +144,23 @@ bool apply(const Names &names)
     if (!run(*arguments))
         return false;
     const std::optional<Names> now = current();
-    return now && now->layout == names.layout && now->variant == (given(names.variant) ? names.variant : QString());
+    return now && sameLayout(*now, names);
 }
 
 std::optional<Names> current()
 {
-    const std::optional<QString> output = run({QStringLiteral("-query")});
-    if (!output)
+    const std::optional<QByteArray> property = server().rulesNames();
+    if (!property)
         return std::nullopt;
-    return parseQuery(*output);
+    return parseRulesNames(*property);
+}
+
+bool differs(const Names &names)
+{
+    if (!given(names.layout))
+        return false;
+    const std::optional<Names> now = current();
+    return now && !sameLayout(*now, names);
 }
 
 } // namespace X11Layout
