@@ -2,7 +2,6 @@
 
 #include "platform/linux/BusProbe.h"
 #include "platform/linux/IBusNames.h"
-#include "platform/linux/SignalReceiver.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -20,23 +19,21 @@ namespace {
 
 // Lives as a child of the observer's context, so that IBus's signals arrive on
 // the context's thread and stop with it.
-class ChangeReceiver : public SignalReceiver
+class ChangeReceiver : public QObject
 {
     Q_OBJECT
 public:
-    using SignalReceiver::SignalReceiver;
+    explicit ChangeReceiver(std::function<void(const QDBusMessage &)> callback)
+        : m_callback(std::move(callback))
+    {}
 
 public slots:
-    // The panel's list of engines is the enabled set; other settings do not matter here.
-    void valueChanged(const QDBusMessage &message)
-    {
-        const QVariantList arguments = message.arguments();
-        const QString section = arguments.value(0).toString();
-        const QString name = arguments.value(1).toString();
-        if (section == QLatin1String("general")
-            && (name == QLatin1String("preload_engines") || name == QLatin1String("preload-engines")))
-            deliver();
-    }
+    void receive(const QDBusMessage &message) { m_callback(message); }
+    // After a new connection.
+    void deliver() { m_callback(QDBusMessage()); }
+
+private:
+    std::function<void(const QDBusMessage &)> m_callback;
 };
 
 QString nextConnectionName()
@@ -92,8 +89,9 @@ struct IBusBus::Attempt
     }
 };
 
-IBusBus::IBusBus(std::function<QString()> address)
+IBusBus::IBusBus(std::function<QString()> address, std::function<void()> sent)
     : m_address(std::move(address))
+    , m_sent(std::move(sent))
 {}
 
 IBusBus::~IBusBus()
@@ -109,6 +107,8 @@ QDBusMessage IBusBus::call(const QString &service, const QString &path, const QS
     const std::optional<QDBusConnection> bus = connection();
     if (!bus)
         return message.createErrorReply(QDBusError::Disconnected, QStringLiteral("IBus is not running"));
+    if (m_sent)
+        m_sent();
     QDBusMessage reply = bus->call(message, QDBus::Block, timeoutMs);
     if (reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::NoReply) {
         // A daemon that stopped answering would cost every later call its whole
@@ -131,14 +131,14 @@ IBusBus::Availability IBusBus::availability()
     return m_availability;
 }
 
-bool IBusBus::observe(Change change, QObject *context, std::function<void()> callback)
+bool IBusBus::observe(QObject *context, std::function<void(const QDBusMessage &)> callback)
 {
     if (!context)
         return false;
-    auto *receiver = new ChangeReceiver(std::move(callback), nullptr);
+    auto *receiver = new ChangeReceiver(std::move(callback));
     receiver->moveToThread(context->thread());
     receiver->setParent(context);
-    const Subscription subscription{change, receiver};
+    const Subscription subscription{receiver};
     const std::optional<QDBusConnection> bus = connection();
     const QMutexLocker locker(&m_mutex);
     m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
@@ -149,6 +149,19 @@ bool IBusBus::observe(Change change, QObject *context, std::function<void()> cal
 
 std::optional<QDBusConnection> IBusBus::connection()
 {
+    {
+        // A daemon that went away closed the connection; only then can its
+        // successor have published another address.
+        const QMutexLocker locker(&m_mutex);
+        if (!m_connectionName.isEmpty()) {
+            QDBusConnection current(m_connectionName);
+            if (current.isConnected()) {
+                m_availability = Availability::available;
+                return current;
+            }
+            disconnect();
+        }
+    }
     const QString address = m_address();
     const QMutexLocker locker(&m_mutex);
     if (!m_connectionName.isEmpty()) {
@@ -196,6 +209,7 @@ std::optional<QDBusConnection> IBusBus::connection()
 std::optional<QDBusConnection> IBusBus::adopt(const Attempt &attempt)
 {
     QDBusConnection fresh(attempt.name);
+    ++m_generation;
     m_connectionName = attempt.name;
     m_connectedAddress = attempt.address;
     // What was seen of an earlier daemon, or of none, may no longer hold.
@@ -212,6 +226,7 @@ void IBusBus::disconnect()
     if (m_connectionName.isEmpty())
         return;
     QDBusConnection::disconnectFromBus(m_connectionName);
+    ++m_generation;
     m_connectionName.clear();
     m_connectedAddress.clear();
 }
@@ -223,18 +238,12 @@ bool IBusBus::attach(const QDBusConnection &connection, const Subscription &subs
     if (!receiver)
         return false;
     // Any sender: only IBus and its components speak on IBus's bus.
-    switch (subscription.change) {
-    case Change::Selected:
-        return bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("GlobalEngineChanged"),
-                           receiver, SLOT(deliver()));
-    case Change::Enabled:
-        // Installed or removed engines change which enabled names IBus can describe.
-        return bus.connect(QString(), IBusNames::configPath, IBusNames::configInterface, QStringLiteral("ValueChanged"),
-                           receiver, SLOT(valueChanged(QDBusMessage)))
-               && bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("RegistryChanged"),
-                              receiver, SLOT(deliver()));
-    }
-    return false;
+    return bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("GlobalEngineChanged"),
+                       receiver, SLOT(receive(QDBusMessage)))
+           && bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("RegistryChanged"), receiver,
+                          SLOT(receive(QDBusMessage)))
+           && bus.connect(QString(), IBusNames::configPath, IBusNames::configInterface, QStringLiteral("ValueChanged"),
+                          receiver, SLOT(receive(QDBusMessage)));
 }
 
 #include "IBusBus.moc"
