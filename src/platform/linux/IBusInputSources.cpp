@@ -375,6 +375,13 @@ InputSources at(std::function<QString()> address, std::function<void()> sent)
         [] { return false; }, observe(isSelection), observe(isEnabledSet), QStringLiteral("ibus"),
         // IBus applies every engine at SetGlobalEngine.
         false};
+    // A setxkbmap that replaced the engine's layout changes what currentID reads, with no word from IBus.
+    sources.observeSelected = [observeEngine = sources.observeSelected](QObject *context,
+                                                                        std::function<void()> callback) {
+        if (X11Layout::isX11Session())
+            X11Layout::observe(context, callback);
+        return observeEngine(context, std::move(callback));
+    };
     sources.availability = [backend] { return backend->bus().availability(); };
     return sources;
 }

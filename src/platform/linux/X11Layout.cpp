@@ -1,6 +1,8 @@
 #include "platform/linux/X11Layout.h"
 
+#include <QObject>
 #include <QProcess>
+#include <QSocketNotifier>
 
 #include <xcb/xcb.h>
 
@@ -44,6 +46,32 @@ struct FreeReply
 
 template <typename Reply> using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
 
+// A connection to the display's server, its root window and the atom naming
+// the layout property.
+struct Display
+{
+    xcb_connection_t *connection = nullptr;
+    xcb_window_t root = 0;
+    xcb_atom_t rulesNames = XCB_ATOM_NONE;
+};
+
+std::optional<Display> connectToDisplay()
+{
+    int screen = 0;
+    xcb_connection_t *connection = xcb_connect(nullptr, &screen);
+    xcb_screen_iterator_t roots = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int i = 0; i < screen && roots.rem > 0; ++i)
+        xcb_screen_next(&roots);
+    static constexpr char name[] = "_XKB_RULES_NAMES";
+    const ReplyPointer<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
+    if (xcb_connection_has_error(connection) || roots.rem <= 0 || !atom) {
+        xcb_disconnect(connection);
+        return std::nullopt;
+    }
+    return Display{connection, roots.data->root, atom->atom};
+}
+
 // One connection per process, kept: reading a root property is then a single
 // round trip, cheap enough to do at every look.
 class Server
@@ -70,21 +98,12 @@ public:
 private:
     bool connect()
     {
-        int screen = 0;
-        xcb_connection_t *connection = xcb_connect(nullptr, &screen);
-        xcb_screen_iterator_t roots = xcb_setup_roots_iterator(xcb_get_setup(connection));
-        for (int i = 0; i < screen && roots.rem > 0; ++i)
-            xcb_screen_next(&roots);
-        static constexpr char name[] = "_XKB_RULES_NAMES";
-        const ReplyPointer<xcb_intern_atom_reply_t> atom(
-            xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
-        if (xcb_connection_has_error(connection) || roots.rem <= 0 || !atom) {
-            xcb_disconnect(connection);
+        const std::optional<Display> display = connectToDisplay();
+        if (!display)
             return false;
-        }
-        m_connection = connection;
-        m_root = roots.data->root;
-        m_atom = atom->atom;
+        m_connection = display->connection;
+        m_root = display->root;
+        m_atom = display->rulesNames;
         return true;
     }
 
@@ -92,6 +111,26 @@ private:
     xcb_connection_t *m_connection = nullptr;
     xcb_window_t m_root = 0;
     xcb_atom_t m_atom = XCB_ATOM_NONE;
+};
+
+// Watches a connection of its own, and closes it when it goes.
+class DisplayNotifier : public QSocketNotifier
+{
+public:
+    explicit DisplayNotifier(xcb_connection_t *connection)
+        : QSocketNotifier(xcb_get_file_descriptor(connection), QSocketNotifier::Read)
+        , m_connection(connection)
+    {}
+    ~DisplayNotifier() override
+    {
+        setEnabled(false);
+        xcb_disconnect(m_connection);
+    }
+    DisplayNotifier(const DisplayNotifier &) = delete;
+    DisplayNotifier &operator=(const DisplayNotifier &) = delete;
+
+private:
+    xcb_connection_t *m_connection;
 };
 
 Server &server()
@@ -153,6 +192,40 @@ std::optional<Names> current()
     if (!property)
         return std::nullopt;
     return parseRulesNames(*property);
+}
+
+bool observe(QObject *context, std::function<void()> callback)
+{
+    if (!context)
+        return false;
+    const std::optional<Display> display = connectToDisplay();
+    if (!display)
+        return false;
+    xcb_connection_t *connection = display->connection;
+    // Every client chooses its own events on the root window; this takes nothing from the window manager.
+    const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection, display->root, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(connection);
+
+    auto *notifier = new DisplayNotifier(connection);
+    notifier->moveToThread(context->thread());
+    notifier->setParent(context);
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier,
+                     [connection, notifier, atom = display->rulesNames, callback = std::move(callback)] {
+                         bool changed = false;
+                         while (xcb_generic_event_t *event = xcb_poll_for_event(connection)) {
+                             if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY)
+                                 changed =
+                                     changed || reinterpret_cast<xcb_property_notify_event_t *>(event)->atom == atom;
+                             std::free(event);
+                         }
+                         // A server that went away would wake this at once, and for ever.
+                         if (xcb_connection_has_error(connection))
+                             notifier->setEnabled(false);
+                         if (changed)
+                             callback();
+                     });
+    return true;
 }
 
 bool differs(const Names &names)
