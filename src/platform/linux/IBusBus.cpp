@@ -131,10 +131,10 @@ IBusBus::Availability IBusBus::availability()
     return m_availability;
 }
 
-bool IBusBus::observe(QObject *context, std::function<void(const QDBusMessage &)> callback)
+QObject *IBusBus::observe(QObject *context, std::function<void(const QDBusMessage &)> callback)
 {
     if (!context)
-        return false;
+        return nullptr;
     auto *receiver = new ChangeReceiver(std::move(callback));
     receiver->moveToThread(context->thread());
     receiver->setParent(context);
@@ -144,7 +144,7 @@ bool IBusBus::observe(QObject *context, std::function<void(const QDBusMessage &)
     m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
     m_subscriptions << subscription;
     // Without IBus now, the subscription waits for the connection to come.
-    return !bus || attach(*bus, subscription);
+    return !bus || attach(*bus, subscription) ? receiver : nullptr;
 }
 
 std::optional<QDBusConnection> IBusBus::connection()

@@ -55,8 +55,9 @@ public:
     // Calls `callback` on the thread of `context` with each of IBus's change
     // signals (GlobalEngineChanged, RegistryChanged, the configuration's
     // ValueChanged), and with an empty message after every new connection,
-    // until `context` is destroyed.
-    bool observe(QObject *context, std::function<void(const QDBusMessage &)> callback);
+    // until `context` is destroyed. The object the signals are posted to, or
+    // none when they cannot be.
+    QObject *observe(QObject *context, std::function<void(const QDBusMessage &)> callback);
 
     // Changes whenever the connection does: what was read before may no longer hold.
     quint64 generation() const { return m_generation; }

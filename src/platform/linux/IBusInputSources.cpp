@@ -9,8 +9,10 @@
 #include <QDBusError>
 #include <QDBusVariant>
 
+#include <QCoreApplication>
 #include <QHash>
 #include <QMutex>
+#include <QPointer>
 #include <QSet>
 #include <QThread>
 
@@ -36,8 +38,9 @@ bool isSetting(const QString &name, const char *underscored)
 }
 
 // What is known of IBus between its change signals. Kept only for the thread
-// that hears those signals, and only while its event loop turns: elsewhere
-// nothing would tell that an answer went stale, and every call asks IBus.
+// that hears those signals, which takes in what they said before every read;
+// on other threads nothing would tell that an answer went stale, and every
+// call asks IBus.
 struct Known
 {
     quint64 generation = 0; // of the connection it was read on
@@ -67,13 +70,16 @@ public:
     // Whether what is known may be used now; starts listening on first use.
     bool trusted()
     {
-        QThread *listener = m_listener.thread();
-        if (QThread::currentThread() != listener || listener->loopLevel() == 0)
+        if (QThread::currentThread() != m_listener.thread())
             return false;
         if (!m_listening) {
             m_listening = true;
-            m_bus.observe(&m_listener, [this](const QDBusMessage &message) { heard(message); });
+            m_receiver = m_bus.observe(&m_listener, [this](const QDBusMessage &message) { heard(message); });
         }
+        if (!m_receiver)
+            return false;
+        // What IBus said so far, taken in before anything is read, whether or not an event loop turns.
+        QCoreApplication::sendPostedEvents(m_receiver, QEvent::MetaCall);
         // The listener is attached to every new connection before anything is read on it.
         const QMutexLocker locker(&m_mutex);
         if (m_known.generation != m_bus.generation())
@@ -262,6 +268,7 @@ private:
     Known m_known;
     // Hears IBus's signals for what is known, on the thread that made the backend.
     QObject m_listener;
+    QPointer<QObject> m_receiver;
     bool m_listening = false;
 };
 
@@ -358,14 +365,12 @@ namespace IBusInputSources {
 InputSources at(std::function<QString()> address, std::function<void()> sent)
 {
     const auto backend = std::make_shared<Backend>(std::move(address), std::move(sent));
-    // Observers learn from the signal first, so that what they read next is already up to date.
     const auto observe = [backend](bool (*relevant)(const QDBusMessage &)) {
         return [backend, relevant](QObject *context, std::function<void()> callback) {
-            return backend->bus().observe(context, [backend, relevant, callback](const QDBusMessage &message) {
-                backend->heard(message);
+            return backend->bus().observe(context, [relevant, callback](const QDBusMessage &message) {
                 if (relevant(message))
                     callback();
-            });
+            }) != nullptr;
         };
     };
     InputSources sources{
