@@ -38,9 +38,9 @@ bool isSetting(const QString &name, const char *underscored)
 }
 
 // What is known of IBus between its change signals. Kept only for the thread
-// that hears those signals, which takes in what they said before every read;
-// on other threads nothing would tell that an answer went stale, and every
-// call asks IBus.
+// that hears those signals, while its event loop turns, and what they said is
+// taken in before every read; elsewhere nothing would tell in time that an
+// answer went stale, and every call asks IBus.
 struct Known
 {
     quint64 generation = 0; // of the connection it was read on
@@ -70,7 +70,10 @@ public:
     // Whether what is known may be used now; starts listening on first use.
     bool trusted()
     {
-        if (QThread::currentThread() != m_listener.thread())
+        // Without an event loop turning, a program may well have learnt of a
+        // change some other way before IBus's signal reached this process.
+        QThread *listener = m_listener.thread();
+        if (QThread::currentThread() != listener || listener->loopLevel() == 0)
             return false;
         if (!m_listening) {
             m_listening = true;
@@ -78,7 +81,7 @@ public:
         }
         if (!m_receiver)
             return false;
-        // What IBus said so far, taken in before anything is read, whether or not an event loop turns.
+        // What IBus said so far, taken in before anything is read.
         QCoreApplication::sendPostedEvents(m_receiver, QEvent::MetaCall);
         // The listener is attached to every new connection before anything is read on it.
         const QMutexLocker locker(&m_mutex);
