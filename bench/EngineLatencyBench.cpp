@@ -365,8 +365,11 @@ bool measureMemory(SelectionWatch &watch, const QString &pinned, const QString &
     int back = 0;
     const Clock::time_point start = Clock::now();
     for (int round = 0; round < rounds; ++round) {
-        if (watch.select(away) == 0 && watch.waitFor(pinned, Clock::now() + options.roundLimit))
-            ++back;
+        if (watch.select(away) != 0 || !watch.waitFor(pinned, Clock::now() + options.roundLimit)) {
+            std::printf("  reaction %d did not come back: stopping\n", round);
+            break;
+        }
+        ++back;
     }
     const double seconds = ms(Clock::now() - start) / 1000;
     pause(1s);

@@ -133,12 +133,16 @@ public:
         return value.value_or(typename Field::value_type());
     }
 
-    void setCurrent(const QString &id)
+    // After IBus accepted `id`. Its signal for the switch usually came before
+    // its answer; signals after the answer may have come too, and tell what
+    // happened since. Without either, the next read asks.
+    void selected(const QString &id)
     {
         if (!trusted())
             return;
         const QMutexLocker locker(&m_mutex);
-        m_known.current = id;
+        if (m_known.current != id)
+            m_known.current.reset();
     }
 
     // The engines named, in that order, leaving out those IBus does not know.
@@ -330,8 +334,7 @@ qint32 select(Backend &backend, const QString &id)
     const QDBusMessage reply = backend.bus().call(IBusNames::service, IBusNames::path, IBusNames::interface,
                                                   QStringLiteral("SetGlobalEngine"), {id}, IBusBus::selectTimeoutMs);
     if (reply.type() == QDBusMessage::ReplyMessage) {
-        // IBus switched before it answered; its signal will say the same.
-        backend.setCurrent(id);
+        backend.selected(id);
         const std::optional<X11Layout::Names> layout = engineLayout(backend, id);
         return !layout || X11Layout::apply(*layout) ? 0 : InputSources::layoutNotApplied;
     }
