@@ -3,17 +3,23 @@
 // focus helper's path where the platform needs a focus change, on IBus a
 // direct select like any other), and what the
 // engine costs while nothing happens. The engine runs alone in a process of its
-// own; this program plays the other program. Run it through bench/run-engine,
+// own; this program plays the other program. On IBus each phase runs twice:
+// against the engine and against a minimal keeper (this program again, started
+// with --keeper: one asynchronous SetGlobalEngine per foreign GlobalEngineChanged),
+// the yardstick for the engine's figures. Run it through bench/run-engine,
 // which gives it a private IBus; with --backend fcitx5 it starts the session's
 // own fcitx5 and holds its focused input context.
 #include "ProcessStats.h"
 #include "core/config/ConfigStore.h"
 #include "platform/InputSources.h"
 #include "platform/linux/IBusAddress.h"
+#include "platform/linux/IBusNames.h"
 
 #include "desktops/Fcitx5Session.h"
 
 #include <QCoreApplication>
+#include <QDBusConnection>
+#include <QDBusMessage>
 #include <QEventLoop>
 #include <QProcess>
 #include <QRandomGenerator>
@@ -23,6 +29,7 @@
 #include <chrono>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 #include <optional>
 #include <vector>
@@ -49,6 +56,8 @@ struct Options
     int directRounds = 200;
     int focusRounds = 200;
     int idleSeconds = 60;
+    // Reactions in a row, as fast as they come, for the engine's memory.
+    int memoryRounds = 0;
     // Each phase stops starting rounds after this long, whatever the count.
     std::chrono::seconds directBudget = 60s;
     std::chrono::seconds focusBudget = 690s;
@@ -139,10 +148,15 @@ private:
     int m_signals = 0;
 };
 
-// The engine alone, on live wiring, in its own process; killed with this object.
+// The engine alone, on live wiring, in its own process, or the minimal keeper
+// pinned to `keeperPin`; killed with this object.
 class EngineHost
 {
 public:
+    explicit EngineHost(QString keeperPin = {})
+        : m_keeperPin(std::move(keeperPin))
+    {}
+
     ~EngineHost()
     {
         if (m_process.state() != QProcess::NotRunning) {
@@ -154,19 +168,73 @@ public:
     bool start()
     {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_process.start(QStringLiteral(TOLVAR_ENGINE_HOST), QStringList());
+        if (m_keeperPin.isEmpty())
+            m_process.start(QStringLiteral(TOLVAR_ENGINE_HOST), QStringList());
+        else
+            m_process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--keeper"), m_keeperPin});
         return m_process.waitForReadyRead(10000) && m_process.readLine().trimmed() == "ready";
     }
 
     qint64 pid() const { return m_process.processId(); }
 
 private:
+    QString m_keeperPin;
     QProcess m_process;
 };
 
+// The least a keeper can do on IBus: on each GlobalEngineChanged naming another
+// engine, one SetGlobalEngine back, not waiting for its answer.
+class MinimalKeeper : public QObject
+{
+    Q_OBJECT
+public:
+    MinimalKeeper(QDBusConnection bus, QString pinned)
+        : m_bus(std::move(bus))
+        , m_pinned(std::move(pinned))
+    {}
+
+    bool start()
+    {
+        return m_bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("GlobalEngineChanged"),
+                             this, SLOT(changed(QString)));
+    }
+
+public slots:
+    void changed(const QString &engine)
+    {
+        if (engine == m_pinned)
+            return;
+        QDBusMessage message = QDBusMessage::createMethodCall(IBusNames::service, IBusNames::path, IBusNames::interface,
+                                                              QStringLiteral("SetGlobalEngine"));
+        message.setArguments({m_pinned});
+        m_bus.asyncCall(message);
+    }
+
+private:
+    QDBusConnection m_bus;
+    QString m_pinned;
+};
+
+int runKeeper(const QString &pinned)
+{
+    const QDBusConnection bus =
+        QDBusConnection::connectToBus(IBusAddress::published(), QStringLiteral("tolvar-bench-keeper"));
+    MinimalKeeper keeper(bus, pinned);
+    if (!bus.isConnected() || !keeper.start())
+        return 1;
+    keeper.changed(QString());
+    std::puts("ready");
+    std::fflush(stdout);
+    return QCoreApplication::exec();
+}
+
+// An empty `id` pins nothing, for phases without the engine.
 bool pin(const QString &id)
 {
-    return ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok();
+    return ConfigStore::write(
+               Config{id.isEmpty() ? std::optional<QString>() : std::optional(id), !id.isEmpty(), std::nullopt, true},
+               ConfigStore::directory())
+        .ok();
 }
 
 // The sample nearest to the fraction's rank.
@@ -217,18 +285,18 @@ void printHost(qint64 pid, const ProcessStats::Cpu &before, int rounds)
 // times how long until `pinned` is current again.
 PhaseResult measureReaction(SelectionWatch &watch, const QString &pinned, const QString &away, int rounds,
                             std::chrono::seconds budget, const Options &options,
-                            const std::function<Clock::duration()> &rest)
+                            const std::function<Clock::duration()> &rest, bool keeper = false)
 {
     PhaseResult result;
-    result.name = pinned;
-    std::printf("\n== %s pinned, outside switch to %s: %d rounds, budget %lld s (load %s) ==\n", qPrintable(pinned),
-                qPrintable(away), rounds, static_cast<long long>(budget.count()),
-                ProcessStats::loadAverage().constData());
-    if (!pin(pinned)) {
+    result.name = keeper ? QStringLiteral("keeper ") + pinned : pinned;
+    std::printf("\n== %s%s pinned, outside switch to %s: %d rounds, budget %lld s (load %s) ==\n",
+                keeper ? "minimal keeper, " : "", qPrintable(pinned), qPrintable(away), rounds,
+                static_cast<long long>(budget.count()), ProcessStats::loadAverage().constData());
+    if (!pin(keeper ? QString() : pinned)) {
         std::printf("  could not write the configuration\n");
         return result;
     }
-    EngineHost host;
+    EngineHost host(keeper ? pinned : QString());
     if (!host.start()) {
         std::printf("  the engine host did not start\n");
         return result;
@@ -278,6 +346,40 @@ PhaseResult measureReaction(SelectionWatch &watch, const QString &pinned, const 
     printSlowest(result, byRound);
     printHost(host.pid(), before, round);
     return result;
+}
+
+// The engine's memory across many reactions in a row: each round switches away
+// and waits until the pinned source is back.
+bool measureMemory(SelectionWatch &watch, const QString &pinned, const QString &away, int rounds,
+                   const Options &options)
+{
+    std::printf("\n== memory: %s pinned, %d reactions in a row (load %s) ==\n", qPrintable(pinned), rounds,
+                ProcessStats::loadAverage().constData());
+    if (!pin(pinned))
+        return false;
+    EngineHost host;
+    if (!host.start() || !watch.waitFor(pinned, Clock::now() + 10s))
+        return false;
+    pause(1s);
+    const std::optional<ProcessStats::Memory> before = ProcessStats::memory(host.pid());
+    int back = 0;
+    const Clock::time_point start = Clock::now();
+    for (int round = 0; round < rounds; ++round) {
+        if (watch.select(away) != 0 || !watch.waitFor(pinned, Clock::now() + options.roundLimit)) {
+            std::printf("  reaction %d did not come back: stopping\n", round);
+            break;
+        }
+        ++back;
+    }
+    const double seconds = ms(Clock::now() - start) / 1000;
+    pause(1s);
+    const std::optional<ProcessStats::Memory> after = ProcessStats::memory(host.pid());
+    if (!before || !after)
+        return false;
+    std::printf("  %d of %d reactions back in time, %.0f s\n", back, rounds, seconds);
+    std::printf("  %-38s %10lld KiB -> %lld KiB\n", "VmRSS before -> after", before->residentKiB, after->residentKiB);
+    std::printf("  %-38s %10lld KiB -> %lld KiB\n", "VmHWM before -> after", before->peakKiB, after->peakKiB);
+    return back == rounds;
 }
 
 bool measureIdle(SelectionWatch &watch, const QString &german, int seconds)
@@ -340,6 +442,30 @@ void printTable(const std::vector<PhaseResult> &results)
     }
 }
 
+// The engine's median and p95 against the minimal keeper's, from the same run.
+void printRatios(const std::vector<PhaseResult> &results)
+{
+    const auto sorted = [](std::vector<double> values) {
+        std::sort(values.begin(), values.end());
+        return values;
+    };
+    for (const PhaseResult &keeper : results) {
+        if (!keeper.name.startsWith(QLatin1String("keeper ")))
+            continue;
+        for (const PhaseResult &engine : results) {
+            if (QStringLiteral("keeper ") + engine.name != keeper.name)
+                continue;
+            const std::vector<double> e = sorted(engine.latencyMs);
+            const std::vector<double> k = sorted(keeper.latencyMs);
+            const auto ratio = [](double a, double b) { return b > 0 ? a / b : 0.0; };
+            std::printf("%-14s engine/keeper: p50 %.1f/%.1f ms = %.2fx, p95 %.1f/%.1f ms = %.2fx\n",
+                        qPrintable(engine.name), percentile(e, 0.5), percentile(k, 0.5),
+                        ratio(percentile(e, 0.5), percentile(k, 0.5)), percentile(e, 0.95), percentile(k, 0.95),
+                        ratio(percentile(e, 0.95), percentile(k, 0.95)));
+        }
+    }
+}
+
 std::optional<Options> parse(const QStringList &arguments)
 {
     Options options;
@@ -370,6 +496,8 @@ std::optional<Options> parse(const QStringList &arguments)
             options.focusRounds = value;
         else if (name == QLatin1String("--idle-seconds"))
             options.idleSeconds = value;
+        else if (name == QLatin1String("--memory-rounds"))
+            options.memoryRounds = value;
         else if (name == QLatin1String("--direct-budget"))
             options.directBudget = std::chrono::seconds(value);
         else if (name == QLatin1String("--focus-budget"))
@@ -387,13 +515,16 @@ std::optional<Options> parse(const QStringList &arguments)
 int main(int argc, char **argv)
 {
     const QCoreApplication application(argc, argv);
+    if (argc == 3 && std::strcmp(argv[1], "--keeper") == 0)
+        return runKeeper(QString::fromUtf8(argv[2]));
     // Each phase's lines as they come, also into a file.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
     const std::optional<Options> options = parse(QCoreApplication::arguments());
     if (!options) {
         std::fprintf(stderr,
                      "usage: %s [--backend ibus|fcitx5] [--quick] [--direct-rounds N] [--focus-rounds N] "
-                     "[--idle-seconds N] [--direct-budget S] [--focus-budget S] [--focus-rest-ms MS]\n",
+                     "[--idle-seconds N] [--memory-rounds N] [--direct-budget S] [--focus-budget S] "
+                     "[--focus-rest-ms MS]\n",
                      argv[0]);
         return 2;
     }
@@ -421,20 +552,39 @@ int main(int argc, char **argv)
     bool failed = false;
     if (options->directRounds > 0) {
         // Rest a little between rounds, at random, so that rounds do not fall into step with the engine's timer.
-        results.push_back(
-            measureReaction(watch, german, us, options->directRounds, options->directBudget, *options, [] {
-                return Clock::duration(50ms + std::chrono::milliseconds(QRandomGenerator::global()->bounded(100)));
-            }));
-        failed = failed || results.back().latencyMs.empty();
+        const auto rest = [] {
+            return Clock::duration(50ms + std::chrono::milliseconds(QRandomGenerator::global()->bounded(100)));
+        };
+        for (const bool keeper : {false, true}) {
+            if (keeper && options->fcitx5)
+                continue;
+            results.push_back(measureReaction(watch, german, us, options->directRounds, options->directBudget, *options,
+                                              rest, keeper));
+            failed = failed || results.back().latencyMs.empty();
+        }
+        // Hangul goes directly on IBus too; through the focus helper elsewhere, with its own phase below.
+        if (!options->fcitx5) {
+            for (const bool keeper : {false, true}) {
+                results.push_back(measureReaction(watch, hangul, german, options->directRounds, options->directBudget,
+                                                  *options, rest, keeper));
+                failed = failed || results.back().latencyMs.empty();
+            }
+        }
     }
-    if (options->focusRounds > 0) {
+    if (options->focusRounds > 0 && options->fcitx5) {
         results.push_back(measureReaction(watch, hangul, german, options->focusRounds, options->focusBudget, *options,
                                           [&] { return options->focusRest; }));
         failed = failed || results.back().latencyMs.empty();
     }
+    if (options->memoryRounds > 0)
+        failed = !measureMemory(watch, german, us, options->memoryRounds, *options) || failed;
     if (options->idleSeconds > 0)
         failed = !measureIdle(watch, german, options->idleSeconds) || failed;
-    if (!results.empty())
+    if (!results.empty()) {
         printTable(results);
+        printRatios(results);
+    }
     return failed ? 1 : 0;
 }
+
+#include "EngineLatencyBench.moc"

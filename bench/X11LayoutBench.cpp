@@ -79,7 +79,7 @@ int main()
                                     *X11Layout::setArguments({QLatin1String(layouts[i % 2]), {}, {}}))
                       == 0;
     });
-    report("setxkbmap -query (spawned)", rounds, [](int) { return X11Layout::current().has_value(); });
+    report("_XKB_RULES_NAMES read (xcb)", rounds, [](int) { return X11Layout::current().has_value(); });
     report("X11Layout::apply (set + read back)", rounds, [&](int i) {
         return X11Layout::apply({QLatin1String(layouts[i % 2]), {}, {}});
     });

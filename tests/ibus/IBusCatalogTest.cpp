@@ -1,6 +1,8 @@
 // The catalog and the input-source port against the private session's own
 // ibus-daemon, which scripts/private-session --ibus starts with the engines
 // xkb:us::eng (selected), xkb:de::deu and hangul.
+#include "core/config/ConfigStore.h"
+#include "core/engine/Enforcer.h"
 #include "core/sources/Catalog.h"
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
@@ -13,6 +15,7 @@
 #include <QImage>
 #include <QTemporaryDir>
 #include <QThread>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -86,6 +89,30 @@ TEST_F(IBusCatalogTest, ChangedEngineListIsAnnouncedAndSeen)
     EXPECT_EQ(Catalog::choices(),
               (QList<InputChoice>{{hangul, QStringLiteral("Hangul")}, {us, QStringLiteral("English (US)")}}));
     EXPECT_FALSE(Catalog::find(german)) << "no longer enabled";
+}
+
+// The engine learns the selection from IBus's signal, selects what it found
+// without looking again, and reads its own switch back without asking.
+TEST_F(IBusCatalogTest, AReactionSendsOneMessage)
+{
+    int sent = 0;
+    const InputSources system = IBusInputSources::at(IBusAddress::published, [&] { ++sent; });
+    ASSERT_TRUE(ConfigStore::write(Config{german, true, std::nullopt, true}, ConfigStore::directory()).ok());
+    EnforcementTriggers triggers = EnforcementTriggers::none();
+    triggers.selectionChanged = system.observeSelected;
+    Enforcer enforcer(EnforcementDependencies::over(system), triggers);
+    enforcer.start();
+    // Back, and its own change's signal heard too.
+    const auto back = [] {
+        return spinUntil([] { return InputSources::live().currentID() == german; }, 5000)
+               && !spinUntil([] { return false; }, 300);
+    };
+    QTimer::singleShot(0, &enforcer, [&] { enforcer.enforce(true, false); });
+    ASSERT_TRUE(back());
+    const int before = sent;
+    ASSERT_EQ(InputSources::live().select(us), 0);
+    ASSERT_TRUE(back());
+    EXPECT_EQ(sent - before, 1);
 }
 
 TEST_F(IBusCatalogTest, FollowsARestartedDaemon)

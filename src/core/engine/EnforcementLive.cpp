@@ -11,18 +11,63 @@
 #include "platform/Notifications.h"
 #include "platform/WorkspaceEvents.h"
 
+#include <QFile>
 #include <QPointer>
 #include <QThread>
+
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <optional>
 
 namespace {
 
 using namespace std::chrono_literals;
 
-// Like the platform's own "parameter error" for a source it cannot find.
-constexpr qint32 sourceNotFound = -50;
 constexpr auto focusTimeLimit = 3s;
 constexpr int refusedRetries = 3;
 constexpr unsigned long refusedPauseMs = 40;
+
+// The configuration as last read, read again when the file's time or size
+// moved. File times move in steps of a few milliseconds, so a file changed
+// within the last second is read again until it is older.
+class ConfigReader
+{
+public:
+    Config operator()()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        const QString path = ConfigStore::file();
+        std::error_code error;
+        const std::filesystem::path file(QFile::encodeName(path).toStdString());
+        const auto time = std::filesystem::last_write_time(file, error);
+        const auto size = error ? 0 : std::filesystem::file_size(file, error);
+        const Stamp stamp{path, error ? std::filesystem::file_time_type() : time, error ? 0 : size};
+        if (m_last && m_last->stamp == stamp && m_last->settled)
+            return m_last->config;
+        const bool settled = !error && std::filesystem::file_time_type::clock::now() - time > 1s;
+        m_last = Read{stamp, ConfigStore::loadOrDefault(), settled};
+        return m_last->config;
+    }
+
+private:
+    struct Stamp
+    {
+        QString path;
+        std::filesystem::file_time_type time;
+        std::uintmax_t size = 0;
+        bool operator==(const Stamp &) const = default;
+    };
+    struct Read
+    {
+        Stamp stamp;
+        Config config;
+        bool settled = false;
+    };
+
+    std::mutex m_mutex;
+    std::optional<Read> m_last;
+};
 
 } // namespace
 
@@ -34,7 +79,7 @@ EnforcementDependencies EnforcementDependencies::live()
 EnforcementDependencies EnforcementDependencies::over(const InputSources &system)
 {
     EnforcementDependencies d;
-    d.config = [] { return ConfigStore::loadOrDefault(); };
+    d.config = [reader = std::make_shared<ConfigReader>()] { return (*reader)(); };
     d.secureInput = system.secureInput;
     d.unreachable = [system] {
         return SourcesAvailability::warning(system.availability(), SourcesAvailability::frameworkName(system.backend));
@@ -47,15 +92,13 @@ EnforcementDependencies EnforcementDependencies::over(const InputSources &system
         // Only where a CJKV source waits for a focus change is the helper worth its delay.
         return EnforcementTarget{source->id(), source->isCJKV() && system.cjkvNeedsFocus};
     };
+    // The engine selects only what `find` just found.
     d.select = [system](const QString &id) {
-        const std::optional<Source> source = Catalog::find(id, system);
-        if (!source)
-            return sourceNotFound;
-        qint32 status = system.select(source->id());
+        qint32 status = system.select(id);
         // IBus turns a switch down while another one is under way; a moment later it takes it.
         for (int retry = 0; status == InputSources::refused && retry < refusedRetries; ++retry) {
             QThread::msleep(refusedPauseMs << retry);
-            status = system.select(source->id());
+            status = system.select(id);
         }
         return status;
     };

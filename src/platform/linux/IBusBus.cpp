@@ -2,7 +2,6 @@
 
 #include "platform/linux/BusProbe.h"
 #include "platform/linux/IBusNames.h"
-#include "platform/linux/SignalReceiver.h"
 
 #include <QDBusError>
 #include <QDBusMessage>
@@ -20,23 +19,21 @@ namespace {
 
 // Lives as a child of the observer's context, so that IBus's signals arrive on
 // the context's thread and stop with it.
-class ChangeReceiver : public SignalReceiver
+class ChangeReceiver : public QObject
 {
     Q_OBJECT
 public:
-    using SignalReceiver::SignalReceiver;
+    explicit ChangeReceiver(std::function<void(const QDBusMessage &)> callback)
+        : m_callback(std::move(callback))
+    {}
 
 public slots:
-    // The panel's list of engines is the enabled set; other settings do not matter here.
-    void valueChanged(const QDBusMessage &message)
-    {
-        const QVariantList arguments = message.arguments();
-        const QString section = arguments.value(0).toString();
-        const QString name = arguments.value(1).toString();
-        if (section == QLatin1String("general")
-            && (name == QLatin1String("preload_engines") || name == QLatin1String("preload-engines")))
-            deliver();
-    }
+    void receive(const QDBusMessage &message) { m_callback(message); }
+    // After a new connection.
+    void deliver() { m_callback(QDBusMessage()); }
+
+private:
+    std::function<void(const QDBusMessage &)> m_callback;
 };
 
 QString nextConnectionName()
@@ -92,8 +89,9 @@ struct IBusBus::Attempt
     }
 };
 
-IBusBus::IBusBus(std::function<QString()> address)
+IBusBus::IBusBus(std::function<QString()> address, std::function<void()> sent)
     : m_address(std::move(address))
+    , m_sent(std::move(sent))
 {}
 
 IBusBus::~IBusBus()
@@ -109,6 +107,8 @@ QDBusMessage IBusBus::call(const QString &service, const QString &path, const QS
     const std::optional<QDBusConnection> bus = connection();
     if (!bus)
         return message.createErrorReply(QDBusError::Disconnected, QStringLiteral("IBus is not running"));
+    if (m_sent)
+        m_sent();
     QDBusMessage reply = bus->call(message, QDBus::Block, timeoutMs);
     if (reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::NoReply) {
         // A daemon that stopped answering would cost every later call its whole
@@ -131,24 +131,37 @@ IBusBus::Availability IBusBus::availability()
     return m_availability;
 }
 
-bool IBusBus::observe(Change change, QObject *context, std::function<void()> callback)
+QObject *IBusBus::observe(QObject *context, std::function<void(const QDBusMessage &)> callback)
 {
     if (!context)
-        return false;
-    auto *receiver = new ChangeReceiver(std::move(callback), nullptr);
+        return nullptr;
+    auto *receiver = new ChangeReceiver(std::move(callback));
     receiver->moveToThread(context->thread());
     receiver->setParent(context);
-    const Subscription subscription{change, receiver};
+    const Subscription subscription{receiver};
     const std::optional<QDBusConnection> bus = connection();
     const QMutexLocker locker(&m_mutex);
     m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
     m_subscriptions << subscription;
     // Without IBus now, the subscription waits for the connection to come.
-    return !bus || attach(*bus, subscription);
+    return !bus || attach(*bus, subscription) ? receiver : nullptr;
 }
 
 std::optional<QDBusConnection> IBusBus::connection()
 {
+    {
+        // A daemon that went away closed the connection; only then can its
+        // successor have published another address.
+        const QMutexLocker locker(&m_mutex);
+        if (!m_connectionName.isEmpty()) {
+            QDBusConnection current(m_connectionName);
+            if (current.isConnected()) {
+                m_availability = Availability::available;
+                return current;
+            }
+            disconnect();
+        }
+    }
     const QString address = m_address();
     const QMutexLocker locker(&m_mutex);
     if (!m_connectionName.isEmpty()) {
@@ -196,6 +209,7 @@ std::optional<QDBusConnection> IBusBus::connection()
 std::optional<QDBusConnection> IBusBus::adopt(const Attempt &attempt)
 {
     QDBusConnection fresh(attempt.name);
+    ++m_generation;
     m_connectionName = attempt.name;
     m_connectedAddress = attempt.address;
     // What was seen of an earlier daemon, or of none, may no longer hold.
@@ -212,6 +226,7 @@ void IBusBus::disconnect()
     if (m_connectionName.isEmpty())
         return;
     QDBusConnection::disconnectFromBus(m_connectionName);
+    ++m_generation;
     m_connectionName.clear();
     m_connectedAddress.clear();
 }
@@ -222,19 +237,12 @@ bool IBusBus::attach(const QDBusConnection &connection, const Subscription &subs
     QObject *receiver = subscription.receiver.data();
     if (!receiver)
         return false;
-    // Any sender: only IBus and its components speak on IBus's bus.
-    switch (subscription.change) {
-    case Change::Selected:
-        return bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("GlobalEngineChanged"),
-                           receiver, SLOT(deliver()));
-    case Change::Enabled:
-        // Installed or removed engines change which enabled names IBus can describe.
-        return bus.connect(QString(), IBusNames::configPath, IBusNames::configInterface, QStringLiteral("ValueChanged"),
-                           receiver, SLOT(valueChanged(QDBusMessage)))
-               && bus.connect(QString(), IBusNames::path, IBusNames::interface, QStringLiteral("RegistryChanged"),
-                              receiver, SLOT(deliver()));
-    }
-    return false;
+    // Any sender: only IBus and its components speak on IBus's bus. One match
+    // rule per interface, whatever the signal, is one message fewer each.
+    return bus.connect(QString(), IBusNames::path, IBusNames::interface, QString(), receiver,
+                       SLOT(receive(QDBusMessage)))
+           && bus.connect(QString(), IBusNames::configPath, IBusNames::configInterface, QString(), receiver,
+                          SLOT(receive(QDBusMessage)));
 }
 
 #include "IBusBus.moc"

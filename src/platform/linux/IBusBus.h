@@ -11,6 +11,7 @@
 #include <QString>
 #include <QVariantList>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -18,8 +19,9 @@
 class QObject;
 
 // The connection to the session's IBus daemon on IBus's own bus. The address is
-// asked for on every call, so a daemon that starts late, restarts or goes away
-// is followed without notice; a call waits at most callTimeoutMs for its answer.
+// asked for whenever there is no live connection, so a daemon that starts late,
+// restarts or goes away is followed without notice; a call waits at most
+// callTimeoutMs for its answer.
 //
 // Connecting is bounded too: the daemon is knocked at first (see BusProbe), and
 // the connection is made on a thread of its own. The process's first
@@ -40,9 +42,8 @@ public:
     // process, which takes over a second on a busy machine.
     static constexpr int selectTimeoutMs = 2500;
 
-    enum class Change { Selected, Enabled };
-
-    explicit IBusBus(std::function<QString()> address);
+    // `sent`, when given, is told of each message sent to IBus.
+    explicit IBusBus(std::function<QString()> address, std::function<void()> sent = {});
     ~IBusBus();
     IBusBus(const IBusBus &) = delete;
     IBusBus &operator=(const IBusBus &) = delete;
@@ -51,9 +52,15 @@ public:
     QDBusMessage call(const QString &service, const QString &path, const QString &interface, const QString &method,
                       const QVariantList &arguments = {}, int timeoutMs = callTimeoutMs);
 
-    // Calls `callback` on the thread of `context` after each change and after
-    // every new connection, until `context` is destroyed.
-    bool observe(Change change, QObject *context, std::function<void()> callback);
+    // Calls `callback` on the thread of `context` with each of IBus's change
+    // signals (GlobalEngineChanged, RegistryChanged, the configuration's
+    // ValueChanged), and with an empty message after every new connection,
+    // until `context` is destroyed. The object the signals are posted to, or
+    // none when they cannot be.
+    QObject *observe(QObject *context, std::function<void(const QDBusMessage &)> callback);
+
+    // Changes whenever the connection does: what was read before may no longer hold.
+    quint64 generation() const { return m_generation; }
 
     // Connects if need be, within the bounds above.
     Availability availability();
@@ -63,7 +70,6 @@ private:
 
     struct Subscription
     {
-        Change change;
         QPointer<QObject> receiver;
     };
 
@@ -73,6 +79,7 @@ private:
     bool attach(const QDBusConnection &connection, const Subscription &subscription) const;
 
     std::function<QString()> m_address;
+    std::function<void()> m_sent;
     QMutex m_mutex;
     QString m_connectedAddress;
     QString m_connectionName;
@@ -82,4 +89,5 @@ private:
     QString m_failedAddress;
     QDeadlineTimer m_retryAt;
     bool m_attemptedBefore = false;
+    std::atomic<quint64> m_generation = 0;
 };

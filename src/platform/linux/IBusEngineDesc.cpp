@@ -87,6 +87,33 @@ bool isLayout(const QVariant &name)
     return name.metaType() == QMetaType::fromType<QString>() && name.toString().startsWith(QLatin1String("xkb:"));
 }
 
+SourceProperties propertiesOf(const QVariantList &fields)
+{
+    SourceProperties result;
+    result.id = fields.value(Name);
+    result.localizedName = fields.value(LongName);
+    result.languages = languagesOf(fields.value(Language));
+    setIcon(result, fields.value(Icon));
+    // Every layout carries the same generic keyboard icon; like IBus's own
+    // panel, show layouts by their label so that they can be told apart.
+    if (isLayout(result.id))
+        result.iconReference = QVariant();
+    result.symbol = symbolOf(fields.value(Symbol), fields.value(Language));
+    // Every IBus engine is a keyboard source that can be selected.
+    result.selectCapable = true;
+    result.category = SourceProperties::keyboardCategory;
+    return result;
+}
+
+X11Layout::Names layoutOf(const QVariantList &fields)
+{
+    const auto text = [&](Field field) {
+        const QVariant v = fields.value(field);
+        return v.metaType() == QMetaType::fromType<QString>() ? v.toString() : QString();
+    };
+    return X11Layout::Names{text(Layout), text(Variant), text(Option)};
+}
+
 } // namespace
 
 std::optional<SourceProperties> properties(const QVariant &value)
@@ -94,20 +121,15 @@ std::optional<SourceProperties> properties(const QVariant &value)
     const std::optional<QVariantList> fields = fieldsOf(value);
     if (!fields)
         return std::nullopt;
-    SourceProperties result;
-    result.id = fields->value(Name);
-    result.localizedName = fields->value(LongName);
-    result.languages = languagesOf(fields->value(Language));
-    setIcon(result, fields->value(Icon));
-    // Every layout carries the same generic keyboard icon; like IBus's own
-    // panel, show layouts by their label so that they can be told apart.
-    if (isLayout(result.id))
-        result.iconReference = QVariant();
-    result.symbol = symbolOf(fields->value(Symbol), fields->value(Language));
-    // Every IBus engine is a keyboard source that can be selected.
-    result.selectCapable = true;
-    result.category = SourceProperties::keyboardCategory;
-    return result;
+    return propertiesOf(*fields);
+}
+
+std::optional<Engine> engine(const QVariant &value)
+{
+    const std::optional<QVariantList> fields = fieldsOf(value);
+    if (!fields)
+        return std::nullopt;
+    return Engine{propertiesOf(*fields), layoutOf(*fields)};
 }
 
 QString name(const QVariant &value)
@@ -124,11 +146,7 @@ std::optional<X11Layout::Names> layout(const QVariant &value)
     const std::optional<QVariantList> fields = fieldsOf(value);
     if (!fields)
         return std::nullopt;
-    const auto text = [&](Field field) {
-        const QVariant v = fields->value(field);
-        return v.metaType() == QMetaType::fromType<QString>() ? v.toString() : QString();
-    };
-    return X11Layout::Names{text(Layout), text(Variant), text(Option)};
+    return layoutOf(*fields);
 }
 
 QVariant unwrap(QVariant value)

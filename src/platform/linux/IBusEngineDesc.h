@@ -20,6 +20,14 @@ namespace IBusEngineDesc {
 // none when the value is not an engine description at all.
 std::optional<SourceProperties> properties(const QVariant &value);
 
+// Both of the above from one reading.
+struct Engine
+{
+    SourceProperties properties;
+    X11Layout::Names layout;
+};
+std::optional<Engine> engine(const QVariant &value);
+
 // The engine's name; empty when the value carries none.
 QString name(const QVariant &value);
 

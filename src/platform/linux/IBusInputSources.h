@@ -11,8 +11,9 @@
 // global engine is the selected source.
 namespace IBusInputSources {
 
-// Sources from the IBus daemon at whatever `address` says at each call; an
-// empty address means IBus is not running.
-InputSources at(std::function<QString()> address);
+// Sources from the IBus daemon at whatever `address` says when there is no
+// connection; an empty address means IBus is not running. `sent`, when given,
+// is told of each message sent to IBus.
+InputSources at(std::function<QString()> address, std::function<void()> sent = {});
 
 } // namespace IBusInputSources

@@ -1,6 +1,14 @@
 #include "platform/linux/X11Layout.h"
 
+#include <QObject>
 #include <QProcess>
+#include <QSocketNotifier>
+
+#include <xcb/xcb.h>
+
+#include <cstdlib>
+#include <memory>
+#include <mutex>
 
 namespace X11Layout {
 namespace {
@@ -31,6 +39,112 @@ std::optional<QString> run(const QStringList &arguments)
     return QString::fromUtf8(process.readAllStandardOutput());
 }
 
+struct FreeReply
+{
+    void operator()(void *reply) const { std::free(reply); }
+};
+
+template <typename Reply> using ReplyPointer = std::unique_ptr<Reply, FreeReply>;
+
+// A connection to the display's server, its root window and the atom naming
+// the layout property.
+struct Display
+{
+    xcb_connection_t *connection = nullptr;
+    xcb_window_t root = 0;
+    xcb_atom_t rulesNames = XCB_ATOM_NONE;
+};
+
+std::optional<Display> connectToDisplay()
+{
+    int screen = 0;
+    xcb_connection_t *connection = xcb_connect(nullptr, &screen);
+    xcb_screen_iterator_t roots = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int i = 0; i < screen && roots.rem > 0; ++i)
+        xcb_screen_next(&roots);
+    static constexpr char name[] = "_XKB_RULES_NAMES";
+    const ReplyPointer<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
+    if (xcb_connection_has_error(connection) || roots.rem <= 0 || !atom) {
+        xcb_disconnect(connection);
+        return std::nullopt;
+    }
+    return Display{connection, roots.data->root, atom->atom};
+}
+
+// One connection per process, kept: reading a root property is then a single
+// round trip, cheap enough to do at every look.
+class Server
+{
+public:
+    std::optional<QByteArray> rulesNames()
+    {
+        const std::lock_guard<std::mutex> lock(m_mutex);
+        if (m_connection && xcb_connection_has_error(m_connection)) {
+            xcb_disconnect(m_connection);
+            m_connection = nullptr;
+        }
+        if (!m_connection && !connect())
+            return std::nullopt;
+        const xcb_get_property_cookie_t cookie =
+            xcb_get_property(m_connection, 0, m_root, m_atom, XCB_ATOM_STRING, 0, 1024);
+        const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection, cookie, nullptr));
+        if (!reply)
+            return std::nullopt;
+        return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
+                          xcb_get_property_value_length(reply.get()));
+    }
+
+private:
+    bool connect()
+    {
+        const std::optional<Display> display = connectToDisplay();
+        if (!display)
+            return false;
+        m_connection = display->connection;
+        m_root = display->root;
+        m_atom = display->rulesNames;
+        return true;
+    }
+
+    std::mutex m_mutex;
+    xcb_connection_t *m_connection = nullptr;
+    xcb_window_t m_root = 0;
+    xcb_atom_t m_atom = XCB_ATOM_NONE;
+};
+
+// Watches a connection of its own, and closes it when it goes.
+class DisplayNotifier : public QSocketNotifier
+{
+public:
+    explicit DisplayNotifier(xcb_connection_t *connection)
+        : QSocketNotifier(xcb_get_file_descriptor(connection), QSocketNotifier::Read)
+        , m_connection(connection)
+    {}
+    ~DisplayNotifier() override
+    {
+        setEnabled(false);
+        xcb_disconnect(m_connection);
+    }
+    DisplayNotifier(const DisplayNotifier &) = delete;
+    DisplayNotifier &operator=(const DisplayNotifier &) = delete;
+
+private:
+    xcb_connection_t *m_connection;
+};
+
+Server &server()
+{
+    // Lives to the end of the process, like the display it talks to.
+    static Server *const instance = new Server;
+    return *instance;
+}
+
+bool sameLayout(const Names &now, const Names &names)
+{
+    return now.layout == names.layout && now.variant == (given(names.variant) ? names.variant : QString());
+}
+
 } // namespace
 
 bool isX11Session()
@@ -54,20 +168,11 @@ std::optional<QStringList> setArguments(const Names &names)
     return arguments;
 }
 
-Names parseQuery(const QString &output)
+Names parseRulesNames(const QByteArray &property)
 {
-    Names names;
-    for (const QString &line : output.split(QLatin1Char('\n'))) {
-        const QString key = line.section(QLatin1Char(':'), 0, 0).trimmed();
-        const QString value = line.section(QLatin1Char(':'), 1).trimmed();
-        if (key == QLatin1String("layout"))
-            names.layout = value;
-        else if (key == QLatin1String("variant"))
-            names.variant = value;
-        else if (key == QLatin1String("options"))
-            names.options = value;
-    }
-    return names;
+    const QList<QByteArray> fields = property.split('\0');
+    const auto field = [&](qsizetype index) { return QString::fromUtf8(fields.value(index)); };
+    return {field(2), field(3), field(4)};
 }
 
 bool apply(const Names &names)
@@ -78,15 +183,57 @@ bool apply(const Names &names)
     if (!run(*arguments))
         return false;
     const std::optional<Names> now = current();
-    return now && now->layout == names.layout && now->variant == (given(names.variant) ? names.variant : QString());
+    return now && sameLayout(*now, names);
 }
 
 std::optional<Names> current()
 {
-    const std::optional<QString> output = run({QStringLiteral("-query")});
-    if (!output)
+    const std::optional<QByteArray> property = server().rulesNames();
+    if (!property)
         return std::nullopt;
-    return parseQuery(*output);
+    return parseRulesNames(*property);
+}
+
+bool observe(QObject *context, std::function<void()> callback)
+{
+    if (!context)
+        return false;
+    const std::optional<Display> display = connectToDisplay();
+    if (!display)
+        return false;
+    xcb_connection_t *connection = display->connection;
+    // Every client chooses its own events on the root window; this takes nothing from the window manager.
+    const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
+    xcb_change_window_attributes(connection, display->root, XCB_CW_EVENT_MASK, &mask);
+    xcb_flush(connection);
+
+    auto *notifier = new DisplayNotifier(connection);
+    notifier->moveToThread(context->thread());
+    notifier->setParent(context);
+    QObject::connect(notifier, &QSocketNotifier::activated, notifier,
+                     [connection, notifier, atom = display->rulesNames, callback = std::move(callback)] {
+                         bool changed = false;
+                         while (xcb_generic_event_t *event = xcb_poll_for_event(connection)) {
+                             if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY)
+                                 changed =
+                                     changed || reinterpret_cast<xcb_property_notify_event_t *>(event)->atom == atom;
+                             std::free(event);
+                         }
+                         // A server that went away would wake this at once, and for ever.
+                         if (xcb_connection_has_error(connection))
+                             notifier->setEnabled(false);
+                         if (changed)
+                             callback();
+                     });
+    return true;
+}
+
+bool differs(const Names &names)
+{
+    if (!given(names.layout))
+        return false;
+    const std::optional<Names> now = current();
+    return now && !sameLayout(*now, names);
 }
 
 } // namespace X11Layout
