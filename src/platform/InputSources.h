@@ -9,9 +9,10 @@
 
 class QObject;
 
-// The keyboard input sources the system offers. Every call asks the system
-// afresh; nothing is cached. When the system's input-source service is not
-// there, the answers are empty and selecting fails.
+// The keyboard input sources the system offers. An answer is kept only while
+// the system's own change signals can say when it no longer holds; otherwise
+// every call asks afresh. When the system's input-source service is not there,
+// the answers are empty and selecting fails.
 struct InputSources
 {
     // Another status than 0 comes from the system, or is one of these.

@@ -100,15 +100,6 @@ TEST_F(CommandLineEndToEndTest, SetUnknownEngineChangesNothing)
     EXPECT_EQ(m_system.currentID(), us);
 }
 
-TEST_F(CommandLineEndToEndTest, ApplySwitchesWhilePaused)
-{
-    writeRaw(Config{german, false, std::nullopt, true}.encoded());
-    const ProcessResult result = tolvar({"apply", "--json"});
-    ASSERT_EQ(result.exitCode, 0) << result.out.constData();
-    EXPECT_EQ(m_system.currentID(), german);
-    EXPECT_EQ(json(result)["command"].toString(), "apply");
-}
-
 struct ApplyCase
 {
     const char *name;
@@ -141,7 +132,7 @@ INSTANTIATE_TEST_SUITE_P(
                               "missing_source"}),
     ParamName());
 
-TEST_F(CommandLineEndToEndTest, PauseResumeAndToggleFlipKeeping)
+TEST_F(CommandLineEndToEndTest, PauseResumeAndToggleFlipKeepingAndApplyStillSwitches)
 {
     writeRaw(Config{german, true, "ja", true}.encoded());
     const auto keeping = [&](const char *command) {
@@ -150,11 +141,16 @@ TEST_F(CommandLineEndToEndTest, PauseResumeAndToggleFlipKeeping)
         EXPECT_EQ(json(result)["status"].toObject()["enabled"].toBool(), ConfigStore::load()->enabled);
         return ConfigStore::load()->enabled;
     };
-    EXPECT_FALSE(keeping("pause"));
-    EXPECT_TRUE(keeping("resume"));
     EXPECT_FALSE(keeping("toggle"));
     EXPECT_TRUE(keeping("toggle"));
+    EXPECT_TRUE(keeping("resume"));
+    EXPECT_FALSE(keeping("pause"));
     EXPECT_EQ(ConfigStore::load()->language, "ja") << "nothing but keeping changes";
+
+    ASSERT_EQ(m_system.select(us), 0);
+    const ProcessResult applied = tolvar({"apply", "--json"});
+    ASSERT_EQ(applied.exitCode, 0) << applied.out.constData();
+    EXPECT_EQ(m_system.currentID(), german) << "apply switches even while paused";
 }
 
 TEST_F(CommandLineEndToEndTest, ListMarksExactlyTheCurrentEngine)
