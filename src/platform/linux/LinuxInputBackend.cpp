@@ -30,6 +30,15 @@ bool hasOwner(const QString &service)
     return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
 }
 
+// What im-config and the desktops export for applications: when it names IBus,
+// applications type through IBus whatever else runs, and the bus need not be asked.
+bool sessionTypesThroughIBus()
+{
+    return qEnvironmentVariable("GTK_IM_MODULE") == QLatin1String("ibus")
+           || qEnvironmentVariable("QT_IM_MODULE") == QLatin1String("ibus")
+           || qEnvironmentVariable("XMODIFIERS").contains(QLatin1String("@im=ibus"));
+}
+
 } // namespace
 
 namespace LinuxInputBackend {
@@ -70,8 +79,10 @@ Session probe()
     session.desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts);
     if (parse(session.requested))
         return session;
-    session.fcitx5Running = hasOwner(QStringLiteral("org.fcitx.Fcitx5"));
-    session.plasmaLayouts = hasOwner(QStringLiteral("org.kde.keyboard"));
+    if (!sessionTypesThroughIBus())
+        session.fcitx5Running = hasOwner(QStringLiteral("org.fcitx.Fcitx5"));
+    if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive))
+        session.plasmaLayouts = hasOwner(QStringLiteral("org.kde.keyboard"));
     return session;
 }
 

@@ -20,7 +20,8 @@ struct Session
 };
 
 // The backend for `session`: a valid request wins; Fcitx5 handles the keyboard
-// whenever it runs; then the desktop's own stack; IBus otherwise.
+// whenever it runs, unless the session types through IBus (its input-method
+// variables name IBus); then the desktop's own stack; IBus otherwise.
 Kind choose(const Session &session);
 std::optional<Kind> parse(const QString &name);
 QString name(Kind kind);

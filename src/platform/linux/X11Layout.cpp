@@ -4,7 +4,7 @@
 #include <QProcess>
 #include <QSocketNotifier>
 
-#include <xcb/xcb.h>
+#include "platform/linux/Xcb.h"
 
 #include <cstdlib>
 #include <memory>
@@ -57,16 +57,19 @@ struct Display
 
 std::optional<Display> connectToDisplay()
 {
+    const Xcb *x = Xcb::library();
+    if (!x)
+        return std::nullopt;
     int screen = 0;
-    xcb_connection_t *connection = xcb_connect(nullptr, &screen);
-    xcb_screen_iterator_t roots = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    xcb_connection_t *connection = x->connect(nullptr, &screen);
+    xcb_screen_iterator_t roots = x->setupRootsIterator(x->getSetup(connection));
     for (int i = 0; i < screen && roots.rem > 0; ++i)
-        xcb_screen_next(&roots);
+        x->screenNext(&roots);
     static constexpr char name[] = "_XKB_RULES_NAMES";
     const ReplyPointer<xcb_intern_atom_reply_t> atom(
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 0, sizeof name - 1, name), nullptr));
-    if (xcb_connection_has_error(connection) || roots.rem <= 0 || !atom) {
-        xcb_disconnect(connection);
+        x->internAtomReply(connection, x->internAtom(connection, 0, sizeof name - 1, name), nullptr));
+    if (x->connectionHasError(connection) || roots.rem <= 0 || !atom) {
+        x->disconnect(connection);
         return std::nullopt;
     }
     return Display{connection, roots.data->root, atom->atom};
@@ -80,19 +83,22 @@ public:
     std::optional<QByteArray> rulesNames()
     {
         const std::lock_guard<std::mutex> lock(m_mutex);
-        if (m_connection && xcb_connection_has_error(m_connection)) {
-            xcb_disconnect(m_connection);
+        const Xcb *x = Xcb::library();
+        if (!x)
+            return std::nullopt;
+        if (m_connection && x->connectionHasError(m_connection)) {
+            x->disconnect(m_connection);
             m_connection = nullptr;
         }
         if (!m_connection && !connect())
             return std::nullopt;
         const xcb_get_property_cookie_t cookie =
-            xcb_get_property(m_connection, 0, m_root, m_atom, XCB_ATOM_STRING, 0, 1024);
-        const ReplyPointer<xcb_get_property_reply_t> reply(xcb_get_property_reply(m_connection, cookie, nullptr));
+            x->getProperty(m_connection, 0, m_root, m_atom, XCB_ATOM_STRING, 0, 1024);
+        const ReplyPointer<xcb_get_property_reply_t> reply(x->getPropertyReply(m_connection, cookie, nullptr));
         if (!reply)
             return std::nullopt;
-        return QByteArray(static_cast<const char *>(xcb_get_property_value(reply.get())),
-                          xcb_get_property_value_length(reply.get()));
+        return QByteArray(static_cast<const char *>(x->getPropertyValue(reply.get())),
+                          x->getPropertyValueLength(reply.get()));
     }
 
 private:
@@ -117,14 +123,15 @@ private:
 class DisplayNotifier : public QSocketNotifier
 {
 public:
+    // Made only once the library has given a connection.
     explicit DisplayNotifier(xcb_connection_t *connection)
-        : QSocketNotifier(xcb_get_file_descriptor(connection), QSocketNotifier::Read)
+        : QSocketNotifier(Xcb::library()->getFileDescriptor(connection), QSocketNotifier::Read)
         , m_connection(connection)
     {}
     ~DisplayNotifier() override
     {
         setEnabled(false);
-        xcb_disconnect(m_connection);
+        Xcb::library()->disconnect(m_connection);
     }
     DisplayNotifier(const DisplayNotifier &) = delete;
     DisplayNotifier &operator=(const DisplayNotifier &) = delete;
@@ -201,26 +208,27 @@ bool observe(QObject *context, std::function<void()> callback)
     const std::optional<Display> display = connectToDisplay();
     if (!display)
         return false;
+    const Xcb *x = Xcb::library();
     xcb_connection_t *connection = display->connection;
     // Every client chooses its own events on the root window; this takes nothing from the window manager.
     const uint32_t mask = XCB_EVENT_MASK_PROPERTY_CHANGE;
-    xcb_change_window_attributes(connection, display->root, XCB_CW_EVENT_MASK, &mask);
-    xcb_flush(connection);
+    x->changeWindowAttributes(connection, display->root, XCB_CW_EVENT_MASK, &mask);
+    x->flush(connection);
 
     auto *notifier = new DisplayNotifier(connection);
     notifier->moveToThread(context->thread());
     notifier->setParent(context);
     QObject::connect(notifier, &QSocketNotifier::activated, notifier,
-                     [connection, notifier, atom = display->rulesNames, callback = std::move(callback)] {
+                     [x, connection, notifier, atom = display->rulesNames, callback = std::move(callback)] {
                          bool changed = false;
-                         while (xcb_generic_event_t *event = xcb_poll_for_event(connection)) {
+                         while (xcb_generic_event_t *event = x->pollForEvent(connection)) {
                              if ((event->response_type & 0x7f) == XCB_PROPERTY_NOTIFY)
                                  changed =
                                      changed || reinterpret_cast<xcb_property_notify_event_t *>(event)->atom == atom;
                              std::free(event);
                          }
                          // A server that went away would wake this at once, and for ever.
-                         if (xcb_connection_has_error(connection))
+                         if (x->connectionHasError(connection))
                              notifier->setEnabled(false);
                          if (changed)
                              callback();

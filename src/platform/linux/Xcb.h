@@ -1,0 +1,28 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+// The few libxcb calls the X layout needs, loaded on first use: most commands
+// never talk to an X server and should not pay for loading its client library.
+struct Xcb
+{
+    decltype(&xcb_connect) connect;
+    decltype(&xcb_connection_has_error) connectionHasError;
+    decltype(&xcb_disconnect) disconnect;
+    decltype(&xcb_flush) flush;
+    decltype(&xcb_get_file_descriptor) getFileDescriptor;
+    decltype(&xcb_get_setup) getSetup;
+    decltype(&xcb_setup_roots_iterator) setupRootsIterator;
+    decltype(&xcb_screen_next) screenNext;
+    decltype(&xcb_intern_atom) internAtom;
+    decltype(&xcb_intern_atom_reply) internAtomReply;
+    decltype(&xcb_get_property) getProperty;
+    decltype(&xcb_get_property_reply) getPropertyReply;
+    decltype(&xcb_get_property_value) getPropertyValue;
+    decltype(&xcb_get_property_value_length) getPropertyValueLength;
+    decltype(&xcb_change_window_attributes) changeWindowAttributes;
+    decltype(&xcb_poll_for_event) pollForEvent;
+
+    // The library's calls; none when libxcb cannot be loaded.
+    static const Xcb *library();
+};
