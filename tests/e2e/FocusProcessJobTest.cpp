@@ -52,33 +52,12 @@ protected:
     qint64 m_pid = 0;
 };
 
-struct ExitCase
-{
-    const char *name;
-    int status;
-};
-
-class FocusProcessExitTest : public FocusProcessJobTest, public testing::WithParamInterface<ExitCase>
-{
-};
-
-TEST_P(FocusProcessExitTest, ReportsTheExitStatusOnce)
-{
-    start(QStringLiteral("exit"), GetParam().status);
-    waitForResult();
-    ASSERT_EQ(m_results.size(), 1u);
-    EXPECT_EQ(m_results.front(), FocusProcessResult::exited(GetParam().status));
-    EXPECT_TRUE(m_job.isNull()) << "the job should delete itself after reporting";
-}
-
-INSTANTIATE_TEST_SUITE_P(FocusProcessJob, FocusProcessExitTest,
-                         testing::Values(ExitCase{"Success", 0}, ExitCase{"Failed", 78}), ParamName());
-
-// However the job ends a running helper, it reports the first reason once.
+// However the helper ends, the job reports the first reason once, then deletes itself.
 struct StopCase
 {
     const char *name;
     const char *behaviour;
+    int value;
     std::chrono::milliseconds limit;
     std::vector<FocusProcessResult> stops;
     FocusProcessResult expected;
@@ -90,13 +69,14 @@ class FocusProcessStopTest : public FocusProcessJobTest, public testing::WithPar
 
 TEST_P(FocusProcessStopTest, ReportsTheFirstReasonOnce)
 {
-    start(QLatin1String(GetParam().behaviour), 0, GetParam().limit);
+    start(QLatin1String(GetParam().behaviour), GetParam().value, GetParam().limit);
     spinUntil([] { return false; }, 200); // let the helper install its handler
     for (const FocusProcessResult &reason : GetParam().stops)
         m_job->stop(reason);
     waitForResult();
     ASSERT_EQ(m_results.size(), 1u);
     EXPECT_EQ(m_results.front(), GetParam().expected);
+    EXPECT_TRUE(m_job.isNull());
 }
 
 const FocusProcessResult cancelled = FocusProcessResult::cancelled();
@@ -104,11 +84,12 @@ const FocusProcessResult timedOut = FocusProcessResult::timedOut();
 
 INSTANTIATE_TEST_SUITE_P(
     FocusProcessJob, FocusProcessStopTest,
-    testing::Values(StopCase{"HangingHelperTimesOut", "sleep", 200ms, {}, timedOut},
-                    StopCase{"HelperIgnoringTerminateIsKilled", "ignore-term", 3000ms, {cancelled}, cancelled},
-                    StopCase{"FirstStopReasonWins", "sleep", 3000ms, {cancelled, timedOut}, cancelled},
+    testing::Values(StopCase{"ExitsWithItsStatus", "exit", 78, 3000ms, {}, FocusProcessResult::exited(78)},
+                    StopCase{"HangingHelperTimesOut", "sleep", 0, 200ms, {}, timedOut},
+                    StopCase{"HelperIgnoringTerminateIsKilled", "ignore-term", 0, 3000ms, {cancelled}, cancelled},
+                    StopCase{"FirstStopReasonWins", "sleep", 0, 3000ms, {cancelled, timedOut}, cancelled},
                     // It exits cleanly on SIGTERM, yet the job was the one to stop it.
-                    StopCase{"ExitAfterStopKeepsTheReason", "term-exits", 3000ms, {cancelled}, cancelled}),
+                    StopCase{"ExitAfterStopKeepsTheReason", "term-exits", 0, 3000ms, {cancelled}, cancelled}),
     ParamName());
 
 TEST(FocusProcessLaunchTest, MissingExecutableIsAnErrorWithoutCompletion)

@@ -44,7 +44,6 @@ const QMap<QByteArray, Script> scripts{
     {"/manifest", {"HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n", manifestOfSize(200)}},
     {"/too-large", {"HTTP/1.1 200 OK\r\n", manifestOfSize(NetworkLoader::largestBody + 1)}},
     // The heads alone decide these: their bodies never come.
-    {"/announced-too-large", {"HTTP/1.1 200 OK\r\nContent-Length: 65537\r\n", {}, false}},
     {"/missing", {"HTTP/1.1 404 Not Found\r\nContent-Length: 100000\r\n", {}, false}},
     {"/to-http", {"HTTP/1.1 302 Found\r\nLocation: http://127.0.0.1:{port}/manifest\r\nContent-Length: 0\r\n", {}}},
     {"/trickle", {"HTTP/1.1 200 OK\r\n", manifestOfSize(1000), true, true}},
@@ -172,8 +171,6 @@ INSTANTIATE_TEST_SUITE_P(
     Update, UpdateServerTest,
     testing::Values(ServerCase{"Manifest", "/manifest", available(200)},
                     ServerCase{"BodyTooLarge", "/too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
-                    ServerCase{"AnnouncedTooLarge", "/announced-too-large",
-                               UpdateCheckResult::failed(Failure::ResponseTooLarge)},
                     ServerCase{"NotFound", "/missing", UpdateCheckResult::failed(UpdateCheckFailure::http(404))},
                     ServerCase{"RedirectToHttp", "/to-http", UpdateCheckResult::failed(Failure::InsecureRedirect)},
                     ServerCase{"UntrustedCertificate", "/manifest", UpdateCheckResult::failed(Failure::Network), false},

@@ -5,7 +5,6 @@
 #include "core/config/ConfigStore.h"
 #include "core/login/InstanceLock.h"
 #include "platform/AppPlaces.h"
-#include "platform/InputSources.h"
 #include "platform/linux/IBusAddress.h"
 
 #include "support/ParamName.h"
@@ -34,10 +33,7 @@ const QString german = "xkb:de::deu";
 // Generous for a loaded machine; a hang never gets there.
 constexpr int boundMs = 10000;
 
-QString directory()
-{
-    return ConfigStore::directory();
-}
+const auto directory = ConfigStore::directory;
 
 // Name, kind and content of everything in the configuration folder.
 QStringList snapshot()
@@ -279,25 +275,6 @@ TEST_F(FaultEndToEndTest, BackgroundInstanceOutlivesAFrozenDaemon)
     EXPECT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, boundMs));
     instance.kill();
     instance.waitForFinished();
-}
-
-TEST_F(FaultEndToEndTest, ConcurrentSetsEndAtTheFinalPin)
-{
-    const QStringList engines = {"xkb:us::eng", german, "hangul"};
-    QList<QProcess *> writers;
-    for (int writer = 0; writer < 4; ++writer) {
-        QString script = "for i in $(seq 25); do \"$0\" set \"$1\" --json || exit 1; done";
-        auto *process = new QProcess;
-        process->setProcessEnvironment(m_environment);
-        process->start("sh", {"-c", script, executable, engines[writer % 3]});
-        writers << process;
-    }
-    for (QProcess *process : writers) {
-        EXPECT_TRUE(process->waitForFinished(120000));
-        EXPECT_EQ(process->exitCode(), 0) << process->readAllStandardOutput().right(400).constData();
-        delete process;
-    }
-    EXPECT_EQ(InputSources::live().currentID(), ConfigStore::load()->sourceID);
 }
 
 } // namespace

@@ -39,15 +39,11 @@ protected:
 
 using IBusCatalogTest = IBusTest;
 
-TEST_F(IBusCatalogTest, ChoicesAreThePreloadedEnginesInOrder)
+TEST_F(IBusCatalogTest, ChoicesAreThePreloadedEnginesInOrderAndNoOtherIsSelected)
 {
     EXPECT_EQ(Catalog::choices(), (QList<InputChoice>{{us, QStringLiteral("English (US)")},
                                                       {german, QStringLiteral("German")},
                                                       {hangul, QStringLiteral("Hangul")}}));
-}
-
-TEST_F(IBusCatalogTest, UnknownEngineIsRefusedAndNothingChanges)
-{
     const InputSources system = InputSources::live();
     EXPECT_EQ(system.select(QStringLiteral("no-such-engine")), InputSources::refused);
     EXPECT_EQ(system.currentID(), us);
