@@ -18,8 +18,10 @@ TEST(AppBundleTest, DecidesFromThePath)
         EXPECT_EQ(AppBundle::resourceDirectory(executable), resources);
         const std::optional<QStringList> open = AppBundle::openArguments(executable);
         ASSERT_EQ(open.has_value(), !bundle.isEmpty());
-        if (open) // the bundle itself is started, never the bare executable
+        // The bundle itself is started, never the bare executable.
+        if (open) {
             EXPECT_EQ(open->mid(0, 2), QStringList({"-a", bundle}));
+        }
     }
 }
 

@@ -62,8 +62,9 @@ TEST(ConfigMigrationTest, MovesOnceAndKeepsTheNewer)
         EXPECT_EQ(result ? std::optional(result.value()) : std::nullopt, c.outcome);
         EXPECT_EQ(readFile(ConfigStore::fileIn(to)), c.kept);
         EXPECT_EQ(QFileInfo::exists(oldFile), !c.outcome) << "an unreadable old file stays";
-        if (c.outcome)
+        if (c.outcome) {
             EXPECT_EQ(ConfigMigration::run(from, to).value(), Outcome::NothingToMove) << "only once";
+        }
     }
 }
 
