@@ -47,7 +47,8 @@ void run(int &argc, char **argv, const QString &identifier)
     for (int i = 1; i < argc; ++i)
         automatic = automatic || qstrcmp(argv[i], "--automatic") == 0;
 
-    const std::optional<LockFile> turn = takeTurn();
+    // Held, never read: the lock is this helper's turn until the process ends.
+    const std::optional<LockFile> turn = takeTurn(); // NOLINT(clang-analyzer-deadcode.DeadStores)
     ApplicationRole::useOffscreenWithoutDisplay();
     const QApplication application(argc, argv);
     const FocusHelperDependencies dependencies = FocusHelperDependencies::live();
