@@ -29,16 +29,42 @@ Expected<std::optional<QByteArray>> readExisting(const QString &path)
     return std::optional<QByteArray>();
 }
 
-Expected<void> writeUnlocked(const Config &config, const QString &directory)
+// The file's bytes, if any, and the configuration they hold.
+struct Stored
+{
+    std::optional<QByteArray> bytes;
+    Config config;
+};
+
+Expected<Stored> readStored(const QString &path)
+{
+    const Expected<std::optional<QByteArray>> bytes = readExisting(path);
+    if (!bytes)
+        return bytes.error();
+    if (!bytes.value())
+        return Stored{};
+    const Expected<Config> config = Config::decode(*bytes.value(), path);
+    if (!config)
+        return config.error();
+    return Stored{bytes.value(), config.value()};
+}
+
+// For a path already read under the lock.
+Expected<void> replaceUnlocked(const Config &config, const QString &path)
 {
     const FileOperations files = FileOperations::live();
-    const QString path = fileIn(directory);
-    if (const auto existing = readExisting(path); !existing)
-        return existing.error();
     // Under the lock no other write is under way: any temporary file is a killed writer's.
     files.removeLeftovers(path);
     // Written beside the target and renamed into place, so readers never see half a file.
     return files.writeAtomically(path, config.encoded());
+}
+
+Expected<void> writeUnlocked(const Config &config, const QString &directory)
+{
+    const QString path = fileIn(directory);
+    if (const auto existing = readExisting(path); !existing)
+        return existing.error();
+    return replaceUnlocked(config, path);
 }
 
 template <typename Body> auto withExclusiveLock(const QString &directory, Body body) -> decltype(body())
@@ -83,11 +109,10 @@ Expected<Config> load()
 
 Expected<Config> loadFrom(const QString &directory)
 {
-    const QString path = fileIn(directory);
-    const Expected<std::optional<QByteArray>> bytes = readExisting(path);
-    if (!bytes)
-        return bytes.error();
-    return bytes.value() ? Config::decode(*bytes.value(), path) : Expected<Config>(Config{});
+    const Expected<Stored> stored = readStored(fileIn(directory));
+    if (!stored)
+        return stored.error();
+    return stored->config;
 }
 
 Config loadOrDefault(const QString &configDirectory)
@@ -109,21 +134,18 @@ Expected<Config> mutate(const QString &directory, const Edit &edit, const Notifi
     bool unchanged = false;
     Expected<Config> result = withExclusiveLock(directory, [&]() -> Expected<Config> {
         const QString path = fileIn(directory);
-        const Expected<std::optional<QByteArray>> bytes = readExisting(path);
-        if (!bytes)
-            return bytes.error();
-        Expected<Config> current = bytes.value() ? Config::decode(*bytes.value(), path) : Expected<Config>(Config{});
-        if (!current)
-            return current;
-        Config config = current.value();
+        const Expected<Stored> stored = readStored(path);
+        if (!stored)
+            return stored.error();
+        Config config = stored->config;
         if (const Expected<void> edited = edit(config); !edited)
             return edited.error();
         // A file that would come out byte for byte the same is left alone, and
         // nobody is told: a repeated set or resume costs no write.
-        unchanged = bytes.value() && config.encoded() == *bytes.value();
+        unchanged = stored->bytes && config.encoded() == *stored->bytes;
         if (unchanged)
             return config;
-        if (const Expected<void> written = writeUnlocked(config, directory); !written)
+        if (const Expected<void> written = replaceUnlocked(config, path); !written)
             return written.error();
         return config;
     });
