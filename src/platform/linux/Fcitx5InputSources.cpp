@@ -2,11 +2,11 @@
 
 #include "platform/linux/Fcitx5Controller.h"
 #include "platform/linux/Fcitx5SelectionPoll.h"
+#include "platform/linux/SelectStatus.h"
 #include "platform/linux/SignalReceiver.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusError>
 #include <QDBusServiceWatcher>
 #include <QHash>
 #include <QMutex>
@@ -125,19 +125,7 @@ QString currentID()
 
 qint32 statusOf(const QDBusMessage &reply)
 {
-    if (reply.type() == QDBusMessage::ReplyMessage)
-        return 0;
-    // What the bus answers for a name nobody owns when asked not to start it.
-    if (reply.errorName() == QLatin1String("org.freedesktop.DBus.Error.NameHasNoOwner"))
-        return InputSources::unavailable;
-    switch (QDBusError(reply).type()) {
-    case QDBusError::Disconnected:
-    case QDBusError::ServiceUnknown: return InputSources::unavailable;
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut: return InputSources::noReply;
-    default: return InputSources::refused;
-    }
+    return reply.type() == QDBusMessage::ReplyMessage ? 0 : SelectStatus::ofError(reply);
 }
 
 // The polls of every observer, started and stopped together.

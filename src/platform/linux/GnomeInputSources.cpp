@@ -2,11 +2,11 @@
 
 #include "platform/GnomeShellExtension.h"
 #include "platform/ProgramRunner.h"
+#include "platform/linux/SelectStatus.h"
 #include "platform/linux/SignalReceiver.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusError>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 
@@ -75,14 +75,7 @@ qint32 activate(const QString &id)
         const QVariant activated = firstArgument(reply);
         return activated.metaType() == QMetaType::fromType<bool>() && activated.toBool() ? 0 : InputSources::refused;
     }
-    switch (QDBusError(reply).type()) {
-    case QDBusError::Disconnected:
-    case QDBusError::ServiceUnknown: return InputSources::unavailable;
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut: return InputSources::noReply;
-    default: return InputSources::refused;
-    }
+    return SelectStatus::ofError(reply);
 }
 
 InputSources::Observe observe(const QString &signal)

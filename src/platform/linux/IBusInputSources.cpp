@@ -4,9 +4,9 @@
 #include "platform/linux/IBusBus.h"
 #include "platform/linux/IBusEngineDesc.h"
 #include "platform/linux/IBusNames.h"
+#include "platform/linux/SelectStatus.h"
 
 #include <QDBusArgument>
-#include <QDBusError>
 #include <QDBusVariant>
 
 #include <QCoreApplication>
@@ -338,14 +338,7 @@ qint32 select(Backend &backend, const QString &id)
         const std::optional<X11Layout::Names> layout = engineLayout(backend, id);
         return !layout || X11Layout::apply(*layout) ? 0 : InputSources::layoutNotApplied;
     }
-    switch (QDBusError(reply).type()) {
-    case QDBusError::Disconnected:
-    case QDBusError::ServiceUnknown: return InputSources::unavailable;
-    case QDBusError::NoReply:
-    case QDBusError::Timeout:
-    case QDBusError::TimedOut: return InputSources::noReply;
-    default: return InputSources::refused;
-    }
+    return SelectStatus::ofError(reply);
 }
 
 bool isSelection(const QDBusMessage &message)
