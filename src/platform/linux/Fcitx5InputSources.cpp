@@ -199,9 +199,7 @@ bool observeEnabled(QObject *context, std::function<void()> callback)
 {
     if (!context)
         return false;
-    auto *receiver = new SignalReceiver(std::move(callback), nullptr);
-    receiver->moveToThread(context->thread());
-    receiver->setParent(context);
+    auto *receiver = new SignalReceiver(std::move(callback), context);
     QDBusConnection bus = QDBusConnection::sessionBus();
     auto *watcher =
         new QDBusServiceWatcher(Fcitx5Controller::service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);

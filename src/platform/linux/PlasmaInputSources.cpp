@@ -158,9 +158,7 @@ bool observe(const QString &signal, bool serviceToo, QObject *context, std::func
 {
     if (!context)
         return false;
-    auto *receiver = new SignalReceiver(std::move(callback), nullptr);
-    receiver->moveToThread(context->thread());
-    receiver->setParent(context);
+    auto *receiver = new SignalReceiver(std::move(callback), context);
     QDBusConnection bus = QDBusConnection::sessionBus();
     if (serviceToo) {
         auto *watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, receiver);

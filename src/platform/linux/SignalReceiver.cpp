@@ -1,9 +1,14 @@
 #include "platform/linux/SignalReceiver.h"
 
 SignalReceiver::SignalReceiver(std::function<void()> callback, QObject *parent)
-    : QObject(parent)
-    , m_callback(std::move(callback))
-{}
+    : m_callback(std::move(callback))
+{
+    // The parent may live on another thread than the caller's: made there, and then adopted.
+    if (parent) {
+        moveToThread(parent->thread());
+        setParent(parent);
+    }
+}
 
 void SignalReceiver::deliver()
 {

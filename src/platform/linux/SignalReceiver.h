@@ -5,7 +5,7 @@
 #include <functional>
 
 // Turns a D-Bus signal into a call of `callback` on the thread of its parent,
-// for as long as the parent lives.
+// for as long as the parent lives. The parent may be on any thread.
 class SignalReceiver : public QObject
 {
     Q_OBJECT
