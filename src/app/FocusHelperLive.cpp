@@ -7,7 +7,6 @@
 
 #include <QGuiApplication>
 #include <QScreen>
-#include <QThread>
 #include <QWidget>
 
 #include <memory>
@@ -26,14 +25,7 @@ FocusHelperDependencies FocusHelperDependencies::live()
     d.secureInput = system.secureInput;
     d.isSelectable = [system](const QString &id) { return Catalog::find(id, system).has_value(); };
     // Another process's switch may be under way; the framework takes ours a moment later.
-    d.select = [system](const QString &id) {
-        qint32 status = system.select(id);
-        for (int retry = 0; status == InputSources::refused && retry < 3; ++retry) {
-            QThread::msleep(20UL << retry);
-            status = system.select(id);
-        }
-        return status;
-    };
+    d.select = [system](const QString &id) { return InputSources::selectPatiently(system, id, 20); };
     d.currentID = system.currentID;
     d.becomeAccessory = [] { ApplicationRole::becomeAccessory(); };
     d.mainScreenArea = []() -> std::optional<QRect> {

@@ -1,5 +1,7 @@
 #include "platform/InputSources.h"
 
+#include <QThread>
+
 InputSources InputSources::none()
 {
     const auto cannotTell = [](QObject *, const std::function<void()> &) { return false; };
@@ -10,4 +12,14 @@ InputSources InputSources::none()
             [] { return false; },
             cannotTell,
             cannotTell};
+}
+
+qint32 InputSources::selectPatiently(const InputSources &system, const QString &id, unsigned long firstPauseMs)
+{
+    qint32 status = system.select(id);
+    for (int retry = 0; status == refused && retry < 3; ++retry) {
+        QThread::msleep(firstPauseMs << retry);
+        status = system.select(id);
+    }
+    return status;
 }

@@ -67,6 +67,11 @@ struct InputSources
     // sessions (GNOME: Tolvar's shell extension); false when that failed.
     std::function<bool()> enableCompanion = [] { return true; };
 
+    // Selects `id`, asking again up to three times, after `firstPause` and then
+    // twice as long each time, while the system turns it down: IBus refuses a
+    // switch while another one is under way and takes it a moment later.
+    static qint32 selectPatiently(const InputSources &system, const QString &id, unsigned long firstPauseMs);
+
     static InputSources live();
     // A system without input sources: no sources, nothing selected, every select `unavailable`.
     static InputSources none();

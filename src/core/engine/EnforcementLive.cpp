@@ -13,7 +13,6 @@
 
 #include <QFile>
 #include <QPointer>
-#include <QThread>
 
 #include <filesystem>
 #include <memory>
@@ -25,7 +24,6 @@ namespace {
 using namespace std::chrono_literals;
 
 constexpr auto focusTimeLimit = 3s;
-constexpr int refusedRetries = 3;
 constexpr unsigned long refusedPauseMs = 40;
 
 // The configuration as last read, read again when the file's time or size
@@ -93,15 +91,7 @@ EnforcementDependencies EnforcementDependencies::over(const InputSources &system
         return EnforcementTarget{source->id(), source->isCJKV() && system.cjkvNeedsFocus};
     };
     // The engine selects only what `find` just found.
-    d.select = [system](const QString &id) {
-        qint32 status = system.select(id);
-        // IBus turns a switch down while another one is under way; a moment later it takes it.
-        for (int retry = 0; status == InputSources::refused && retry < refusedRetries; ++retry) {
-            QThread::msleep(refusedPauseMs << retry);
-            status = system.select(id);
-        }
-        return status;
-    };
+    d.select = [system](const QString &id) { return InputSources::selectPatiently(system, id, refusedPauseMs); };
     d.launchFocus = [](const QString &id, bool automatic, FocusCompletion completion) -> Expected<CancelFocus> {
         auto *job = new FocusProcessJob(focusTimeLimit, std::move(completion));
         if (const Expected<void> started = job->start(id, automatic); !started) {
