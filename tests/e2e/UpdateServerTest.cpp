@@ -2,9 +2,8 @@
 #include "core/update/UpdateChecker.h"
 #include "support/ParamName.h"
 #include "support/Process.h"
-#include "support/UpdatePrinting.h"
+#include "support/UpdateChecks.h"
 
-#include <QEventLoop>
 #include <QFile>
 #include <QMap>
 #include <QSslKey>
@@ -150,16 +149,7 @@ TEST_P(UpdateServerTest, AnswersAsTheManifestAndTheLimitsSay)
     const AppBuildInfo local{"1.2", 7, "26.0", s_server->address(GetParam().path)};
     const UpdateChecker checker = UpdateChecker::make(local, "26.0.1", NetworkLoader::make({1000ms, 2500ms, tls}));
 
-    QObject context;
-    QEventLoop loop;
-    std::optional<UpdateCheckResult> result;
-    checker.check(&context, [&](const UpdateCheckResult &r) {
-        result = r;
-        loop.quit();
-    });
-    QTimer::singleShot(10s, &loop, &QEventLoop::quit);
-    loop.exec();
-    EXPECT_EQ(result, GetParam().expected);
+    EXPECT_EQ(runToEnd(checker), GetParam().expected);
 }
 
 UpdateCheckResult available(qsizetype size)

@@ -1,8 +1,7 @@
 #include "core/update/NetworkLoader.h"
 #include "core/update/UpdateChecker.h"
-#include "support/UpdatePrinting.h"
+#include "support/UpdateChecks.h"
 
-#include <QEventLoop>
 #include <QJsonDocument>
 #include <QJsonObject>
 
@@ -41,21 +40,6 @@ UpdateCheckResult availableWith(const QJsonObject &changes, bool requiresNewerSy
 UpdateCheckResult failed(Failure kind)
 {
     return UpdateCheckResult::failed(kind);
-}
-
-// Runs a check to its end; a check that needs no network still answers from the event loop.
-std::optional<UpdateCheckResult> check(const UpdateChecker &checker)
-{
-    QObject context;
-    QEventLoop loop;
-    std::optional<UpdateCheckResult> result;
-    checker.check(&context, [&](const UpdateCheckResult &r) {
-        result = r;
-        loop.quit();
-    });
-    EXPECT_FALSE(result) << "answered before returning";
-    loop.exec();
-    return result;
 }
 
 const QString tooLongNotes(ReleaseManifest::maximumNotesLength + 1, u'x');
@@ -115,7 +99,7 @@ TEST(UpdateCheckTest, DecidesWithoutTheNetwork)
     // clang-format on
     for (const auto &[current, systemVersion, expected] : rows) {
         int loads = 0;
-        EXPECT_EQ(check({current, systemVersion, [&](const QNetworkRequest &, QObject *, auto) { ++loads; }}),
+        EXPECT_EQ(runToEnd({current, systemVersion, [&](const QNetworkRequest &, QObject *, auto) { ++loads; }}),
                   expected);
         EXPECT_EQ(loads, 0);
     }
