@@ -75,10 +75,14 @@ TEST_F(CommandLineEndToEndTest, StatusWithNothingSetUpIsStopped)
 
 TEST_F(CommandLineEndToEndTest, SetSwitchesAndRemembers)
 {
-    for (const QString &id : {german, hangul}) {
-        const ProcessResult result = tolvar({"set", id});
+    // The first set reports in JSON: what it reports is the file after its edit.
+    for (const auto &[id, asJson] : {std::pair(german, true), std::pair(hangul, false)}) {
+        const ProcessResult result = tolvar(asJson ? QStringList{"set", id, "--json"} : QStringList{"set", id});
         EXPECT_EQ(result.exitCode, 0) << qPrintable(id) << result.err.constData();
-        EXPECT_TRUE(result.out.isEmpty());
+        const QJsonObject status = json(result)["status"].toObject();
+        EXPECT_EQ(status["target"].toObject()["id"].toString(), asJson ? id : QString());
+        EXPECT_EQ(status["onboardingCompleted"].toBool(), asJson);
+        EXPECT_EQ(result.out.isEmpty(), !asJson);
         EXPECT_EQ(m_system.currentID(), id);
         EXPECT_EQ(ConfigStore::load().value(), (Config{id, false, std::nullopt, true}));
     }

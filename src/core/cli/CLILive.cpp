@@ -84,7 +84,11 @@ AutomationServices AutomationServices::live(std::optional<Expected<Config>> star
             return *std::move(config);
         return ConfigStore::load();
     };
-    s.update = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
+    // After an edit the file read at the start is out of date: a report reads it afresh.
+    s.update = [first](const ConfigStore::Edit &edit) {
+        first->reset();
+        return ConfigStore::mutate(ConfigStore::directory(), edit);
+    };
     s.choices = once<QList<InputChoice>>([system] { return Catalog::choices(system); });
     // The current source is usually among the enabled ones, whose names are known already.
     s.current = [system, choices = s.choices]() -> InputChoice {
