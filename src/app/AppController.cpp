@@ -134,6 +134,7 @@ void AppController::showWindow()
     m_model.invalidateArtwork();
     m_model.refreshLogin();
     const bool first = !m_window->isVisible() && m_window->windowHandle() == nullptr;
+    const bool shown = m_window->isVisible();
     m_window->setWindowState(m_window->windowState() & ~Qt::WindowMinimized);
     m_window->show();
     if (first && canPlaceWindows()) {
@@ -146,6 +147,10 @@ void AppController::showWindow()
     m_window->raise();
     // Asks the window manager for the focus, with the activation token where the platform has one.
     m_window->activateWindow();
+    // Qt stamps an X11 request with the last event it saw, and a request stamped
+    // before another window took the focus is ignored.
+    if (shown && QGuiApplication::platformName() == QLatin1String("xcb"))
+        ApplicationRole::bringX11WindowForward(m_window->winId());
 }
 
 void AppController::togglePanel(const QRect &iconGeometry)

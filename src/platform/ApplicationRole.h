@@ -15,5 +15,8 @@ void becomeAccessory();
 void activateIgnoringOtherApps();
 // Above everything, on every workspace, for the focus helper's tiny window.
 void raiseAboveEverything(quintptr window);
+// Brings a shown window of the X11 platform to the front with the keyboard focus,
+// at the user's request made through another process, as a second start is.
+void bringX11WindowForward(quintptr window);
 
 } // namespace ApplicationRole

@@ -1,5 +1,7 @@
 #include "platform/ApplicationRole.h"
 
+#include "platform/linux/X11Activation.h"
+
 #include <QByteArray>
 
 namespace ApplicationRole {
@@ -18,5 +20,10 @@ bool useOffscreenWithoutDisplay()
 void becomeAccessory() {}
 void activateIgnoringOtherApps() {}
 void raiseAboveEverything(quintptr) {}
+
+void bringX11WindowForward(quintptr window)
+{
+    X11Activation::activate(static_cast<quint32>(window));
+}
 
 } // namespace ApplicationRole

@@ -33,6 +33,14 @@ std::optional<Xcb> load()
     resolve(x.getPropertyValueLength, "xcb_get_property_value_length");
     resolve(x.changeWindowAttributes, "xcb_change_window_attributes");
     resolve(x.pollForEvent, "xcb_poll_for_event");
+    resolve(x.waitForEvent, "xcb_wait_for_event");
+    resolve(x.generateId, "xcb_generate_id");
+    resolve(x.createWindow, "xcb_create_window");
+    resolve(x.destroyWindow, "xcb_destroy_window");
+    resolve(x.changeProperty, "xcb_change_property");
+    resolve(x.configureWindow, "xcb_configure_window");
+    resolve(x.setInputFocus, "xcb_set_input_focus");
+    resolve(x.sendEvent, "xcb_send_event");
     // Never unloaded: its connections live to the end of the process.
     if (!complete)
         return std::nullopt;

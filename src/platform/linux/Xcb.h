@@ -2,8 +2,8 @@
 
 #include <xcb/xcb.h>
 
-// The few libxcb calls the X layout needs, loaded on first use: most commands
-// never talk to an X server and should not pay for loading its client library.
+// The few libxcb calls the X layout and window activation need, loaded on first use:
+// most commands never talk to an X server and should not pay for loading its client library.
 struct Xcb
 {
     decltype(&xcb_connect) connect;
@@ -22,6 +22,14 @@ struct Xcb
     decltype(&xcb_get_property_value_length) getPropertyValueLength;
     decltype(&xcb_change_window_attributes) changeWindowAttributes;
     decltype(&xcb_poll_for_event) pollForEvent;
+    decltype(&xcb_wait_for_event) waitForEvent;
+    decltype(&xcb_generate_id) generateId;
+    decltype(&xcb_create_window) createWindow;
+    decltype(&xcb_destroy_window) destroyWindow;
+    decltype(&xcb_change_property) changeProperty;
+    decltype(&xcb_configure_window) configureWindow;
+    decltype(&xcb_set_input_focus) setInputFocus;
+    decltype(&xcb_send_event) sendEvent;
 
     // The library's calls; none when libxcb cannot be loaded.
     static const Xcb *library();

@@ -28,4 +28,6 @@ void raiseAboveEverything(quintptr window)
     nativeWindow.titlebarAppearsTransparent = YES;
 }
 
+void bringX11WindowForward(quintptr) {}
+
 } // namespace ApplicationRole
