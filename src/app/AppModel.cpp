@@ -3,6 +3,7 @@
 #include "app/MenuBarIcon.h"
 #include "core/config/L10n.h"
 #include "core/engine/Enforcer.h"
+#include "core/sources/SourcesAvailability.h"
 
 AppModel::AppModel(AppServices services, Enforcer *enforcer, QObject *parent)
     : QObject(parent)
@@ -131,7 +132,13 @@ RuntimeState AppModel::runtimeState() const
     inputs.pinnedName = pinnedName();
     inputs.secureInput = m_secureInput;
     inputs.currentID = m_currentID;
+    inputs.availability = m_availability;
     return RuntimeState::derive(inputs);
+}
+
+std::optional<QString> AppModel::sourcesUnreachable() const
+{
+    return SourcesAvailability::warning(m_availability, m_services.framework);
 }
 
 QImage AppModel::sourceIcon(const QString &id)
@@ -181,6 +188,10 @@ void AppModel::refresh()
     if (wasEnabled && !m_enabled)
         m_services.cancelSwitch();
 
+    if (const InputSources::Availability availability = m_services.availability(); availability != m_availability) {
+        m_availability = availability;
+        announce();
+    }
     const QList<InputChoice> choices = m_services.choices();
     const InputChoice current = m_services.current();
     m_artworkSourceIDs.clear();
@@ -239,7 +250,10 @@ std::optional<QString> AppModel::composedWarning() const
     if (m_configError)
         return L10n::text("warn.config");
     QStringList lines;
-    std::optional<QString> primary = m_manualWarning ? m_manualWarning->message() : std::nullopt;
+    // A framework that is down is said first: then no source is missing, however empty the list.
+    std::optional<QString> primary = sourcesUnreachable();
+    if (!primary && m_manualWarning)
+        primary = m_manualWarning->message();
     if (!primary && m_enabled) {
         if (m_pinnedID && !pinnedName())
             primary = L10n::text("warn.missing");

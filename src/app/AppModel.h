@@ -75,6 +75,8 @@ public:
     bool secureInput() const { return m_secureInput; }
     bool automaticSwitching() const { return m_automaticSwitching; }
     bool configError() const { return m_configError; }
+    // What keeps the sources out of reach, in the user's words; none while they can be read.
+    std::optional<QString> sourcesUnreachable() const;
     bool showsOnboarding() const { return m_showsOnboarding; }
     int setupStep() const { return m_setupStep; }
     const std::optional<QString> &setupSourceID() const { return m_setupSourceID; }
@@ -184,6 +186,7 @@ private:
     bool m_secureInput = false;
     bool m_automaticSwitching = false;
     bool m_configError = false;
+    InputSources::Availability m_availability = InputSources::Availability::available;
     bool m_showsOnboarding = false;
     int m_setupStep = 0;
     std::optional<QString> m_setupSourceID;

@@ -5,6 +5,7 @@
 #include "core/config/ConfigStore.h"
 #include "core/sources/InputChoice.h"
 #include "core/sources/SwitchOutcome.h"
+#include "platform/InputSources.h"
 
 #include <QImage>
 #include <QList>
@@ -39,6 +40,9 @@ struct AppServices
     std::function<bool()> isSwitching;
     std::function<void()> cancelSwitch;
     std::function<std::optional<QImage>(const QString &id)> sourceIcon;
+    // Whether the sources can be reached now, and the framework's name for saying why not.
+    std::function<InputSources::Availability()> availability = [] { return InputSources::Availability::available; };
+    QString framework = {};
 
     // This machine, switching through `enforcer`.
     static AppServices live(Enforcer &enforcer);

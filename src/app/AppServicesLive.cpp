@@ -4,6 +4,7 @@
 #include "core/engine/Enforcer.h"
 #include "core/login/Agent.h"
 #include "core/sources/Catalog.h"
+#include "core/sources/SourcesAvailability.h"
 #include "platform/ExecutableLocation.h"
 #include "platform/InputSources.h"
 
@@ -34,5 +35,7 @@ AppServices AppServices::live(Enforcer &enforcer)
         const std::optional<Source> source = Catalog::find(id, system);
         return source ? source->icon() : std::nullopt;
     };
+    s.availability = system.availability;
+    s.framework = SourcesAvailability::frameworkName(system.backend);
     return s;
 }

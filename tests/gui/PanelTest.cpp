@@ -8,6 +8,7 @@
 #include "app/ui/SourceList.h"
 #include "app/ui/SourceRow.h"
 #include "core/config/L10n.h"
+#include "core/sources/SourcesAvailability.h"
 
 #include "support/FakeAppWorld.h"
 #include "support/ParamName.h"
@@ -189,6 +190,39 @@ const SituationRow situations[] = {
     {"MissingSource", missing, nullptr, false, triangle},
 };
 INSTANTIATE_TEST_SUITE_P(Panel, PanelSituationTest, testing::ValuesIn(situations), ParamName());
+
+// A framework that is down says so, in the state and the banner alike, and
+// blames no source; once it is back the pin is kept again.
+using PanelFrameworkDownTest = PanelTable<InputSources::Availability>;
+
+TEST_P(PanelFrameworkDownTest, SaysWhyAndBlamesNoSource)
+{
+    const QList<InputChoice> sources = world.sources;
+    world.availability = GetParam();
+    world.sources.clear();
+    world.current = {};
+    open();
+    EXPECT_EQ(model->runtimeState(), RuntimeState::Error);
+    const auto *banner = find<Banner>(Identifier::warning);
+    ASSERT_TRUE(banner && banner->isVisible());
+    EXPECT_EQ(model->warning(), SourcesAvailability::warning(GetParam(), QStringLiteral("IBus")));
+    const auto *empty = find<SourceEmptyState>(Identifier::sourceEmpty);
+    ASSERT_TRUE(empty);
+    EXPECT_EQ(empty->accessibleName(), L10n::text("panel.unreachable"));
+
+    world.availability = InputSources::Availability::available;
+    world.sources = sources;
+    world.current = sources.first();
+    model->refresh();
+    settle();
+    EXPECT_EQ(model->runtimeState(), RuntimeState::Keeping);
+    EXPECT_FALSE(shown(Identifier::warning));
+}
+
+INSTANTIATE_TEST_SUITE_P(Panel, PanelFrameworkDownTest,
+                         testing::Values(InputSources::Availability::notRunning,
+                                         InputSources::Availability::notAnswering,
+                                         InputSources::Availability::extensionMissing));
 
 // A language chosen in the settings is kept and retranslates the panel at once.
 TEST_F(PanelTest, ChoosingALanguageKeepsItAndRetranslates)

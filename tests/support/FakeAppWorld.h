@@ -19,6 +19,7 @@ struct FakeAppWorld
                                   {QStringLiteral("hangul"), QStringLiteral("Hangul")}};
     InputChoice current = sources.first();
     bool secure = false;
+    InputSources::Availability availability = InputSources::Availability::available;
     std::atomic<bool> login = false;
     std::optional<QString> loginError;
 
@@ -63,6 +64,8 @@ struct FakeAppWorld
         s.isSwitching = [this] { return noted("isSwitching", false); };
         s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
         s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
+        s.availability = [this] { return availability; };
+        s.framework = QStringLiteral("IBus");
         return s;
     }
 };

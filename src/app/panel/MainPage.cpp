@@ -80,6 +80,7 @@ void MainPage::renderSources()
     SourceListContent content;
     content.sources = SourceFilter::filtered(sources, m_query);
     content.totalCount = static_cast<int>(sources.size());
+    content.unreachable = m_model.sourcesUnreachable().has_value();
     if (m_model.enabled())
         content.selectedID = m_model.pinnedID();
     content.currentID = m_model.currentID();

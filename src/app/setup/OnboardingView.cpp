@@ -226,6 +226,7 @@ void OnboardingView::renderSources()
     SourceListContent content;
     content.sources = SourceFilter::filtered(sources, m_query);
     content.totalCount = static_cast<int>(sources.size());
+    content.unreachable = m_model.sourcesUnreachable().has_value();
     content.selectedID = m_model.setupSourceID();
     content.currentID = m_model.currentID();
     content.sourceIcon = [&model = m_model](const QString &id) -> std::optional<QImage> {

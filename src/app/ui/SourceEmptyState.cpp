@@ -7,15 +7,19 @@
 
 #include <QVBoxLayout>
 
-SourceEmptyState::SourceEmptyState(bool isCatalogEmpty, QWidget *parent)
+SourceEmptyState::SourceEmptyState(bool isCatalogEmpty, bool unreachable, QWidget *parent)
     : QWidget(parent)
     , m_catalogEmpty(isCatalogEmpty)
 {
     setObjectName(QLatin1String(Identifier::sourceEmpty));
     const QString symbol =
         isCatalogEmpty ? QStringLiteral("keyboard.badge.ellipsis") : QStringLiteral("magnifyingglass");
-    const QString title = isCatalogEmpty ? L10n::text("panel.empty") : L10n::text("ui.no-results");
-    const QString caption = isCatalogEmpty ? L10n::text("ui.add-source") : L10n::text("ui.try-search");
+    QString title = isCatalogEmpty ? L10n::text("panel.empty") : L10n::text("ui.no-results");
+    QString caption = isCatalogEmpty ? L10n::text("ui.add-source") : L10n::text("ui.try-search");
+    if (isCatalogEmpty && unreachable) {
+        title = L10n::text("panel.unreachable");
+        caption = L10n::text("panel.unreachable-caption");
+    }
 
     auto *column = new QVBoxLayout(this);
     column->setContentsMargins(12, 14, 12, 14);

@@ -3,11 +3,11 @@
 #include <QWidget>
 
 // What the source list shows without rows: how to add a source when the system
-// offers none, or that the search matched nothing.
+// offers none, that the sources cannot be read now, or that the search matched nothing.
 class SourceEmptyState : public QWidget
 {
 public:
-    explicit SourceEmptyState(bool isCatalogEmpty, QWidget *parent = nullptr);
+    explicit SourceEmptyState(bool isCatalogEmpty, bool unreachable = false, QWidget *parent = nullptr);
 
     bool isCatalogEmpty() const { return m_catalogEmpty; }
 

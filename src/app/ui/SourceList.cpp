@@ -79,7 +79,7 @@ void SourceList::rebuild()
     }
 
     if (m_content.sources.isEmpty()) {
-        auto *empty = new SourceEmptyState(m_content.totalCount == 0, m_surface);
+        auto *empty = new SourceEmptyState(m_content.totalCount == 0, m_content.unreachable, m_surface);
         if (scrolls)
             empty->setFixedHeight(scrollHeight);
         m_column->addWidget(empty);

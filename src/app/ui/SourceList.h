@@ -25,6 +25,9 @@ struct SourceListContent
 {
     QList<InputChoice> sources; // after filtering
     int totalCount = 0;         // the catalog's size, before filtering
+    // The catalog cannot be read now: an empty list then gives no advice of its own,
+    // since the warning above it says why.
+    bool unreachable = false;
     std::optional<QString> selectedID;
     QString currentID;
     std::optional<FollowSystemChoice> followSystem;

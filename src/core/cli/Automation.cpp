@@ -16,25 +16,6 @@ std::optional<AutomationTarget> targetFor(const Config &config, const QList<Inpu
     return AutomationTarget{*config.sourceID, std::nullopt, false};
 }
 
-RuntimeState stateFor(const Config &config, bool running, bool reachable, const std::optional<AutomationTarget> &target,
-                      bool secureInput, const QString &currentID)
-{
-    if (!running)
-        return RuntimeState::Stopped;
-    if (!config.enabled)
-        return RuntimeState::Paused;
-    if (!config.sourceID || config.sourceID->isEmpty())
-        return RuntimeState::Setup;
-    // Every source would look missing; the cause is elsewhere.
-    if (!reachable)
-        return RuntimeState::Error;
-    if (!target || !target->available)
-        return RuntimeState::MissingSource;
-    if (secureInput)
-        return RuntimeState::SecureInput;
-    return currentID == *config.sourceID ? RuntimeState::Keeping : RuntimeState::Waiting;
-}
-
 } // namespace
 
 Automation::Automation(AutomationServices services)
@@ -54,7 +35,9 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     }
 
     // Without the framework there is nothing to ask; an empty answer would read as "no source".
-    const std::optional<AutomationFailure> blocked = sourcesBlocked();
+    const InputSources::Availability availability = m_services.availability();
+    const std::optional<AutomationFailure> blocked =
+        AutomationFailure::forAvailability(availability, m_services.framework);
     const bool reachable = !blocked;
     const InputChoice current = reachable ? m_services.current() : InputChoice{};
     const std::optional<AutomationTarget> target =
@@ -62,12 +45,19 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     const Expected<bool> running = m_services.running();
     if (!running)
         return AutomationFailure::runtimeUnavailable().withDetail(running.error().description());
-    const bool secureInput = m_services.secureInput();
+    RuntimeInputs inputs;
+    inputs.running = running.value();
+    inputs.enabled = config.enabled;
+    inputs.pinnedID = config.sourceID;
+    inputs.pinnedName = target && target->available ? target->name : std::nullopt;
+    inputs.secureInput = m_services.secureInput();
+    inputs.currentID = current.id;
+    inputs.availability = availability;
 
     AutomationStatus status;
     status.enabled = config.enabled;
     status.running = running.value();
-    status.state = stateFor(config, running.value(), reachable, target, secureInput, current.id);
+    status.state = RuntimeState::derive(inputs);
     status.current = {current.id, current.name};
     status.target = target;
     status.loginEnabled = m_services.loginEnabled();

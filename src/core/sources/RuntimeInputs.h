@@ -1,12 +1,16 @@
 #pragma once
 
+#include "platform/InputSources.h"
+
 #include <QString>
 
 #include <optional>
 
-// Everything the runtime state is derived from, as the application model observes it.
+// Everything the runtime state is derived from, as the application model or
+// the command line observes it.
 struct RuntimeInputs
 {
+    bool running = true;             // a windowed instance keeps the pin
     bool configError = false;        // the configuration could not be loaded
     bool enabled = false;            // keeping is switched on
     bool switching = false;          // a manual switch is running
@@ -18,4 +22,6 @@ struct RuntimeInputs
     std::optional<QString> pinnedName = {};
     bool secureInput = false;
     QString currentID = {};
+    // Whether the sources can be reached at all: when not, none of them is missing.
+    InputSources::Availability availability = InputSources::Availability::available;
 };

@@ -62,6 +62,8 @@ bool RuntimeState::isTransient() const
 
 RuntimeState RuntimeState::derive(const RuntimeInputs &inputs)
 {
+    if (!inputs.running)
+        return Stopped;
     if (inputs.configError)
         return Error;
     // Automatic work and its warnings count only while keeping is on; manual
@@ -72,6 +74,9 @@ RuntimeState RuntimeState::derive(const RuntimeInputs &inputs)
         return Paused;
     if (!inputs.pinnedID || inputs.pinnedID->isEmpty())
         return Setup;
+    // Every source would look missing; the cause is elsewhere.
+    if (inputs.availability != InputSources::Availability::available)
+        return Error;
     if (!inputs.pinnedName)
         return MissingSource;
     if (inputs.secureInput)

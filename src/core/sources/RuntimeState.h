@@ -33,8 +33,7 @@ public:
     // Between two steady states: switching or waiting.
     bool isTransient() const;
 
-    // The state the application model shows for these inputs. Never Stopped:
-    // only the command line reports that, when no graphical instance runs.
+    // The one state every view shows for these inputs.
     static RuntimeState derive(const RuntimeInputs &inputs);
 
 private:
