@@ -1,5 +1,6 @@
 #include "core/engine/Enforcer.h"
 #include "core/config/L10n.h"
+#include "core/engine/SwitchRetry.h"
 #include "support/FakeEnforcementWorld.h"
 #include "support/FakeInputSources.h"
 #include "support/ParamName.h"
@@ -299,3 +300,47 @@ TEST(EnforcementTargetTest, NeedsTheHelperOnlyWhereThePlatformSays)
 }
 
 } // namespace
+
+// A command's switch against other commands' pins: it follows the pin until its
+// source is current, at most four times, and counts an overtaken switch as done.
+TEST(SwitchRetryTest, FollowsThePinUntilItIsCurrent)
+{
+    using K = SwitchOutcome::Kind;
+    struct Row
+    {
+        const char *name;
+        QList<std::optional<SwitchOutcome>> outcomes; // one per attempt; the last repeats
+        QList<QString> pins;                          // as read after each attempt; the last repeats
+        QList<QString> currents;                      // likewise
+        std::optional<K> expected;
+        int attempts;
+    };
+    const SwitchOutcome ok = SwitchOutcome::success(), busy = SwitchOutcome::busy();
+    const SwitchOutcome failed = SwitchOutcome::failed(QStringLiteral("x"));
+    // clang-format off
+    const Row rows[] = {
+        {"Done", {ok}, {"a"}, {"a"}, K::Success, 1},
+        {"OvertakenBusy", {busy}, {"a"}, {"a"}, K::Success, 1},
+        {"OvertakenFailure", {failed}, {"a"}, {"a"}, K::Success, 1},
+        {"SecureStays", {SwitchOutcome::secureInput()}, {"a"}, {"a"}, K::SecureInput, 1},
+        {"FollowsANewPin", {ok}, {"b", "b"}, {"a", "b"}, K::Success, 2},
+        {"GivesUpAfterFour", {busy}, {"b"}, {"a"}, K::Busy, 4},
+        {"FailureNotCurrent", {failed, ok}, {"a"}, {"b", "a"}, K::Success, 2},
+        {"NothingPinned", {failed}, {""}, {"a"}, K::Failed, 1},
+        {"NeverReported", {std::nullopt}, {"a"}, {"a"}, std::nullopt, 1},
+    };
+    // clang-format on
+    for (const Row &row : rows) {
+        int attempt = 0;
+        const auto at = [&](const auto &list) { return list.value(attempt - 1, list.last()); };
+        const SwitchRetry::World world{[&] { return ++attempt, at(row.outcomes); },
+                                       [&]() -> std::optional<QString> {
+                                           const QString pin = at(row.pins);
+                                           return pin.isEmpty() ? std::nullopt : std::optional(pin);
+                                       },
+                                       [&] { return at(row.currents); }};
+        const std::optional<SwitchOutcome> outcome = SwitchRetry::run(world);
+        EXPECT_EQ(outcome ? std::optional(outcome->kind()) : std::nullopt, row.expected) << row.name;
+        EXPECT_EQ(attempt, row.attempts) << row.name;
+    }
+}

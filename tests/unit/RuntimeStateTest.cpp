@@ -47,7 +47,11 @@ TEST(RuntimeStateTest, Derives)
         {{.manualWarning = warning, .pinnedID = us, .pinnedName = name}, S::Error},
         {{.enabled = true, .automaticWarning = warning, .pinnedID = us, .pinnedName = name, .currentID = us}, S::Error},
         {{.enabled = true, .pinnedID = us, .pinnedName = QString(), .currentID = us}, S::Keeping},
-        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us.toUpper()}, S::Waiting}};
+        {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = us.toUpper()}, S::Waiting},
+        {{.running = false, .configError = true, .enabled = true, .pinnedID = us, .pinnedName = name}, S::Stopped},
+        {{.enabled = true, .pinnedID = us, .availability = InputSources::Availability::notRunning}, S::Error},
+        {{.enabled = true, .availability = InputSources::Availability::notAnswering}, S::Setup},
+        {{.pinnedID = us, .availability = InputSources::Availability::extensionMissing}, S::Paused}};
     // clang-format on
     for (size_t row = 0; row < std::size(rows); ++row)
         EXPECT_EQ(RuntimeState::derive(rows[row].first), rows[row].second) << "row " << row;

@@ -1,107 +1,123 @@
 #include "core/cli/AutomationFailure.h"
 
+#include "core/config/L10n.h"
 #include "core/sources/SourcesAvailability.h"
+
+#include <array>
 
 namespace {
 
-AutomationFailure make(const char *code, const char *message)
+using Kind = AutomationFailure::Kind;
+using Availability = InputSources::Availability;
+
+// Every failure once: its wire code and sentence, which scripts rely on and must
+// not change, and the people's words. With a detail, `detailKey` takes it as %1.
+struct Row
 {
-    return {QString::fromLatin1(code), QString::fromLatin1(message)};
+    Kind kind;
+    const char *code;
+    const char *message;
+    const char *key;
+    const char *detailKey = nullptr;
+    std::optional<Availability> availability = std::nullopt;
+};
+
+// clang-format off
+constexpr std::array<Row, 20> rows{{
+    {Kind::InvalidArguments, "invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.",
+     "cli.usage.header"},
+    {Kind::InvalidConfig, "invalid_config", "Unable to read the configuration. The file has not been changed.",
+     "warn.config", "cli.err.config"},
+    {Kind::RuntimeUnavailable, "runtime_unavailable", "Unable to inspect the running application.",
+     "cli.err.runtime", "cli.err.runtime-detail"},
+    {Kind::ConfigWriteFailed, "config_write_failed", "Unable to update the configuration.",
+     "cli.err.operation", "cli.err.write"},
+    {Kind::NoTarget, "no_target", "No input source is selected. Use tolvar set <source-id> first.", "cli.err.no-pin"},
+    {Kind::MissingSource, "missing_source",
+     "The selected input source is not available. Run tolvar list and select an available source.", "warn.missing"},
+    {Kind::MissingSourceAfterSwitch, "missing_source", "The selected input source is not available.", "warn.missing"},
+    {Kind::NotAppBundle, "not_app_bundle", "This command must run from the packaged Tolvar application.",
+     "cli.err.not-app"},
+    {Kind::OpenFailed, "open_failed", "Unable to open Tolvar.", "cli.err.operation", "cli.err.open"},
+    {Kind::InstallFailed, "install_failed", "Unable to install the login item.", "cli.err.operation", "warn.login"},
+    {Kind::UninstallFailed, "uninstall_failed", "Unable to remove the login item.", "cli.err.operation",
+     "warn.login"},
+    {Kind::SwitchFailed, "switch_failed", "The input source could not be switched.", "cli.err.operation",
+     "warn.switch"},
+    {Kind::SwitchEndedWithoutResult, "switch_failed", "The switching operation ended without a result.",
+     "cli.err.operation"},
+    {Kind::Busy, "busy", "Another switching operation is in progress.", "warn.busy"},
+    {Kind::SecureInput, "secure_input", "Switching is temporarily paused during secure input.", "enf.secure"},
+    {Kind::OperationFailed, "operation_failed", "The operation could not be completed.", "cli.err.operation"},
+    {Kind::EncodingFailed, "encoding_failed", "Unable to encode the response.", "cli.err.operation"},
+    {Kind::InputMethodNotRunning, "input_method_unavailable", "The input method framework is not running.",
+     nullptr, nullptr, Availability::notRunning},
+    {Kind::InputMethodNotAnswering, "input_method_unavailable", "The input method framework is not answering.",
+     nullptr, nullptr, Availability::notAnswering},
+    {Kind::GnomeExtensionMissing, "gnome_extension_missing", nullptr, nullptr, nullptr,
+     Availability::extensionMissing},
+}};
+// clang-format on
+
+const Row &rowFor(Kind kind)
+{
+    for (const Row &row : rows) {
+        if (row.kind == kind)
+            return row;
+    }
+    return rowFor(Kind::OperationFailed);
+}
+
+QString messageOf(const Row &row)
+{
+    if (row.kind == Kind::GnomeExtensionMissing)
+        return QStringLiteral("Tolvar's GNOME Shell extension is not running. Run %1, then log out and back in.")
+            .arg(SourcesAvailability::gnomeExtensionCommand());
+    return QString::fromLatin1(row.message);
 }
 
 } // namespace
 
-AutomationFailure AutomationFailure::invalidArguments()
+AutomationFailure AutomationFailure::of(Kind kind)
 {
-    return make("invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.");
+    const Row &row = rowFor(kind);
+    return {kind, QString::fromLatin1(row.code), messageOf(row)};
 }
 
-AutomationFailure AutomationFailure::invalidConfig()
+AutomationFailure AutomationFailure::fromWire(const QString &code, const QString &message, const QString &detail)
 {
-    return make("invalid_config", "Unable to read the configuration. The file has not been changed.");
+    for (const Row &row : rows) {
+        if (code == QLatin1String(row.code) && message == messageOf(row))
+            return of(row.kind).withDetail(detail);
+    }
+    return {Kind::OperationFailed, code, message, detail};
 }
 
-AutomationFailure AutomationFailure::runtimeUnavailable()
+std::optional<AutomationFailure> AutomationFailure::forAvailability(Availability availability, const QString &framework)
 {
-    return make("runtime_unavailable", "Unable to inspect the running application.");
+    for (const Row &row : rows) {
+        if (row.availability == availability) {
+            const AutomationFailure failure = of(row.kind);
+            switch (availability) {
+            case Availability::notRunning:
+                return failure.withDetail(QStringLiteral("%1 is not running.").arg(framework));
+            case Availability::notAnswering:
+                return failure.withDetail(QStringLiteral("%1 does not answer.").arg(framework));
+            default: return failure;
+            }
+        }
+    }
+    return std::nullopt;
 }
 
-AutomationFailure AutomationFailure::configWriteFailed()
+QString AutomationFailure::humanText(const QString &framework) const
 {
-    return make("config_write_failed", "Unable to update the configuration.");
-}
-
-AutomationFailure AutomationFailure::noTarget()
-{
-    return make("no_target", "No input source is selected. Use tolvar set <source-id> first.");
-}
-
-AutomationFailure AutomationFailure::missingSource()
-{
-    return make("missing_source",
-                "The selected input source is not available. Run tolvar list and select an available source.");
-}
-
-AutomationFailure AutomationFailure::missingSourceAfterSwitch()
-{
-    return make("missing_source", "The selected input source is not available.");
-}
-
-AutomationFailure AutomationFailure::notAppBundle()
-{
-    return make("not_app_bundle", "This command must run from the packaged Tolvar application.");
-}
-
-AutomationFailure AutomationFailure::openFailed()
-{
-    return make("open_failed", "Unable to open Tolvar.");
-}
-
-AutomationFailure AutomationFailure::installFailed()
-{
-    return make("install_failed", "Unable to install the login item.");
-}
-
-AutomationFailure AutomationFailure::uninstallFailed()
-{
-    return make("uninstall_failed", "Unable to remove the login item.");
-}
-
-AutomationFailure AutomationFailure::switchFailed()
-{
-    return make("switch_failed", "The input source could not be switched.");
-}
-
-AutomationFailure AutomationFailure::switchEndedWithoutResult()
-{
-    return make("switch_failed", "The switching operation ended without a result.");
-}
-
-AutomationFailure AutomationFailure::busy()
-{
-    return make("busy", "Another switching operation is in progress.");
-}
-
-AutomationFailure AutomationFailure::secureInput()
-{
-    return make("secure_input", "Switching is temporarily paused during secure input.");
-}
-
-AutomationFailure AutomationFailure::operationFailed()
-{
-    return make("operation_failed", "The operation could not be completed.");
-}
-
-AutomationFailure AutomationFailure::inputMethodNotRunning(const QString &framework)
-{
-    return make("input_method_unavailable", "The input method framework is not running.")
-        .withDetail(QStringLiteral("%1 is not running.").arg(framework));
-}
-
-AutomationFailure AutomationFailure::inputMethodNotAnswering(const QString &framework)
-{
-    return make("input_method_unavailable", "The input method framework is not answering.")
-        .withDetail(QStringLiteral("%1 does not answer.").arg(framework));
+    const Row &row = rowFor(kind);
+    if (row.availability)
+        return SourcesAvailability::warning(*row.availability, framework).value_or(message);
+    if (row.detailKey && !detail.isEmpty())
+        return L10n::text(row.detailKey).arg(detail);
+    return L10n::text(row.key);
 }
 
 AutomationFailure AutomationFailure::withDetail(const QString &text) const
@@ -109,28 +125,4 @@ AutomationFailure AutomationFailure::withDetail(const QString &text) const
     AutomationFailure failure = *this;
     failure.detail = text;
     return failure;
-}
-
-AutomationFailure AutomationFailure::gnomeExtensionMissing()
-{
-    return {QStringLiteral("gnome_extension_missing"),
-            QStringLiteral("Tolvar's GNOME Shell extension is not running. Run %1, then log out and back in.")
-                .arg(SourcesAvailability::gnomeExtensionCommand())};
-}
-
-std::optional<AutomationFailure> AutomationFailure::forAvailability(InputSources::Availability availability,
-                                                                    const QString &framework)
-{
-    switch (availability) {
-    case InputSources::Availability::available: return std::nullopt;
-    case InputSources::Availability::notRunning: return inputMethodNotRunning(framework);
-    case InputSources::Availability::notAnswering: return inputMethodNotAnswering(framework);
-    case InputSources::Availability::extensionMissing: return gnomeExtensionMissing();
-    }
-    return std::nullopt;
-}
-
-AutomationFailure AutomationFailure::encodingFailed()
-{
-    return make("encoding_failed", "Unable to encode the response.");
 }

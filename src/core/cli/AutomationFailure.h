@@ -7,9 +7,34 @@
 #include <optional>
 
 // The command line's error: a stable snake-case code and a fixed English
-// sentence, the same in every language.
+// sentence for scripts, the same in every language, and the user's own words
+// from the string tables for people.
 struct AutomationFailure
 {
+    enum class Kind {
+        InvalidArguments,
+        InvalidConfig,
+        RuntimeUnavailable,
+        ConfigWriteFailed,
+        NoTarget,
+        MissingSource,
+        MissingSourceAfterSwitch,
+        NotAppBundle,
+        OpenFailed,
+        InstallFailed,
+        UninstallFailed,
+        SwitchFailed,
+        SwitchEndedWithoutResult,
+        Busy,
+        SecureInput,
+        OperationFailed,
+        EncodingFailed,
+        InputMethodNotRunning,
+        InputMethodNotAnswering,
+        GnomeExtensionMissing,
+    };
+
+    Kind kind = Kind::OperationFailed;
     QString code;
     QString message;
     // What exactly went wrong, naming the file or the service; may be empty.
@@ -17,34 +42,39 @@ struct AutomationFailure
 
     bool operator==(const AutomationFailure &) const = default;
 
-    static AutomationFailure invalidArguments();
-    static AutomationFailure invalidConfig();
-    static AutomationFailure runtimeUnavailable();
-    static AutomationFailure configWriteFailed();
-    static AutomationFailure noTarget();
+    static AutomationFailure of(Kind kind);
+    // The failure a response names by its code and message; an unknown one stays as it came.
+    static AutomationFailure fromWire(const QString &code, const QString &message, const QString &detail);
+
+    static AutomationFailure invalidArguments() { return of(Kind::InvalidArguments); }
+    static AutomationFailure invalidConfig() { return of(Kind::InvalidConfig); }
+    static AutomationFailure runtimeUnavailable() { return of(Kind::RuntimeUnavailable); }
+    static AutomationFailure configWriteFailed() { return of(Kind::ConfigWriteFailed); }
+    static AutomationFailure noTarget() { return of(Kind::NoTarget); }
     // The pinned source is not selectable, with advice on what to do.
-    static AutomationFailure missingSource();
+    static AutomationFailure missingSource() { return of(Kind::MissingSource); }
     // A one-shot switch found the source missing.
-    static AutomationFailure missingSourceAfterSwitch();
-    static AutomationFailure notAppBundle();
-    static AutomationFailure openFailed();
-    static AutomationFailure installFailed();
-    static AutomationFailure uninstallFailed();
-    static AutomationFailure switchFailed();
+    static AutomationFailure missingSourceAfterSwitch() { return of(Kind::MissingSourceAfterSwitch); }
+    static AutomationFailure notAppBundle() { return of(Kind::NotAppBundle); }
+    static AutomationFailure openFailed() { return of(Kind::OpenFailed); }
+    static AutomationFailure installFailed() { return of(Kind::InstallFailed); }
+    static AutomationFailure uninstallFailed() { return of(Kind::UninstallFailed); }
+    static AutomationFailure switchFailed() { return of(Kind::SwitchFailed); }
     // The one-shot switch never reported.
-    static AutomationFailure switchEndedWithoutResult();
-    static AutomationFailure busy();
-    static AutomationFailure secureInput();
-    static AutomationFailure operationFailed();
-    static AutomationFailure encodingFailed();
-    // The input method framework, named in `detail`, is not running or does not answer.
-    static AutomationFailure inputMethodNotRunning(const QString &framework);
-    static AutomationFailure inputMethodNotAnswering(const QString &framework);
+    static AutomationFailure switchEndedWithoutResult() { return of(Kind::SwitchEndedWithoutResult); }
+    static AutomationFailure busy() { return of(Kind::Busy); }
+    static AutomationFailure secureInput() { return of(Kind::SecureInput); }
+    static AutomationFailure operationFailed() { return of(Kind::OperationFailed); }
+    static AutomationFailure encodingFailed() { return of(Kind::EncodingFailed); }
     // The session is GNOME and Tolvar's shell extension is not running.
-    static AutomationFailure gnomeExtensionMissing();
-    // What keeps the input sources out of reach, if anything.
+    static AutomationFailure gnomeExtensionMissing() { return of(Kind::GnomeExtensionMissing); }
+    // What keeps the input sources out of reach, if anything; the framework is named in `detail`.
     static std::optional<AutomationFailure> forAvailability(InputSources::Availability availability,
                                                             const QString &framework);
+
+    // The sentence shown to people, in the active language; `framework` names
+    // the input method framework for the failures that are about it.
+    QString humanText(const QString &framework) const;
 
     AutomationFailure withDetail(const QString &text) const;
 };

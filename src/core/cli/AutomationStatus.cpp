@@ -106,5 +106,6 @@ std::optional<AutomationFailure> failureFromJson(const QJsonValue &value)
     const auto message = stringMember(object, QLatin1StringView("message"));
     if (!code || !message)
         return std::nullopt;
-    return AutomationFailure{*code, *message, stringMember(object, QLatin1StringView("detail")).value_or(QString())};
+    return AutomationFailure::fromWire(*code, *message,
+                                       stringMember(object, QLatin1StringView("detail")).value_or(QString()));
 }

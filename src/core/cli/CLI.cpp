@@ -21,34 +21,6 @@ QString onOff(bool value)
     return L10n::text(value ? "cli.on" : "cli.off");
 }
 
-// The human line for a failure that comes without one of its own.
-QString humanText(const AutomationFailure &failure, const AutomationServices &services)
-{
-    const bool detailed = !failure.detail.isEmpty();
-    if (failure.code == QLatin1String("input_method_unavailable"))
-        return *SourcesAvailability::warning(failure.message == AutomationFailure::inputMethodNotRunning({}).message
-                                                 ? InputSources::Availability::notRunning
-                                                 : InputSources::Availability::notAnswering,
-                                             services.framework);
-    if (failure.code == QLatin1String("invalid_config"))
-        return detailed ? L10n::text("cli.err.config").arg(failure.detail) : L10n::text("warn.config");
-    if (failure.code == QLatin1String("no_target"))
-        return L10n::text("cli.err.no-pin");
-    if (failure.code == QLatin1String("missing_source"))
-        return L10n::text("warn.missing");
-    if (failure.code == QLatin1String("not_app_bundle"))
-        return L10n::text("cli.err.not-app");
-    if (failure.code == QLatin1String("runtime_unavailable"))
-        return detailed ? L10n::text("cli.err.runtime-detail").arg(failure.detail) : L10n::text("cli.err.runtime");
-    if (failure.code == QLatin1String("config_write_failed"))
-        return L10n::text("cli.err.write").arg(detailed ? failure.detail : failure.message);
-    if (failure.code == QLatin1String("open_failed"))
-        return L10n::text("cli.err.open").arg(failure.message);
-    if (failure.code == QLatin1String("gnome_extension_missing"))
-        return *SourcesAvailability::warning(InputSources::Availability::extensionMissing, services.framework);
-    return failure.message;
-}
-
 // The configuration-write mapping shared with the keeping commands.
 AutomationFailure writeFailure(const Error &error)
 {
@@ -96,17 +68,9 @@ int CLI::parseAndExecute(const QStringList &arguments)
     const auto request = CLIRequest::parse(arguments);
     if (request)
         return execute(request.value());
-
-    static const QString jsonFlag = QStringLiteral("--json");
-    if (arguments.contains(jsonFlag)) {
-        QString command = QStringLiteral("status");
-        for (const QString &argument : arguments) {
-            if (argument != jsonFlag) {
-                command = argument;
-                break;
-            }
-        }
-        printDocument(AutomationResponse::failure(command, request.error()).encoded());
+    if (request.error().json) {
+        printDocument(
+            AutomationResponse::failure(request.error().command, AutomationFailure::invalidArguments()).encoded());
         return 1;
     }
     line(m_err, usage());
@@ -233,11 +197,9 @@ int CLI::runOnce(const CLIRequest &request)
         return fail(AutomationFailure::switchEndedWithoutResult(), request);
     switch (outcome->kind()) {
     case SwitchOutcome::Kind::Success: return request.json ? reportStatus(request) : 0;
-    case SwitchOutcome::Kind::SecureInput:
-        return fail(AutomationFailure::secureInput(), request, L10n::text("enf.secure"));
-    case SwitchOutcome::Kind::MissingSource:
-        return fail(AutomationFailure::missingSourceAfterSwitch(), request, L10n::text("warn.missing"));
-    case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request, L10n::text("warn.busy"));
+    case SwitchOutcome::Kind::SecureInput: return fail(AutomationFailure::secureInput(), request);
+    case SwitchOutcome::Kind::MissingSource: return fail(AutomationFailure::missingSourceAfterSwitch(), request);
+    case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request);
     case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->message());
     }
     return fail(AutomationFailure::switchFailed(), request);
@@ -275,7 +237,7 @@ int CLI::fail(const AutomationFailure &failure, const QString &command, bool jso
     if (json)
         printDocument(AutomationResponse::failure(command, failure).encoded());
     else
-        line(m_err, human.value_or(humanText(failure, m_services.automation)));
+        line(m_err, human.value_or(failure.humanText(m_services.automation.framework)));
     return 1;
 }
 
@@ -305,7 +267,7 @@ void CLI::printStatus(const AutomationStatus &status)
     print("cli.label.login", onOff(status.loginEnabled));
     print("cli.label.backend", status.backend);
     if (status.backendError)
-        line(m_out, humanText(*status.backendError, m_services.automation));
+        line(m_out, status.backendError->humanText(m_services.automation.framework));
     if (!status.running)
         line(m_out, L10n::text("cli.msg.stopped"));
 }

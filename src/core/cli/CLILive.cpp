@@ -2,6 +2,7 @@
 #include "core/cli/CLIServices.h"
 #include "core/config/ConfigStore.h"
 #include "core/engine/Enforcer.h"
+#include "core/engine/SwitchRetry.h"
 #include "core/login/Agent.h"
 #include "core/login/InstanceLock.h"
 #include "core/sources/Catalog.h"
@@ -38,27 +39,10 @@ std::optional<SwitchOutcome> enforceOnce()
     return outcome;
 }
 
-// Other commands may pin and switch at the same moment, and a switch that lands
-// late undoes theirs. Each looks at the pin once its switch is done and follows
-// it, so the last one to finish leaves the pinned source selected. A switch
-// overtaken that way did its job once the pin is current.
 std::optional<SwitchOutcome> switchWithTheEngine(const InputSources &system)
 {
-    constexpr int rounds = 4;
     ApplicationRole::becomeAccessory();
-    std::optional<SwitchOutcome> outcome;
-    for (int round = 0; round < rounds; ++round) {
-        outcome = enforceOnce();
-        const std::optional<QString> pinned = ConfigStore::loadOrDefault().sourceID;
-        if (!pinned || !outcome)
-            break;
-        if (system.currentID() == *pinned) {
-            if (outcome->isBusy() || outcome->kind() == SwitchOutcome::Kind::Failed)
-                outcome = SwitchOutcome::success();
-            break;
-        }
-    }
-    return outcome;
+    return SwitchRetry::run({enforceOnce, [] { return ConfigStore::loadOrDefault().sourceID; }, system.currentID});
 }
 
 // The first call's answer, kept for the later ones.

@@ -48,33 +48,33 @@ bool CLIRequest::takesSourceID(Command command)
     return command == Command::Set || command == Command::Install;
 }
 
-Expected<CLIRequest, AutomationFailure> CLIRequest::parse(const QStringList &arguments)
+Expected<CLIRequest, CLIRequest::Refusal> CLIRequest::parse(const QStringList &arguments)
 {
     const qsizetype jsonCount = arguments.count(jsonFlag);
-    if (jsonCount > 1)
-        return AutomationFailure::invalidArguments();
-
     QStringList remaining = arguments;
     remaining.removeAll(jsonFlag);
-
     const QString first = remaining.value(0, QStringLiteral("status"));
+    const Refusal refused{first, jsonCount > 0};
+    if (jsonCount > 1)
+        return refused;
+
     std::optional<Command> parsed;
     if (first == QLatin1String("--help") || first == QLatin1String("-h"))
         parsed = Command::Help;
     else
         parsed = commandNamed(first);
     if (!parsed)
-        return AutomationFailure::invalidArguments();
+        return refused;
 
     const bool takesID = takesSourceID(*parsed);
     const qsizetype expected = (remaining.isEmpty() ? 0 : 1) + (takesID ? 1 : 0);
     if (remaining.size() != expected)
-        return AutomationFailure::invalidArguments();
+        return refused;
     if (*parsed == Command::Help && jsonCount == 1)
-        return AutomationFailure::invalidArguments();
+        return refused;
     for (qsizetype i = 1; i < remaining.size(); ++i) {
         if (remaining.at(i).isEmpty() || remaining.at(i).startsWith(QLatin1Char('-')))
-            return AutomationFailure::invalidArguments();
+            return refused;
     }
 
     CLIRequest request;

@@ -1,7 +1,6 @@
 #pragma once
 
 #include "base/Expected.h"
-#include "core/cli/AutomationFailure.h"
 
 #include <QString>
 #include <QStringList>
@@ -19,8 +18,17 @@ struct CLIRequest
 
     bool operator==(const CLIRequest &) const = default;
 
-    // `arguments` excludes the program path. Every refusal is invalid_arguments.
-    static Expected<CLIRequest, AutomationFailure> parse(const QStringList &arguments);
+    // A command line that makes no request: what its answer names, and how it answers.
+    struct Refusal
+    {
+        QString command; // the first word that is not --json, or "status"
+        bool json = false;
+
+        bool operator==(const Refusal &) const = default;
+    };
+
+    // `arguments` excludes the program path.
+    static Expected<CLIRequest, Refusal> parse(const QStringList &arguments);
 
     // The command word, also the "command" member of JSON responses.
     static QString word(Command command);
