@@ -23,8 +23,8 @@ struct World
     std::function<QString()> current;
 };
 
-constexpr int rounds = 4;
+constexpr int defaultRounds = 4;
 
-std::optional<SwitchOutcome> run(const World &world, int rounds = SwitchRetry::rounds);
+std::optional<SwitchOutcome> run(const World &world, int rounds = defaultRounds);
 
 } // namespace SwitchRetry
