@@ -35,7 +35,7 @@ protected:
     DesktopSession m_session;
 };
 
-TEST_F(Fcitx5Test, ChosenAndListsTheGroupWithNamesAndIcons)
+TEST_F(Fcitx5Test, ChosenListsTheGroupWithNamesAndIconsAndReadsBack)
 {
     EXPECT_EQ(LinuxInputBackend::choose(LinuxInputBackend::probe()), LinuxInputBackend::Kind::fcitx5);
     const QJsonArray sources = DesktopSession::json(m_session.tolvar({"list", "--json"}))["sources"].toArray();
@@ -46,6 +46,12 @@ TEST_F(Fcitx5Test, ChosenAndListsTheGroupWithNamesAndIcons)
     const std::optional<Source> source = Catalog::find(hangul, Fcitx5InputSources::live());
     ASSERT_TRUE(source);
     EXPECT_TRUE(source->icon()) << "fcitx5-hangul's themed icon";
+    // Selections are looked for without a word from the engine, and a name Fcitx5 ignores is refused.
+    QObject context;
+    bool heard = false;
+    ASSERT_TRUE(Fcitx5InputSources::live().observeSelected(&context, [&] { heard = true; }));
+    EXPECT_TRUE(spinUntil([&] { return heard; }, 5000));
+    EXPECT_EQ(Fcitx5InputSources::live().select("keyboard-nowhere"), InputSources::refused);
 }
 
 struct SetCase

@@ -68,6 +68,8 @@ TEST_F(PlasmaTest, ListsAndSetsByNameAndVariant)
         EXPECT_EQ(index(), expected) << id;
     }
     EXPECT_EQ(m_session.tolvar({"set", "fr"}).exitCode, 1);
+    configure("de,us", ",neo"); // not yet reloaded: variants that no longer belong to the running layouts
+    EXPECT_EQ(m_session.listed(), (QStringList{"us", "de", "de"}));
 }
 
 TEST_F(PlasmaTest, BackgroundInstanceKeepsThePinAcrossAnOutsideSwitchAndANewList)
@@ -87,6 +89,10 @@ TEST_F(PlasmaTest, BackgroundInstanceKeepsThePinAcrossAnOutsideSwitchAndANewList
     EXPECT_EQ(m_session.listed(), (QStringList{"de", "us"}));
     layouts("setLayout", {1u});
     EXPECT_TRUE(spinUntil([] { return index() == 0; }, 5000));
+    // Plasma's service going, as with a single layout, is a change too.
+    const int before = announced;
+    m_session.stop();
+    EXPECT_TRUE(spinUntil([&] { return announced > before; }, 5000));
 }
 
 } // namespace

@@ -40,7 +40,10 @@ struct Script
 };
 
 const QMap<QByteArray, Script> scripts{
-    {"/manifest", {"HTTP/1.1 200 OK\r\nContent-Type: application/json\r\n", manifestOfSize(200)}},
+    {"/manifest",
+     {"HTTP/1.1 200 OK\r\nContent-Length: " + QByteArray::number(NetworkLoader::largestBody) + "\r\n",
+      manifestOfSize(NetworkLoader::largestBody)}},
+    {"/moved", {"HTTP/1.1 308 Permanent Redirect\r\nLocation: /manifest\r\nContent-Length: 0\r\n", {}}},
     {"/too-large", {"HTTP/1.1 200 OK\r\n", manifestOfSize(NetworkLoader::largestBody + 1)}},
     // The heads alone decide these: their bodies never come.
     {"/missing", {"HTTP/1.1 404 Not Found\r\nContent-Length: 100000\r\n", {}, false}},
@@ -159,7 +162,8 @@ UpdateCheckResult available(qsizetype size)
 
 INSTANTIATE_TEST_SUITE_P(
     Update, UpdateServerTest,
-    testing::Values(ServerCase{"Manifest", "/manifest", available(200)},
+    testing::Values(ServerCase{"ManifestAsLargeAsAllowed", "/manifest", available(NetworkLoader::largestBody)},
+                    ServerCase{"MovedPermanently", "/moved", available(NetworkLoader::largestBody)},
                     ServerCase{"BodyTooLarge", "/too-large", UpdateCheckResult::failed(Failure::ResponseTooLarge)},
                     ServerCase{"NotFound", "/missing", UpdateCheckResult::failed(UpdateCheckFailure::http(404))},
                     ServerCase{"RedirectToHttp", "/to-http", UpdateCheckResult::failed(Failure::InsecureRedirect)},

@@ -172,6 +172,7 @@ TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
     EXPECT_EQ(errorCode(m_session.tolvar({"apply", "--json"})), "missing_source");
     EXPECT_FALSE(status()["target"].toObject()["available"].toBool(true));
     EXPECT_EQ(current(), us);
+    EXPECT_EQ(GnomeInputSources::onSessionBus().select(german), InputSources::refused);
 }
 
 TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)

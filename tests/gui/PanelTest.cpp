@@ -1,7 +1,8 @@
-// The panel and the setup flow on a scripted world, found by their identifiers.
+// The panel, the setup flow and the tray item on a scripted world, found by their identifiers.
 #include "app/panel/Panel.h"
 #include "app/AppModel.h"
 #include "app/panel/StatusLine.h"
+#include "app/tray/TrayIcon.h"
 #include "app/ui/Banner.h"
 #include "app/ui/Identifiers.h"
 #include "app/ui/SourceEmptyState.h"
@@ -16,6 +17,7 @@
 #include <QAccessible>
 #include <QLineEdit>
 #include <QMenu>
+#include <QSystemTrayIcon>
 #include <QTest>
 #include <QThreadPool>
 #include <QToolButton>
@@ -96,6 +98,20 @@ TEST_F(PanelTest, PickingASourcePinsItAndFollowingTheSystemPauses)
     EXPECT_TRUE(find<SourceRow>(hangul)->isSelected());
 }
 
+// Paused, the tray icon is dimmed; with nothing pinned, there is nothing to pause or resume.
+TEST_F(PanelTest, TrayItemFollowsTheModel)
+{
+    open();
+    TrayIcon tray(*model, {});
+    const QImage keeping = tray.icon()->icon().pixmap(22).toImage();
+    EXPECT_TRUE(tray.menu()->actions().at(1)->isEnabled());
+    world.config = Config{};
+    model->refresh();
+    tray.refresh();
+    EXPECT_NE(tray.icon()->icon().pixmap(22).toImage(), keeping);
+    EXPECT_FALSE(tray.menu()->actions().at(1)->isEnabled());
+}
+
 // From the seventh source on, the list scrolls and a search field shows; a
 // query typed before a source went away keeps the field until it is cleared.
 using PanelSearchTest = PanelTable<std::tuple<bool, int>>;
@@ -115,6 +131,8 @@ TEST_P(PanelSearchTest, ComesWithLongLists)
     EXPECT_EQ(shown(Identifier::sourceListScroll), longList);
     if (!longList)
         return;
+    QTest::keyClicks(find<QLineEdit>(search), QStringLiteral("sOURCE 3"));
+    EXPECT_TRUE(shown("source-s3") && !shown("source-s2")) << "names match whatever their case";
     QTest::keyClicks(find<QLineEdit>(search), QStringLiteral("zz"));
     const auto *empty = find<SourceEmptyState>(Identifier::sourceEmpty);
     ASSERT_TRUE(empty && empty->isVisible());
@@ -180,6 +198,10 @@ const auto missing = [](FakeAppWorld &w, AppModel &m) {
     w.config->sourceID = QStringLiteral("gone");
     m.refresh();
 };
+const auto pausedMissing = [](FakeAppWorld &w, AppModel &m) {
+    w.config->enabled = false;
+    missing(w, m);
+};
 const char *const triangle = "exclamationmark.triangle.fill";
 const SituationRow situations[] = {
     {"Keeping", [](FakeAppWorld &, AppModel &) {}, nullptr, false},
@@ -188,6 +210,7 @@ const SituationRow situations[] = {
     {"FailedSwitch", failed, nullptr, false, triangle, true},
     {"SecureInput", secure, "lock.shield", false, "lock.shield.fill"},
     {"MissingSource", missing, nullptr, false, triangle},
+    {"MissingWhilePaused", pausedMissing, nullptr, false},
 };
 INSTANTIATE_TEST_SUITE_P(Panel, PanelSituationTest, testing::ValuesIn(situations), ParamName());
 

@@ -48,7 +48,7 @@ protected:
     void TearDown() override { keepSystemLayout(false); }
 };
 
-TEST_P(X11LayoutTest, SetFollowsIBusSetting)
+TEST_P(X11LayoutTest, SetFollowsIBusSettingAndOutsideChanges)
 {
     const auto [keepSystem, expected] = GetParam();
     keepSystemLayout(keepSystem);
@@ -56,6 +56,12 @@ TEST_P(X11LayoutTest, SetFollowsIBusSetting)
     ASSERT_EQ(set.exitCode, 0) << set.err.constData();
     EXPECT_EQ(xLayout(), expected);
     EXPECT_EQ(reported(), "xkb:de::deu");
+    // A layout replaced from outside takes the engine out of effect; an engine's options replace the earlier ones.
+    runProcess("setxkbmap", {"-layout", "fr", "-option", "compose:ralt"});
+    EXPECT_EQ(reported(), keepSystem ? "xkb:de::deu" : "");
+    ASSERT_TRUE(X11Layout::apply({"de", "", "ctrl:nocaps"}));
+    EXPECT_EQ(X11Layout::current().value_or(X11Layout::Names()).options, "ctrl:nocaps");
+    runProcess("setxkbmap", {"-option", ""});
 }
 
 INSTANTIATE_TEST_SUITE_P(X11Layout, X11LayoutTest, testing::Values(std::pair{false, "de"}, std::pair{true, "us"}),

@@ -247,6 +247,7 @@ TEST_F(EnforcerTest, Triggers)
     triggers.activation = [&](QObject *, std::function<void(qint64)> callback) { activation = std::move(callback); };
     triggers.wake = [&](QObject *, std::function<void()> callback) { wake = std::move(callback); };
     triggers.keeping = [&](bool keep) { keeping << keep; };
+    triggers.tick = 10ms;
     m_enforcer = std::make_unique<Enforcer>(m_world.dependencies(), triggers);
     m_enforcer->start();
     m_enforcer->start();
@@ -256,12 +257,12 @@ TEST_F(EnforcerTest, Triggers)
     QCoreApplication::processEvents();
     EXPECT_EQ(m_world.selected, QStringList{us});
 
-    // Activations right after a switch, and our own, are ignored.
+    // Activations within a second of a switch, and our own, are ignored.
     m_world.current = de;
     m_world.clock += 900ms;
     activation(4242);
     activation(QCoreApplication::applicationPid());
-    m_world.clock += 200ms;
+    m_world.clock += 100ms;
     activation(QCoreApplication::applicationPid());
     EXPECT_EQ(m_world.selected.size(), 1);
     activation(4242);
@@ -270,6 +271,8 @@ TEST_F(EnforcerTest, Triggers)
     m_world.current = de;
     wake();
     EXPECT_EQ(m_world.selected.size(), 3) << "a wake switches back at once";
+    m_world.current = de;
+    EXPECT_TRUE(spinUntil([&] { return m_world.selected.size() == 4; }, 1000)) << "the tick looks again unasked";
 
     // Polling backends look only while this says a source is pinned and kept.
     const auto look = [&](std::optional<QString> pinned, bool enabled) {

@@ -33,7 +33,7 @@ TEST(RuntimeStateTest, Derives)
         {{.enabled = true, .pinnedID = us, .pinnedName = name, .currentID = {}}, S::Waiting},
         {{.configError = true, .switching = true}, S::Error},
         {{}, S::Paused},
-        {{.pinnedID = us}, S::Paused},
+        {{.automaticWarning = warning, .pinnedID = us, .pinnedName = name}, S::Paused},
         {{.enabled = true}, S::Setup},
         {{.enabled = true, .pinnedID = QString(), .pinnedName = name}, S::Setup},
         {{.enabled = true, .pinnedID = us, .secureInput = true}, S::MissingSource},

@@ -1,5 +1,6 @@
 #include "platform/LaunchdService.h"
 #include "platform/SystemdService.h"
+#include "platform/XdgAutostart.h"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +14,7 @@ LaunchctlResult listing(const char *entries)
 }
 
 const auto launchd = LaunchdService::readMark;
-const auto systemd = SystemdService::readMark;
+const auto autostart = XdgAutostart::readMark;
 
 TEST(ServiceMarkTest, ReadsTheDisabledQuery)
 {
@@ -29,11 +30,8 @@ TEST(ServiceMarkTest, ReadsTheDisabledQuery)
         {launchd, {0, QStringLiteral("\"app.tolvar\" => disabled\n}\n")}, Mark::Unreadable},
         {launchd, {0, QStringLiteral("disabled services = {\n")}, Mark::Unreadable},
         {launchd, {113, QString()}, Mark::QueryFailed},
-        {systemd, {0, QStringLiteral("enabled\n")}, Mark::NotDisabled},
-        {systemd, {1, QStringLiteral("disabled\n")}, Mark::Disabled},
-        {systemd, {4, QStringLiteral("not-found\n")}, Mark::Disabled},
-        {systemd, {0, QStringLiteral("static\n")}, Mark::Unreadable},
-        {systemd, {0, QString()}, Mark::Unreadable}};
+        {autostart, {0, QStringLiteral("[Desktop Entry]\n X-GNOME-Autostart-enabled=false\n")}, Mark::Disabled},
+        {autostart, {0, QStringLiteral("[Desktop Entry]\nHidden=false\n")}, Mark::NotDisabled}};
     // clang-format on
     for (size_t row = 0; row < std::size(rows); ++row)
         EXPECT_EQ(std::get<0>(rows[row])(std::get<1>(rows[row])), std::get<2>(rows[row])) << "row " << row;
@@ -66,21 +64,6 @@ TEST(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
         "\t<true/>\n"
         "</dict>\n"
         "</plist>\n");
-}
-
-// systemd expands % in the program's name but not $; control characters stay on one line.
-TEST(SystemdUnitTest, RunsTheExecutableInTheBackgroundWithTheDesktopSession)
-{
-    using Row = std::pair<QString, std::string>;
-    for (const auto &[executable, execStart] :
-         {Row{"/home/a b/100%/$x/tolvar", "\"/home/a b/100%%/$x/tolvar\" background"},
-          Row{"/x/a\"b\\c\nd/tolvar", "\"/x/a\\\"b\\\\c\\x0ad/tolvar\" background"}})
-        EXPECT_EQ(SystemdService::unit(executable).toStdString(),
-                  "[Unit]\nDescription=Tolvar\nPartOf=graphical-session.target\nAfter=graphical-session.target\n\n"
-                  "[Service]\nType=exec\nExecStart="
-                      + execStart
-                      + "\nRestart=on-failure\n\n"
-                        "[Install]\nWantedBy=graphical-session.target\n");
 }
 
 TEST(SystemdConfigHomeTest, FollowsTheBaseDirectoryRules)
