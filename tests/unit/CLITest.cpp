@@ -143,10 +143,10 @@ INSTANTIATE_TEST_SUITE_P(CLI, CLIFailureTest, testing::Values(
                 F::invalidConfig(), text("cli.err.config", undecodable.description())},
     FailureCase{"StatusProbeFails", [](CLITest &test) { test.fake.running.reset(); }, "status",
                 F::runtimeUnavailable(), text("cli.err.runtime-detail", probe.description())},
-    FailureCase{"SwitchFailed", [](CLITest &test) { test.outcome = O::failed("it broke"); }, "apply",
-                F::switchFailed(), "it broke"},
+    FailureCase{"SwitchFailed", [](CLITest &test) { test.outcome = O::failed(LocalizedText("enf.timeout")); }, "apply",
+                F::switchFailed(), text("enf.timeout")},
     FailureCase{"SwitchNeverReported", [](CLITest &test) { test.outcome.reset(); }, "set hangul",
-                F::switchEndedWithoutResult(), F::switchEndedWithoutResult().message},
+                F::switchEndedWithoutResult(), text("cli.err.no-result")},
     FailureCase{"SwitchBusy", [](CLITest &test) { test.outcome = O::busy(); }, "apply", F::busy(), text("warn.busy")},
     FailureCase{"SwitchSecure", [](CLITest &test) { test.outcome = O::secureInput(); }, "apply",
                 F::secureInput(), text("enf.secure")},
@@ -169,7 +169,7 @@ INSTANTIATE_TEST_SUITE_P(CLI, CLIFailureTest, testing::Values(
     FailureCase{"OpenOutsideTheBundle", [](CLITest &test) { test.openFailure = F::notAppBundle(); }, "open",
                 F::notAppBundle(), text("cli.err.not-app")},
     FailureCase{"OpenCannotStart", [](CLITest &test) { test.openFailure = F::openFailed(); }, "open",
-                F::openFailed(), text("cli.err.open", F::openFailed().message)}),
+                F::openFailed(), text("cli.err.open")}),
     ParamName());
 // clang-format on
 

@@ -1,5 +1,6 @@
 #include "core/cli/AutomationFailure.h"
 
+#include "core/config/L10n.h"
 #include "core/sources/SourcesAvailability.h"
 
 namespace {
@@ -108,6 +109,13 @@ AutomationFailure AutomationFailure::withDetail(const QString &text) const
 {
     AutomationFailure failure = *this;
     failure.detail = text;
+    return failure;
+}
+
+AutomationFailure AutomationFailure::withDetail(const Error &error) const
+{
+    AutomationFailure failure = withDetail(error.description());
+    failure.shownDetail = L10n::describe(error);
     return failure;
 }
 

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Error.h"
 #include "platform/InputSources.h"
 
 #include <QString>
@@ -14,6 +15,8 @@ struct AutomationFailure
     QString message;
     // What exactly went wrong, naming the file or the service; may be empty.
     QString detail = {};
+    // The detail as the user reads it, in their language; empty: `detail` itself.
+    QString shownDetail = {};
 
     bool operator==(const AutomationFailure &) const = default;
 
@@ -47,4 +50,5 @@ struct AutomationFailure
                                                             const QString &framework);
 
     AutomationFailure withDetail(const QString &text) const;
+    AutomationFailure withDetail(const Error &error) const;
 };

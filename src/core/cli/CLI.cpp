@@ -25,13 +25,14 @@ QString onOff(bool value)
 QString humanText(const AutomationFailure &failure, const AutomationServices &services)
 {
     const bool detailed = !failure.detail.isEmpty();
+    const QString &detail = failure.shownDetail.isEmpty() ? failure.detail : failure.shownDetail;
     if (failure.code == QLatin1String("input_method_unavailable"))
         return *SourcesAvailability::warning(failure.message == AutomationFailure::inputMethodNotRunning({}).message
                                                  ? InputSources::Availability::notRunning
                                                  : InputSources::Availability::notAnswering,
                                              services.framework);
     if (failure.code == QLatin1String("invalid_config"))
-        return detailed ? L10n::text("cli.err.config").arg(failure.detail) : L10n::text("warn.config");
+        return detailed ? L10n::text("cli.err.config").arg(detail) : L10n::text("warn.config");
     if (failure.code == QLatin1String("no_target"))
         return L10n::text("cli.err.no-pin");
     if (failure.code == QLatin1String("missing_source"))
@@ -39,14 +40,15 @@ QString humanText(const AutomationFailure &failure, const AutomationServices &se
     if (failure.code == QLatin1String("not_app_bundle"))
         return L10n::text("cli.err.not-app");
     if (failure.code == QLatin1String("runtime_unavailable"))
-        return detailed ? L10n::text("cli.err.runtime-detail").arg(failure.detail) : L10n::text("cli.err.runtime");
+        return detailed ? L10n::text("cli.err.runtime-detail").arg(detail) : L10n::text("cli.err.runtime");
     if (failure.code == QLatin1String("config_write_failed"))
-        return L10n::text("cli.err.write").arg(detailed ? failure.detail : failure.message);
+        return detailed ? L10n::text("cli.err.write").arg(detail) : L10n::text("cli.err.failed");
     if (failure.code == QLatin1String("open_failed"))
-        return L10n::text("cli.err.open").arg(failure.message);
+        return L10n::text("cli.err.open");
     if (failure.code == QLatin1String("gnome_extension_missing"))
         return *SourcesAvailability::warning(InputSources::Availability::extensionMissing, services.framework);
-    return failure.message;
+    // The English message is for scripts; people get the tables' words.
+    return L10n::text(failure.code == QLatin1String("switch_failed") ? "cli.err.no-result" : "cli.err.failed");
 }
 
 // The configuration-write mapping shared with the keeping commands.
@@ -54,7 +56,7 @@ AutomationFailure writeFailure(const Error &error)
 {
     return (error.domain() == Error::Domain::Decode ? AutomationFailure::invalidConfig()
                                                     : AutomationFailure::configWriteFailed())
-        .withDetail(error.description());
+        .withDetail(error);
 }
 
 } // namespace
@@ -217,7 +219,7 @@ int CLI::apply(const CLIRequest &request)
     // while keeping is off.
     const Expected<Config> config = m_services.automation.load();
     if (!config)
-        return fail(AutomationFailure::invalidConfig().withDetail(config.error().description()), request);
+        return fail(AutomationFailure::invalidConfig().withDetail(config.error()), request);
     const std::optional<QString> &pinned = config->sourceID;
     if (!pinned || pinned->isEmpty())
         return fail(AutomationFailure::noTarget(), request);
@@ -238,7 +240,7 @@ int CLI::runOnce(const CLIRequest &request)
     case SwitchOutcome::Kind::MissingSource:
         return fail(AutomationFailure::missingSourceAfterSwitch(), request, L10n::text("warn.missing"));
     case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request, L10n::text("warn.busy"));
-    case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->message());
+    case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->reason().text());
     }
     return fail(AutomationFailure::switchFailed(), request);
 }
