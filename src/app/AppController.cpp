@@ -90,7 +90,7 @@ AppController::Launch AppController::adoptExistingInstance()
         return Launch::Running;
     const Expected<bool> acquired = m_dependencies.acquireLock();
     if (!acquired) {
-        m_dependencies.alert(L10n::text("app.lock-failed").arg(acquired.error().description()));
+        m_dependencies.alert(L10n::text("app.lock-failed").arg(L10n::describe(acquired.error())));
         return Launch::LockFailed;
     }
     if (!acquired.value()) {

@@ -159,7 +159,7 @@ std::optional<QString> AppModel::SwitchWarning::message() const
     case SwitchOutcome::Kind::SecureInput: return L10n::text("enf.secure");
     case SwitchOutcome::Kind::MissingSource: return L10n::text("warn.missing");
     case SwitchOutcome::Kind::Busy: return L10n::text("warn.busy");
-    case SwitchOutcome::Kind::Failed: return L10n::text("warn.switch").arg(outcome.message());
+    case SwitchOutcome::Kind::Failed: return L10n::text("warn.switch").arg(outcome.reason().text());
     }
     return std::nullopt;
 }

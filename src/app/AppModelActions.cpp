@@ -100,7 +100,7 @@ bool AppModel::writeConfig(const std::function<void(Config &)> &edit)
             failure = saved.error();
     }
     if (failure) {
-        m_saveErrorDetail = failure->description();
+        m_saveErrorDetail = L10n::describe(*failure);
         refresh();
         return false;
     }
@@ -210,7 +210,7 @@ void AppModel::setLogin(bool on)
     std::function<LoginResult()> work = [services = m_services, on] {
         LoginResult result;
         if (const Expected<void> changed = services.setLogin(on); !changed)
-            result.error = changed.error().description();
+            result.error = L10n::describe(changed.error());
         result.enabled = services.loginEnabled();
         return result;
     };

@@ -54,7 +54,7 @@ int main(int argc, char **argv, const Dependencies &dependencies)
     const Config config = started ? started.value() : Config{};
     L10n::setLanguageCode(L10n::normalized(config.language));
     if (!moved) {
-        const QString warning = L10n::text("app.config-not-moved").arg(moved.error().description());
+        const QString warning = L10n::text("app.config-not-moved").arg(L10n::describe(moved.error()));
         std::fprintf(stderr, "%s\n", warning.toLocal8Bit().constData());
     }
 

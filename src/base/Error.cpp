@@ -41,3 +41,11 @@ QString Error::description() const
         return m_detail;
     return QStringLiteral("%1: %2").arg(m_path, m_detail);
 }
+
+Error Error::withWords(const char *key, const QStringList &arguments) const
+{
+    Error error = *this;
+    error.m_wordsKey = QString::fromLatin1(key);
+    error.m_wordsArguments = arguments;
+    return error;
+}

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QString>
+#include <QStringList>
 
 // A failure as a value: a POSIX error number with the file it concerns, or a
 // decoding problem with a short reason.
@@ -22,6 +23,12 @@ public:
     // A readable sentence for logs and for texts that embed the error.
     QString description() const;
 
+    // The same in our own words, to be shown in the user's language: a key of
+    // the string tables and its arguments (L10n::describe).
+    Error withWords(const char *key, const QStringList &arguments) const;
+    const QString &wordsKey() const { return m_wordsKey; }
+    const QStringList &wordsArguments() const { return m_wordsArguments; }
+
     bool operator==(const Error &) const = default;
 
 private:
@@ -29,4 +36,6 @@ private:
     int m_code = 0;
     QString m_path;
     QString m_detail;
+    QString m_wordsKey;
+    QStringList m_wordsArguments;
 };

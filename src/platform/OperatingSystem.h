@@ -13,4 +13,7 @@ QString version();
 QString name();
 QString hardware();
 
+// The suffix of the texts written for this platform: "linux", "macos".
+QString textVariant();
+
 } // namespace OperatingSystem

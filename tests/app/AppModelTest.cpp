@@ -38,7 +38,7 @@ protected:
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
     }
-    void finishApply(size_t index, const QString &failure) { world.applies.at(index)(SwitchOutcome::failed(failure)); }
+    void finishApply(size_t i, const QString &why) { world.applies.at(i)(SwitchOutcome::failed(LocalizedText(why))); }
     QString warning(const char *key, const QString &detail) const { return L10n::text(key).arg(detail); }
 
     FakeAppWorld world;
@@ -123,11 +123,11 @@ INSTANTIATE_TEST_SUITE_P(Operations, AppModelStopTest, testing::ValuesIn(stops),
 // A failed switch's warning goes once the pinned source is current, and only then.
 TEST_F(AppModelTest, SwitchWarningsLastUntilThePinnedSourceIsCurrent)
 {
-    model().receiveAutomaticOutcome(SwitchOutcome::failed(QStringLiteral("x")));
+    model().receiveAutomaticOutcome(SwitchOutcome::failed(LocalizedText("enf.timeout")));
     model().receiveAutomaticOutcome(SwitchOutcome::success());
     EXPECT_FALSE(model().warning()) << "the pinned source is current";
     world.current = world.sources.at(1);
-    model().receiveAutomaticOutcome(SwitchOutcome::failed(QStringLiteral("x")));
+    model().receiveAutomaticOutcome(SwitchOutcome::failed(LocalizedText("enf.timeout")));
     model().receiveAutomaticOutcome(SwitchOutcome::success());
     EXPECT_TRUE(model().warning()) << "another source is current";
 }

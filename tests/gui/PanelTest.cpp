@@ -188,7 +188,7 @@ const auto waiting = [](FakeAppWorld &w, AppModel &m) {
 };
 const auto failed = [](FakeAppWorld &w, AppModel &m) {
     m.apply();
-    w.applies.back()(SwitchOutcome::failed(QStringLiteral("no answer")));
+    w.applies.back()(SwitchOutcome::failed(LocalizedText("enf.timeout")));
 };
 const auto secure = [](FakeAppWorld &w, AppModel &m) {
     w.secure = true;

@@ -23,7 +23,7 @@ struct FakeEnforcementWorld
 
     Config config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true};
     bool secure = false;
-    std::optional<QString> unreachable;
+    std::optional<LocalizedText> unreachable;
     QString current = QStringLiteral("xkb:de::ger");
     // Selectable sources and whether each needs the focus helper.
     QHash<QString, bool> sources = {{"xkb:us::eng", false}, {"xkb:de::ger", false}, {"hangul", true}, {"anthy", true}};

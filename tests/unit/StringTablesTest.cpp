@@ -25,7 +25,7 @@ QSet<QString> placeholders(const QString &text)
 QSet<QString> keysUsedInCode()
 {
     static const QRegularExpression literal(QStringLiteral(
-        R"re("((?:about|agent|app|cli|enf|lang|menu|panel|setup|state|ui|warn)\.[a-z][A-Za-z0-9.-]*)")re"));
+        R"re("((?:about|agent|app|cli|enf|err|lang|menu|panel|setup|state|ui|warn)\.[a-z][A-Za-z0-9.-]*)")re"));
     QSet<QString> keys;
     QDirIterator it(QStringLiteral(TOLVAR_SOURCE_DIR "/src"),
                     {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.mm")}, QDir::Files,
@@ -52,6 +52,15 @@ TEST(StringTablesTest, EveryLanguageHasEveryKey)
     EXPECT_FALSE(used.isEmpty());
     for (const QString &key : used)
         EXPECT_TRUE(english.text(key).has_value()) << "missing " << qPrintable(key);
+    // A platform's variant ("key@linux") rewords a plain key and keeps its placeholders.
+    static const QRegularExpression variant(QStringLiteral("^(.+)@(?:linux|macos)$"));
+    for (const QString &key : english.keys()) {
+        if (!key.contains(QLatin1Char('@')))
+            continue;
+        EXPECT_EQ(placeholders(*english.text(key)),
+                  placeholders(english.text(variant.match(key).captured(1)).value_or("%0")))
+            << qPrintable(key);
+    }
     for (const L10n::Language &language : L10n::supported()) {
         SCOPED_TRACE(language.code.toStdString());
         const std::optional<StringTable> table = StringTable::load(sourceResources, language.code);

@@ -210,8 +210,9 @@ const Scene::Registration configError("panel-config-error", [](const Scene::Cont
 });
 
 const Scene::Registration retry("panel-warning-retry", [](const Scene::Context &) {
-    const Shot s =
-        shot(with([](World &w) { w.applyOutcome = SwitchOutcome::failed(QStringLiteral("IBus did not answer.")); }));
+    const Shot s = shot(with([](World &w) {
+        w.applyOutcome = SwitchOutcome::failed(LocalizedText("cli.err.im-silent", {QStringLiteral("IBus")}));
+    }));
     s.model->apply();
     return s.holder;
 });
@@ -241,7 +242,7 @@ const Scene::Registration noResults("panel-no-results", [](const Scene::Context 
 const Scene::Registration overflow("panel-window-overflow", [](const Scene::Context &) {
     World world;
     world.sourceCount = 30;
-    world.applyOutcome = SwitchOutcome::failed(QStringLiteral("IBus did not answer."));
+    world.applyOutcome = SwitchOutcome::failed(LocalizedText("cli.err.im-silent", {QStringLiteral("IBus")}));
     const Shot s = shot(world, {}, true, 420);
     s.model->apply();
     return s.holder;

@@ -30,7 +30,7 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     } else {
         const Expected<Config> loaded = m_services.load();
         if (!loaded)
-            return AutomationFailure::invalidConfig().withDetail(loaded.error().description());
+            return AutomationFailure::invalidConfig().withDetail(loaded.error());
         config = loaded.value();
     }
 
@@ -44,7 +44,7 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
         config.sourceID ? targetFor(config, reachable ? m_services.choices() : QList<InputChoice>()) : std::nullopt;
     const Expected<bool> running = m_services.running();
     if (!running)
-        return AutomationFailure::runtimeUnavailable().withDetail(running.error().description());
+        return AutomationFailure::runtimeUnavailable().withDetail(running.error());
     RuntimeInputs inputs;
     inputs.running = running.value();
     inputs.enabled = config.enabled;
@@ -73,7 +73,7 @@ Expected<AutomationStatus, AutomationFailure> Automation::setKeeping(CLIRequest:
            || command == CLIRequest::Command::Toggle);
     // Its report needs the instance lock: a lock that cannot be probed must fail before the write.
     if (const Expected<bool> running = m_services.running(); !running)
-        return AutomationFailure::runtimeUnavailable().withDetail(running.error().description());
+        return AutomationFailure::runtimeUnavailable().withDetail(running.error());
     const auto turnsOn = [command](const Config &config) {
         return command == CLIRequest::Command::Resume || (command == CLIRequest::Command::Toggle && !config.enabled);
     };
@@ -136,6 +136,6 @@ Expected<Config, AutomationFailure> Automation::editConfig(const Edit &edit) con
     if (refused)
         return *refused;
     if (written.error().domain() == Error::Domain::Decode)
-        return AutomationFailure::invalidConfig().withDetail(written.error().description());
-    return AutomationFailure::configWriteFailed().withDetail(written.error().description());
+        return AutomationFailure::invalidConfig().withDetail(written.error());
+    return AutomationFailure::configWriteFailed().withDetail(written.error());
 }

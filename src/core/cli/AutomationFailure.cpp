@@ -45,7 +45,7 @@ constexpr std::array<Row, 20> rows{{
     {Kind::SwitchFailed, "switch_failed", "The input source could not be switched.", "cli.err.operation",
      "warn.switch"},
     {Kind::SwitchEndedWithoutResult, "switch_failed", "The switching operation ended without a result.",
-     "cli.err.operation"},
+     "cli.err.no-result"},
     {Kind::Busy, "busy", "Another switching operation is in progress.", "warn.busy"},
     {Kind::SecureInput, "secure_input", "Switching is temporarily paused during secure input.", "enf.secure"},
     {Kind::OperationFailed, "operation_failed", "The operation could not be completed.", "cli.err.operation"},
@@ -116,7 +116,7 @@ QString AutomationFailure::humanText(const QString &framework) const
     if (row.availability)
         return SourcesAvailability::warning(*row.availability, framework).value_or(message);
     if (row.detailKey && !detail.isEmpty())
-        return L10n::text(row.detailKey).arg(detail);
+        return L10n::text(row.detailKey).arg(shownDetail.isEmpty() ? detail : shownDetail);
     return L10n::text(row.key);
 }
 
@@ -124,5 +124,12 @@ AutomationFailure AutomationFailure::withDetail(const QString &text) const
 {
     AutomationFailure failure = *this;
     failure.detail = text;
+    return failure;
+}
+
+AutomationFailure AutomationFailure::withDetail(const Error &error) const
+{
+    AutomationFailure failure = withDetail(error.description());
+    failure.shownDetail = L10n::describe(error);
     return failure;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "base/Error.h"
 #include "platform/InputSources.h"
 
 #include <QString>
@@ -39,6 +40,8 @@ struct AutomationFailure
     QString message;
     // What exactly went wrong, naming the file or the service; may be empty.
     QString detail = {};
+    // The detail as the user reads it, in their language; empty: `detail` itself.
+    QString shownDetail = {};
 
     bool operator==(const AutomationFailure &) const = default;
 
@@ -77,4 +80,5 @@ struct AutomationFailure
     QString humanText(const QString &framework) const;
 
     AutomationFailure withDetail(const QString &text) const;
+    AutomationFailure withDetail(const Error &error) const;
 };

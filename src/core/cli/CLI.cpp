@@ -26,7 +26,7 @@ AutomationFailure writeFailure(const Error &error)
 {
     return (error.domain() == Error::Domain::Decode ? AutomationFailure::invalidConfig()
                                                     : AutomationFailure::configWriteFailed())
-        .withDetail(error.description());
+        .withDetail(error);
 }
 
 } // namespace
@@ -181,7 +181,7 @@ int CLI::apply(const CLIRequest &request)
     // while keeping is off.
     const Expected<Config> config = m_services.automation.load();
     if (!config)
-        return fail(AutomationFailure::invalidConfig().withDetail(config.error().description()), request);
+        return fail(AutomationFailure::invalidConfig().withDetail(config.error()), request);
     const std::optional<QString> &pinned = config->sourceID;
     if (!pinned || pinned->isEmpty())
         return fail(AutomationFailure::noTarget(), request);
@@ -200,7 +200,7 @@ int CLI::runOnce(const CLIRequest &request)
     case SwitchOutcome::Kind::SecureInput: return fail(AutomationFailure::secureInput(), request);
     case SwitchOutcome::Kind::MissingSource: return fail(AutomationFailure::missingSourceAfterSwitch(), request);
     case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request);
-    case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->message());
+    case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->reason().text());
     }
     return fail(AutomationFailure::switchFailed(), request);
 }

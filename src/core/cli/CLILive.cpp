@@ -1,6 +1,7 @@
 // The command line wired to this machine.
 #include "core/cli/CLIServices.h"
 #include "core/config/ConfigStore.h"
+#include "core/config/L10n.h"
 #include "core/engine/Enforcer.h"
 #include "core/engine/SwitchRetry.h"
 #include "core/login/Agent.h"
@@ -101,12 +102,12 @@ CLIServices CLIServices::live(std::optional<Expected<Config>> started)
     s.switchOnce = [] { return switchWithTheEngine(InputSources::live()); };
     s.installLogin = [](const QString &executable) -> Expected<void, QString> {
         if (const auto installed = Agent::controller().install(executable, true); !installed)
-            return installed.error().description();
+            return L10n::describe(installed.error());
         return {};
     };
     s.uninstallLogin = []() -> Expected<void, QString> {
         if (const auto removed = Agent::controller().uninstall(true); !removed)
-            return removed.error().description();
+            return L10n::describe(removed.error());
         return {};
     };
     s.openApp = []() -> Expected<void, AutomationFailure> {

@@ -75,9 +75,10 @@ Expected<Config> Config::decode(const QByteArray &bytes, const QString &path)
     QJsonParseError parseError;
     const QJsonDocument document = QJsonDocument::fromJson(bytes, &parseError);
     if (parseError.error != QJsonParseError::NoError)
-        return Error::decode(parseError.errorString(), path);
+        return Error::decode(parseError.errorString(), path)
+            .withWords("err.not-json", {path, parseError.errorString()});
     if (!document.isObject())
-        return Error::decode(QStringLiteral("not a JSON object"), path);
+        return Error::decode(QStringLiteral("not a JSON object"), path).withWords("err.not-object", {path});
 
     const QJsonObject object = document.object();
     Config config;
@@ -85,6 +86,6 @@ Expected<Config> Config::decode(const QByteArray &bytes, const QString &path)
         || !readRequired(object, QLatin1StringView("enabled"), config.enabled)
         || !readOptional(object, QLatin1StringView("language"), config.language)
         || !readRequired(object, QLatin1StringView("onboardingCompleted"), config.onboardingCompleted))
-        return Error::decode(QStringLiteral("missing or mistyped key"), path);
+        return Error::decode(QStringLiteral("missing or mistyped key"), path).withWords("err.mistyped", {path});
     return config;
 }

@@ -25,7 +25,8 @@ Expected<std::optional<QByteArray>> readExisting(const QString &path)
         return bytes.error();
     if (const std::optional<QString> destination = FileOperations::live().readLink(path))
         return Error::posix(ENOENT, path,
-                            QStringLiteral("is a symbolic link to %1, which does not exist").arg(*destination));
+                            QStringLiteral("is a symbolic link to %1, which does not exist").arg(*destination))
+            .withWords("err.dangling-link", {path, *destination});
     return std::optional<QByteArray>();
 }
 

@@ -1,12 +1,13 @@
 #include "core/config/L10n.h"
 
-#include "core/config/StringTable.h"
 #include "platform/ExecutableLocation.h"
+#include "platform/OperatingSystem.h"
 #include "platform/SystemLanguages.h"
 
 #include <QHash>
 #include <QLocale>
 
+#include <memory>
 #include <mutex>
 
 namespace L10n {
@@ -41,16 +42,29 @@ std::optional<QString> supportedFor(QString preference)
     }
 }
 
+using SharedTable = std::shared_ptr<const StringTable>;
+
+std::mutex tablesMutex;
+QHash<QString, SharedTable> tables;
+
 // Tables are read once per language: they ship with the program and never change under it.
-const StringTable *tableFor(const QString &code)
+SharedTable tableFor(const QString &code)
 {
-    static std::mutex mutex;
-    static QHash<QString, std::optional<StringTable>> tables;
-    const std::lock_guard guard(mutex);
+    const std::lock_guard guard(tablesMutex);
     auto it = tables.find(code);
-    if (it == tables.end())
-        it = tables.insert(code, StringTable::load(resourceDirectory(), code));
-    return it->has_value() ? &it->value() : nullptr;
+    if (it == tables.end()) {
+        std::optional<StringTable> loaded = StringTable::load(resourceDirectory(), code);
+        it = tables.insert(code, loaded ? std::make_shared<const StringTable>(std::move(*loaded)) : nullptr);
+    }
+    return *it;
+}
+
+QString lookUp(const StringTable &table, const QString &key)
+{
+    static const QString variant = QLatin1Char('@') + OperatingSystem::textVariant();
+    if (std::optional<QString> own = table.text(key + variant))
+        return *own;
+    return table.text(key).value_or(key);
 }
 
 } // namespace
@@ -114,12 +128,12 @@ QString resourceDirectory()
 
 QString text(const QString &key)
 {
-    if (const StringTable *table = tableFor(activeLanguage()))
-        return table->text(key).value_or(key);
+    if (const SharedTable table = tableFor(activeLanguage()))
+        return lookUp(*table, key);
     // A language without a table falls back to the system's choice, then to English.
     for (const QString &code : {match(SystemLanguages::preferred()), QStringLiteral("en")}) {
-        if (const StringTable *table = tableFor(code))
-            return table->text(key).value_or(key);
+        if (const SharedTable table = tableFor(code))
+            return lookUp(*table, key);
     }
     return key;
 }
@@ -127,6 +141,38 @@ QString text(const QString &key)
 QString text(const char *key)
 {
     return text(QString::fromLatin1(key));
+}
+
+QString describe(const Error &error)
+{
+    if (error.wordsKey().isEmpty())
+        return error.description();
+    return filled(text(error.wordsKey()), error.wordsArguments());
+}
+
+QString filled(const QString &pattern, const QStringList &arguments)
+{
+    QString result;
+    result.reserve(pattern.size());
+    for (qsizetype i = 0; i < pattern.size(); ++i) {
+        const qsizetype index = i + 1 < pattern.size() ? pattern.at(i + 1).digitValue() - 1 : -1;
+        if (pattern.at(i) == QLatin1Char('%') && index >= 0 && index < arguments.size()) {
+            result += arguments.at(index);
+            ++i;
+        } else {
+            result += pattern.at(i);
+        }
+    }
+    return result;
+}
+
+void replaceTable(const QString &code, std::optional<StringTable> table)
+{
+    const std::lock_guard guard(tablesMutex);
+    if (table)
+        tables.insert(code, std::make_shared<const StringTable>(std::move(*table)));
+    else
+        tables.remove(code);
 }
 
 } // namespace L10n

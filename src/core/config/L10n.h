@@ -1,5 +1,8 @@
 #pragma once
 
+#include "base/Error.h"
+#include "core/config/StringTable.h"
+
 #include <QList>
 #include <QString>
 #include <QStringList>
@@ -39,7 +42,21 @@ QString activeLanguage();
 QString resourceDirectory();
 
 // The text for a key in the active language; the key itself when it has none.
+// A variant for the platform the program was built for ("key@linux") wins
+// over the plain key.
 QString text(const char *key);
 QString text(const QString &key);
+
+// An error in the active language: our own words for it when it carries them,
+// else its description (a system's own message is shown as it is).
+QString describe(const Error &error);
+
+// `pattern` with %1 to %9 replaced in one pass, so that an argument's own "%1"
+// stays as it is.
+QString filled(const QString &pattern, const QStringList &arguments);
+
+// For tests: `table` stands in for the language's shipped one; none brings
+// the shipped one back.
+void replaceTable(const QString &code, std::optional<StringTable> table);
 
 } // namespace L10n

@@ -10,6 +10,10 @@
 class StringTable
 {
 public:
+    explicit StringTable(QHash<QString, QString> texts = {})
+        : m_texts(std::move(texts))
+    {}
+
     // Absent when the file is missing or is not a JSON object.
     static std::optional<StringTable> load(const QString &resourceDirectory, const QString &code);
     static QString pathFor(const QString &resourceDirectory, const QString &code);

@@ -2,6 +2,7 @@
 
 #include "base/Expected.h"
 #include "core/config/Config.h"
+#include "core/config/LocalizedText.h"
 #include "core/engine/EnforcementTarget.h"
 #include "core/engine/FocusProcessResult.h"
 #include "platform/InputSources.h"
@@ -22,8 +23,8 @@ struct EnforcementDependencies
     // Never fails: an unreadable file reads as the default record.
     std::function<Config()> config;
     std::function<bool()> secureInput;
-    // Why no source can be read or switched now, already localised; none when they can.
-    std::function<std::optional<QString>()> unreachable = [] { return std::optional<QString>(); };
+    // Why no source can be read or switched now; none when they can.
+    std::function<std::optional<LocalizedText>()> unreachable = [] { return std::optional<LocalizedText>(); };
     // Empty when there is no current source.
     std::function<QString()> currentID;
     std::function<std::optional<EnforcementTarget>(const QString &id)> find;

@@ -80,7 +80,7 @@ EnforcementDependencies EnforcementDependencies::over(const InputSources &system
     d.config = [reader = std::make_shared<ConfigReader>()] { return (*reader)(); };
     d.secureInput = system.secureInput;
     d.unreachable = [system] {
-        return SourcesAvailability::warning(system.availability(), SourcesAvailability::frameworkName(system.backend));
+        return SourcesAvailability::reason(system.availability(), SourcesAvailability::frameworkName(system.backend));
     };
     d.currentID = system.currentID;
     d.find = [system](const QString &id) -> std::optional<EnforcementTarget> {

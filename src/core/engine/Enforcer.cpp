@@ -1,7 +1,5 @@
 #include "core/engine/Enforcer.h"
 
-#include "core/config/L10n.h"
-
 #include <QCoreApplication>
 #include <QPointer>
 
@@ -15,17 +13,17 @@ constexpr auto focusRunSpacing = 3s;
 SwitchOutcome outcomeOfHelper(const FocusProcessResult &result, bool current, const QString &target)
 {
     switch (result.kind) {
-    case FocusProcessResult::Kind::TimedOut: return SwitchOutcome::failed(L10n::text("enf.timeout"));
+    case FocusProcessResult::Kind::TimedOut: return SwitchOutcome::failed(LocalizedText("enf.timeout"));
     case FocusProcessResult::Kind::Cancelled: return SwitchOutcome::busy();
     case FocusProcessResult::Kind::Exited: break;
     }
     switch (result.status) {
     case 0:
-        return current ? SwitchOutcome::success() : SwitchOutcome::failed(L10n::text("enf.unconfirmed").arg(target));
+        return current ? SwitchOutcome::success() : SwitchOutcome::failed(LocalizedText("enf.unconfirmed", {target}));
     case 75: return SwitchOutcome::secureInput();
     case 76: return SwitchOutcome::busy();
     case 77: return SwitchOutcome::missingSource();
-    default: return SwitchOutcome::failed(L10n::text("enf.helper-exit").arg(result.status));
+    default: return SwitchOutcome::failed(LocalizedText("enf.helper-exit", {QString::number(result.status)}));
     }
 }
 
@@ -126,7 +124,7 @@ void Enforcer::execute(Request request)
         return complete(token, SwitchOutcome::busy());
     if (!active.force && !config.enabled)
         return complete(token, SwitchOutcome::busy());
-    if (const std::optional<QString> unreachable = m_dependencies.unreachable())
+    if (const std::optional<LocalizedText> unreachable = m_dependencies.unreachable())
         return complete(token, SwitchOutcome::failed(*unreachable));
     if (m_dependencies.secureInput())
         return complete(token, SwitchOutcome::secureInput());
@@ -141,9 +139,10 @@ void Enforcer::execute(Request request)
         return startFocus(*target);
 
     if (const qint32 status = m_dependencies.select(target->id); status != 0)
-        return complete(token, SwitchOutcome::failed(L10n::text("enf.switch").arg(target->id).arg(status)));
+        return complete(token,
+                        SwitchOutcome::failed(LocalizedText("enf.switch", {target->id, QString::number(status)})));
     if (m_dependencies.currentID() != target->id)
-        return complete(token, SwitchOutcome::failed(L10n::text("enf.unconfirmed").arg(target->id)));
+        return complete(token, SwitchOutcome::failed(LocalizedText("enf.unconfirmed", {target->id})));
     complete(token, SwitchOutcome::success());
 }
 
@@ -165,7 +164,7 @@ void Enforcer::startFocus(const EnforcementTarget &target)
             self->helperFinished(token, result);
     });
     if (!launched)
-        return complete(token, SwitchOutcome::failed(L10n::text("enf.focus").arg(launched.error().description())));
+        return complete(token, SwitchOutcome::failed(LocalizedText("enf.focus", {launched.error().description()})));
     if (isActive(token))
         m_cancelActive = std::move(launched).value();
     notifyUpdate();

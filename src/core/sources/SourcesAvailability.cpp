@@ -1,6 +1,5 @@
 #include "core/sources/SourcesAvailability.h"
 
-#include "core/config/L10n.h"
 #include "platform/GnomeShellExtension.h"
 
 #include <QHash>
@@ -24,15 +23,22 @@ QString frameworkName(const QString &backend)
     return names.value(backend, backend);
 }
 
-std::optional<QString> warning(InputSources::Availability availability, const QString &framework)
+std::optional<LocalizedText> reason(InputSources::Availability availability, const QString &framework)
 {
     switch (availability) {
     case InputSources::Availability::available: return std::nullopt;
-    case InputSources::Availability::notRunning: return L10n::text("cli.err.im-absent").arg(framework);
-    case InputSources::Availability::notAnswering: return L10n::text("cli.err.im-silent").arg(framework);
+    case InputSources::Availability::notRunning: return LocalizedText("cli.err.im-absent", {framework});
+    case InputSources::Availability::notAnswering: return LocalizedText("cli.err.im-silent", {framework});
     case InputSources::Availability::extensionMissing:
-        return L10n::text("warn.gnome-extension").arg(gnomeExtensionCommand());
+        return LocalizedText("warn.gnome-extension", {gnomeExtensionCommand()});
     }
+    return std::nullopt;
+}
+
+std::optional<QString> warning(InputSources::Availability availability, const QString &framework)
+{
+    if (const std::optional<LocalizedText> why = reason(availability, framework))
+        return why->text();
     return std::nullopt;
 }
 

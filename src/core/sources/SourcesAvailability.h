@@ -1,5 +1,6 @@
 #pragma once
 
+#include "core/config/LocalizedText.h"
 #include "platform/InputSources.h"
 
 #include <QString>
@@ -13,7 +14,9 @@ namespace SourcesAvailability {
 QString gnomeExtensionCommand();
 // The framework's own spelling for a backend name, for messages ("IBus").
 QString frameworkName(const QString &backend);
-// The localised warning, with what to do; none when the sources can be reached.
+// What keeps the sources out of reach, with what to do; none when they can be reached.
+std::optional<LocalizedText> reason(InputSources::Availability availability, const QString &framework);
+// The same, in the active language.
 std::optional<QString> warning(InputSources::Availability availability, const QString &framework);
 
 } // namespace SourcesAvailability

@@ -1,8 +1,8 @@
 #include "core/sources/SwitchOutcome.h"
 
-SwitchOutcome::SwitchOutcome(Kind kind, QString message)
+SwitchOutcome::SwitchOutcome(Kind kind, LocalizedText reason)
     : m_kind(kind)
-    , m_message(std::move(message))
+    , m_reason(std::move(reason))
 {}
 
 SwitchOutcome SwitchOutcome::success()
@@ -25,7 +25,7 @@ SwitchOutcome SwitchOutcome::busy()
     return SwitchOutcome(Kind::Busy);
 }
 
-SwitchOutcome SwitchOutcome::failed(const QString &message)
+SwitchOutcome SwitchOutcome::failed(const LocalizedText &reason)
 {
-    return SwitchOutcome(Kind::Failed, message);
+    return SwitchOutcome(Kind::Failed, reason);
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QString>
+#include "core/config/LocalizedText.h"
 
 // The result of one request to bring the pinned source back.
 class SwitchOutcome
@@ -18,19 +18,18 @@ public:
     static SwitchOutcome secureInput();
     static SwitchOutcome missingSource();
     static SwitchOutcome busy();
-    // `message` is already localised.
-    static SwitchOutcome failed(const QString &message);
+    static SwitchOutcome failed(const LocalizedText &reason);
 
     Kind kind() const { return m_kind; }
     bool isBusy() const { return m_kind == Kind::Busy; }
     // Empty unless the switch failed.
-    const QString &message() const { return m_message; }
+    const LocalizedText &reason() const { return m_reason; }
 
     bool operator==(const SwitchOutcome &) const = default;
 
 private:
-    SwitchOutcome(Kind kind, QString message = {});
+    SwitchOutcome(Kind kind, LocalizedText reason = {});
 
     Kind m_kind;
-    QString m_message;
+    LocalizedText m_reason;
 };

@@ -28,4 +28,9 @@ QString hardware()
     return QSysInfo::buildCpuArchitecture();
 }
 
+QString textVariant()
+{
+    return QStringLiteral("linux");
+}
+
 } // namespace OperatingSystem

@@ -23,4 +23,9 @@ QString hardware()
     return QStringLiteral("Apple silicon");
 }
 
+QString textVariant()
+{
+    return QStringLiteral("macos");
+}
+
 } // namespace OperatingSystem

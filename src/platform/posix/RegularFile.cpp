@@ -23,7 +23,8 @@ Error refusal(int code, const QString &path)
 {
     // O_NOFOLLOW reports a link as a loop of links; say what it is.
     if (code == ELOOP)
-        return Error::posix(code, path, QStringLiteral("is a symbolic link, which is not followed here"));
+        return Error::posix(code, path, QStringLiteral("is a symbolic link, which is not followed here"))
+            .withWords("err.symlink", {path});
     return Error::posix(code, path);
 }
 
@@ -46,7 +47,8 @@ Expected<int> open(const QString &path, int flags)
         ::close(descriptor);
         if (S_ISDIR(info.st_mode))
             return Error::posix(EISDIR, path);
-        return Error::posix(EINVAL, path, QStringLiteral("is %1, not a regular file").arg(kind(info.st_mode)));
+        return Error::posix(EINVAL, path, QStringLiteral("is %1, not a regular file").arg(kind(info.st_mode)))
+            .withWords("err.not-regular", {path});
     }
     // Reads from a regular file never wait; clearing the flag keeps it that way for what follows.
     ::fcntl(descriptor, F_SETFL, ::fcntl(descriptor, F_GETFL) & ~O_NONBLOCK);
