@@ -104,6 +104,12 @@ AutomationFailure AutomationFailure::inputMethodNotAnswering(const QString &fram
         .withDetail(QStringLiteral("%1 does not answer.").arg(framework));
 }
 
+AutomationFailure AutomationFailure::sessionBusUnreachable()
+{
+    return make("input_method_unavailable", "The input method framework cannot be reached.")
+        .withDetail(QStringLiteral("The D-Bus session bus is missing or does not answer."));
+}
+
 AutomationFailure AutomationFailure::withDetail(const QString &text) const
 {
     AutomationFailure failure = *this;
@@ -126,6 +132,7 @@ std::optional<AutomationFailure> AutomationFailure::forAvailability(InputSources
     case InputSources::Availability::notRunning: return inputMethodNotRunning(framework);
     case InputSources::Availability::notAnswering: return inputMethodNotAnswering(framework);
     case InputSources::Availability::extensionMissing: return gnomeExtensionMissing();
+    case InputSources::Availability::sessionBusUnreachable: return sessionBusUnreachable();
     }
     return std::nullopt;
 }

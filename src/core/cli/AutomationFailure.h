@@ -40,6 +40,8 @@ struct AutomationFailure
     // The input method framework, named in `detail`, is not running or does not answer.
     static AutomationFailure inputMethodNotRunning(const QString &framework);
     static AutomationFailure inputMethodNotAnswering(const QString &framework);
+    // The framework is out of reach because the session bus is; `detail` names the bus.
+    static AutomationFailure sessionBusUnreachable();
     // The session is GNOME and Tolvar's shell extension is not running.
     static AutomationFailure gnomeExtensionMissing();
     // What keeps the input sources out of reach, if anything.

@@ -25,6 +25,8 @@ QString onOff(bool value)
 QString humanText(const AutomationFailure &failure, const AutomationServices &services)
 {
     const bool detailed = !failure.detail.isEmpty();
+    if (failure == AutomationFailure::sessionBusUnreachable())
+        return *SourcesAvailability::warning(InputSources::Availability::sessionBusUnreachable, services.framework);
     if (failure.code == QLatin1String("input_method_unavailable"))
         return *SourcesAvailability::warning(failure.message == AutomationFailure::inputMethodNotRunning({}).message
                                                  ? InputSources::Availability::notRunning

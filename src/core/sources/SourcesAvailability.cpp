@@ -32,6 +32,7 @@ std::optional<QString> warning(InputSources::Availability availability, const QS
     case InputSources::Availability::notAnswering: return L10n::text("cli.err.im-silent").arg(framework);
     case InputSources::Availability::extensionMissing:
         return L10n::text("warn.gnome-extension").arg(gnomeExtensionCommand());
+    case InputSources::Availability::sessionBusUnreachable: return L10n::text("cli.err.session-bus");
     }
     return std::nullopt;
 }
