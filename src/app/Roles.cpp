@@ -16,6 +16,7 @@ int runGraphicalInstance(int &argc, char **argv, bool openWindowOnLaunch)
 {
     // Without a display the instance still keeps the source; only a window has nowhere to go.
     const bool headless = ApplicationRole::useOffscreenWithoutDisplay();
+    ApplicationRole::avoidSilentSessionBus();
     const QApplication application(argc, argv);
     if (headless && openWindowOnLaunch) {
         std::fprintf(stderr, "tolvar: %s\n", qPrintable(L10n::text("app.no-display")));

@@ -9,6 +9,10 @@ namespace ApplicationRole {
 // windowed roles also run on a headless machine. Call before the application object.
 // True when it did: nothing this process shows can be seen.
 bool useOffscreenWithoutDisplay();
+// Keeps Qt's own clients of the session bus (accessibility, the platform theme)
+// off one that does not answer, which they would wait on for ever. Call before
+// the application object.
+void avoidSilentSessionBus();
 // No taskbar or Dock entry and no menu bar.
 void becomeAccessory();
 // Takes keyboard focus even while another application is active.

@@ -59,6 +59,8 @@ struct InputSources
         // The desktop keeps the sources to itself and Tolvar's extension for it
         // (GNOME Shell) is not running: nothing can be read or switched.
         extensionMissing,
+        // The framework is reached over the session bus, and that is missing or does not answer.
+        sessionBusUnreachable,
     };
     // Asked afresh at each call, in a bounded time, so a framework or an
     // extension that starts later is seen.

@@ -17,6 +17,7 @@
 #include <QFile>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
@@ -218,18 +219,49 @@ INSTANTIATE_TEST_SUITE_P(Faults, FaultTableTest,
                                                }}),
                          ParamName());
 
-TEST_F(FaultEndToEndTest, SilentSessionBusHoldsUpNothing)
+// The environment that picks a stack; whether that stack is reached over the session bus.
+struct Stack
+{
+    const char *name;
+    QStringList environment;
+    bool overTheBus;
+};
+
+class SilentSessionBusTest : public FaultEndToEndTest, public testing::WithParamInterface<Stack>
+{
+};
+
+TEST_P(SilentSessionBusTest, HoldsUpNothingAndNamesTheBus)
 {
     SilentBus silent;
+    for (const char *name : {"XDG_CURRENT_DESKTOP", "GTK_IM_MODULE", "QT_IM_MODULE", "XMODIFIERS"})
+        m_environment.remove(name);
+    for (const QString &variable : GetParam().environment)
+        m_environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
     m_environment.insert("DBUS_SESSION_BUS_ADDRESS",
                          silent.listen(QStringLiteral("tolvar-bus-%1").arg(QCoreApplication::applicationPid())));
-    for (const char *command : {"pause", "resume"}) {
-        const ProcessResult result = tolvar({command, "--json"});
-        ASSERT_TRUE(result.finished) << command;
-        EXPECT_EQ(result.exitCode, 0) << command << result.out.constData();
-        EXPECT_EQ(result.out.count('\n'), 1);
+    const bool blocked = GetParam().overTheBus;
+    // Only the configuration's own commands, and status, succeed without the sources.
+    const std::pair<QStringList, int> commands[] = {
+        {{"status"}, 0}, {{"list"}, blocked}, {{"set", german}, blocked}, {{"pause"}, 0}, {{"resume"}, blocked}};
+    for (const auto &[arguments, exitCode] : commands) {
+        const ProcessResult result = tolvar(arguments);
+        ASSERT_TRUE(result.finished) << qPrintable(arguments.join(' '));
+        EXPECT_EQ(result.exitCode, exitCode) << qPrintable(arguments.join(' '));
+        const QString said = QString::fromUtf8(result.out + result.err);
+        EXPECT_EQ(said.contains("session bus"), blocked) << qPrintable(said);
+        EXPECT_FALSE(said.contains(QRegularExpression("IBus|Fcitx|GNOME Shell|KDE Plasma"))) << qPrintable(said);
     }
+    const QJsonObject error = QJsonDocument::fromJson(tolvar({"list", "--json"}).out).object()["error"].toObject();
+    EXPECT_EQ(error["code"].toString(), blocked ? "input_method_unavailable" : "");
+    EXPECT_EQ(error["detail"].toString().contains("session bus"), blocked);
 }
+
+INSTANTIATE_TEST_SUITE_P(Stacks, SilentSessionBusTest,
+                         testing::Values(Stack{"IBus", {}, false}, Stack{"Gnome", {"XDG_CURRENT_DESKTOP=GNOME"}, true},
+                                         Stack{"Plasma", {"XDG_CURRENT_DESKTOP=KDE"}, true},
+                                         Stack{"Fcitx5", {"GTK_IM_MODULE=fcitx"}, true}),
+                         ParamName());
 
 TEST_F(FaultEndToEndTest, OutputThatCannotBeWrittenFails)
 {

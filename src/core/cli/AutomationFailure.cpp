@@ -23,7 +23,7 @@ struct Row
 };
 
 // clang-format off
-constexpr std::array<Row, 20> rows{{
+constexpr std::array<Row, 21> rows{{
     {Kind::InvalidArguments, "invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.",
      "cli.usage.header"},
     {Kind::InvalidConfig, "invalid_config", "Unable to read the configuration. The file has not been changed.",
@@ -54,6 +54,8 @@ constexpr std::array<Row, 20> rows{{
      nullptr, nullptr, Availability::notRunning},
     {Kind::InputMethodNotAnswering, "input_method_unavailable", "The input method framework is not answering.",
      nullptr, nullptr, Availability::notAnswering},
+    {Kind::SessionBusUnreachable, "input_method_unavailable", "The input method framework cannot be reached.",
+     nullptr, nullptr, Availability::sessionBusUnreachable},
     {Kind::GnomeExtensionMissing, "gnome_extension_missing", nullptr, nullptr, nullptr,
      Availability::extensionMissing},
 }};
@@ -103,6 +105,8 @@ std::optional<AutomationFailure> AutomationFailure::forAvailability(Availability
                 return failure.withDetail(QStringLiteral("%1 is not running.").arg(framework));
             case Availability::notAnswering:
                 return failure.withDetail(QStringLiteral("%1 does not answer.").arg(framework));
+            case Availability::sessionBusUnreachable:
+                return failure.withDetail(QStringLiteral("The D-Bus session bus is missing or does not answer."));
             default: return failure;
             }
         }

@@ -32,6 +32,7 @@ struct AutomationFailure
         EncodingFailed,
         InputMethodNotRunning,
         InputMethodNotAnswering,
+        SessionBusUnreachable,
         GnomeExtensionMissing,
     };
 
@@ -69,6 +70,8 @@ struct AutomationFailure
     static AutomationFailure secureInput() { return of(Kind::SecureInput); }
     static AutomationFailure operationFailed() { return of(Kind::OperationFailed); }
     static AutomationFailure encodingFailed() { return of(Kind::EncodingFailed); }
+    // The framework is out of reach because the session bus is; `detail` names the bus.
+    static AutomationFailure sessionBusUnreachable() { return of(Kind::SessionBusUnreachable); }
     // The session is GNOME and Tolvar's shell extension is not running.
     static AutomationFailure gnomeExtensionMissing() { return of(Kind::GnomeExtensionMissing); }
     // What keeps the input sources out of reach, if anything; the framework is named in `detail`.

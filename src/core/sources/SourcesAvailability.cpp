@@ -31,6 +31,7 @@ std::optional<LocalizedText> reason(InputSources::Availability availability, con
     case InputSources::Availability::notAnswering: return LocalizedText("cli.err.im-silent", {framework});
     case InputSources::Availability::extensionMissing:
         return LocalizedText("warn.gnome-extension", {gnomeExtensionCommand()});
+    case InputSources::Availability::sessionBusUnreachable: return LocalizedText("cli.err.session-bus");
     }
     return std::nullopt;
 }

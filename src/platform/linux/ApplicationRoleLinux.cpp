@@ -1,5 +1,7 @@
 #include "platform/ApplicationRole.h"
 
+#include "platform/linux/BusProbe.h"
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/X11Activation.h"
 
 #include <QByteArray>
@@ -13,6 +15,15 @@ bool useOffscreenWithoutDisplay()
         return false;
     qputenv("QT_QPA_PLATFORM", QByteArrayLiteral("offscreen"));
     return true;
+}
+
+void avoidSilentSessionBus()
+{
+    // QtDBus connects without a time limit, and Qt's accessibility bridge asks
+    // for the session bus on the first label drawn. An address of no known
+    // transport makes every such request fail at once.
+    if (!DBusBuses::session() && !BusProbe::sessionAddress().isEmpty())
+        qputenv("DBUS_SESSION_BUS_ADDRESS", QByteArrayLiteral("disabled:"));
 }
 
 // Tool windows stay out of the taskbar already, and the window manager decides

@@ -2,6 +2,8 @@
 
 #include "platform/linux/BusProbe.h"
 
+#include <QDBusError>
+
 namespace DBusBuses {
 namespace {
 
@@ -24,6 +26,14 @@ std::optional<QDBusConnection> session()
     static const std::optional<QDBusConnection> bus =
         ifAnswering(BusProbe::sessionAddress(), &QDBusConnection::sessionBus);
     return bus;
+}
+
+QDBusMessage callSession(const QDBusMessage &message, int timeoutMs)
+{
+    const std::optional<QDBusConnection> bus = session();
+    if (!bus)
+        return message.createErrorReply(QDBusError::Disconnected, QStringLiteral("The session bus does not answer."));
+    return bus->call(message, QDBus::Block, timeoutMs);
 }
 
 std::optional<QDBusConnection> system()

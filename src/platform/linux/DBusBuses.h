@@ -1,15 +1,19 @@
 #pragma once
 
 #include <QDBusConnection>
+#include <QDBusMessage>
 
 #include <optional>
 
 // The session and system buses, each knocked at once per process before QtDBus
 // connects to it: none when the bus is missing or does not answer, so that no
-// caller waits on a bus that never will.
+// caller waits on a bus that never will. Nothing else asks QtDBus for them.
 namespace DBusBuses {
 
 std::optional<QDBusConnection> session();
 std::optional<QDBusConnection> system();
+// `message` on the session bus, waiting at most `timeoutMs`; a Disconnected
+// error at once when there is no session bus to ask.
+QDBusMessage callSession(const QDBusMessage &message, int timeoutMs);
 
 } // namespace DBusBuses

@@ -1,6 +1,6 @@
 #include "platform/linux/Fcitx5Controller.h"
 
-#include <QDBusConnection>
+#include "platform/linux/DBusBuses.h"
 
 namespace Fcitx5Controller {
 
@@ -15,7 +15,7 @@ QDBusMessage message(const QString &method, const QVariantList &arguments)
 
 QDBusMessage call(const QString &method, const QVariantList &arguments)
 {
-    return QDBusConnection::sessionBus().call(message(method, arguments), QDBus::Block, callTimeoutMs);
+    return DBusBuses::callSession(message(method, arguments), callTimeoutMs);
 }
 
 QString text(const QDBusMessage &reply)

@@ -1,5 +1,6 @@
 #include "platform/linux/Fcitx5InputSources.h"
 
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/Fcitx5Controller.h"
 #include "platform/linux/Fcitx5SelectionPoll.h"
 #include "platform/linux/SelectStatus.h"
@@ -134,7 +135,7 @@ class Polls
 public:
     bool add(QObject *context, std::function<void()> callback)
     {
-        if (!context)
+        if (!context || !DBusBuses::session())
             return false;
         auto *poll = new Fcitx5SelectionPoll(std::move(callback), pollInterval);
         poll->moveToThread(context->thread());
@@ -197,10 +198,11 @@ qint32 selectIM(const QString &id, Polls &polls)
 // A changed group, and Fcitx5 starting again, can change the list.
 bool observeEnabled(QObject *context, std::function<void()> callback)
 {
-    if (!context)
+    const std::optional<QDBusConnection> session = DBusBuses::session();
+    if (!context || !session)
         return false;
     auto *receiver = new SignalReceiver(std::move(callback), context);
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = *session;
     auto *watcher =
         new QDBusServiceWatcher(Fcitx5Controller::service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);
     QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, &SignalReceiver::deliver);

@@ -1,8 +1,8 @@
 #include "platform/linux/Fcitx5SelectionPoll.h"
 
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/Fcitx5Controller.h"
 
-#include <QDBusConnection>
 #include <QDBusPendingCallWatcher>
 
 Fcitx5SelectionPoll::Fcitx5SelectionPoll(std::function<void()> callback, std::chrono::milliseconds interval)
@@ -23,11 +23,12 @@ void Fcitx5SelectionPoll::setRunning(bool running)
 
 void Fcitx5SelectionPoll::look()
 {
-    if (m_waiting)
+    const std::optional<QDBusConnection> bus = DBusBuses::session();
+    if (m_waiting || !bus)
         return;
     m_waiting = true;
-    const QDBusPendingCall pending = QDBusConnection::sessionBus().asyncCall(
-        Fcitx5Controller::message(QStringLiteral("CurrentInputMethod")), Fcitx5Controller::callTimeoutMs);
+    const QDBusPendingCall pending = bus->asyncCall(Fcitx5Controller::message(QStringLiteral("CurrentInputMethod")),
+                                                    Fcitx5Controller::callTimeoutMs);
     auto *watcher = new QDBusPendingCallWatcher(pending, this);
     connect(watcher, &QDBusPendingCallWatcher::finished, this, [this](QDBusPendingCallWatcher *finished) {
         finished->deleteLater();

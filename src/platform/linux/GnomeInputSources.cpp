@@ -2,6 +2,7 @@
 
 #include "platform/GnomeShellExtension.h"
 #include "platform/ProgramRunner.h"
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/SelectStatus.h"
 #include "platform/linux/SignalReceiver.h"
 
@@ -25,7 +26,7 @@ QDBusMessage call(const QString &destination, const QString &objectPath, const Q
     QDBusMessage message = QDBusMessage::createMethodCall(destination, objectPath, iface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
-    return QDBusConnection::sessionBus().call(message, QDBus::Block, callTimeoutMs);
+    return DBusBuses::callSession(message, callTimeoutMs);
 }
 
 QDBusMessage callExtension(const QString &method, const QVariantList &arguments = {})
@@ -81,9 +82,10 @@ qint32 activate(const QString &id)
 InputSources::Observe observe(const QString &signal)
 {
     return [signal](QObject *context, std::function<void()> callback) {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        if (!bus.isConnected())
+        const std::optional<QDBusConnection> session = DBusBuses::session();
+        if (!session)
             return false;
+        QDBusConnection bus = *session;
         auto *receiver = new SignalReceiver(std::move(callback), context);
         // The extension comes to a running session only when the shell starts
         // again; then everything may have changed.

@@ -1,4 +1,5 @@
 #include "platform/InputSources.h"
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/Fcitx5InputSources.h"
 #include "platform/linux/GnomeInputSources.h"
 #include "platform/linux/IBusAddress.h"
@@ -8,12 +9,22 @@
 
 namespace {
 
+// Without the session bus these stacks cannot be asked anything, and what they
+// would say of their own silence would name the wrong culprit.
+InputSources throughSessionBus(InputSources sources)
+{
+    sources.availability = [own = std::move(sources.availability)] {
+        return DBusBuses::session() ? own() : InputSources::Availability::sessionBusUnreachable;
+    };
+    return sources;
+}
+
 InputSources forBackend(LinuxInputBackend::Kind kind)
 {
     switch (kind) {
-    case LinuxInputBackend::Kind::gnome: return GnomeInputSources::onSessionBus();
-    case LinuxInputBackend::Kind::fcitx5: return Fcitx5InputSources::live();
-    case LinuxInputBackend::Kind::plasma: return PlasmaInputSources::live();
+    case LinuxInputBackend::Kind::gnome: return throughSessionBus(GnomeInputSources::onSessionBus());
+    case LinuxInputBackend::Kind::fcitx5: return throughSessionBus(Fcitx5InputSources::live());
+    case LinuxInputBackend::Kind::plasma: return throughSessionBus(PlasmaInputSources::live());
     case LinuxInputBackend::Kind::ibus: break;
     }
     return IBusInputSources::at(IBusAddress::published);

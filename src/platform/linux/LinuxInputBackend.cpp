@@ -2,7 +2,6 @@
 
 #include "platform/linux/DBusBuses.h"
 
-#include <QDBusConnection>
 #include <QDBusMessage>
 
 #include <array>
@@ -19,24 +18,22 @@ constexpr std::array names = {
 
 bool hasOwner(const QString &service)
 {
-    const std::optional<QDBusConnection> bus = DBusBuses::session();
-    if (!bus)
-        return false;
     QDBusMessage question =
         QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                                        QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
     question.setArguments({service});
-    const QDBusMessage reply = bus->call(question, QDBus::Block, 1000);
+    const QDBusMessage reply = DBusBuses::callSession(question, 1000);
     return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
 }
 
-// What im-config and the desktops export for applications: when it names IBus,
-// applications type through IBus whatever else runs, and the bus need not be asked.
-bool sessionTypesThroughIBus()
+// What im-config and the desktops export for applications: the framework they
+// type through. When it names IBus, that holds whatever else runs, and the bus
+// need not be asked. Fcitx 5 goes by "fcitx" there.
+bool sessionTypesThrough(const QString &framework)
 {
-    return qEnvironmentVariable("GTK_IM_MODULE") == QLatin1String("ibus")
-           || qEnvironmentVariable("QT_IM_MODULE") == QLatin1String("ibus")
-           || qEnvironmentVariable("XMODIFIERS").contains(QLatin1String("@im=ibus"));
+    return qEnvironmentVariable("GTK_IM_MODULE").startsWith(framework)
+           || qEnvironmentVariable("QT_IM_MODULE").startsWith(framework)
+           || qEnvironmentVariable("XMODIFIERS").contains(QStringLiteral("@im=") + framework);
 }
 
 } // namespace
@@ -63,11 +60,12 @@ Kind choose(const Session &session)
 {
     if (const std::optional<Kind> requested = parse(session.requested))
         return *requested;
-    if (session.fcitx5Running)
+    if (session.fcitx5Running || (!session.busAnswers && session.typesThroughFcitx))
         return Kind::fcitx5;
     if (session.desktops.contains(QLatin1String("GNOME"), Qt::CaseInsensitive))
         return Kind::gnome;
-    if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive) && session.plasmaLayouts)
+    if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive)
+        && (session.plasmaLayouts || !session.busAnswers))
         return Kind::plasma;
     return Kind::ibus;
 }
@@ -79,7 +77,11 @@ Session probe()
     session.desktops = qEnvironmentVariable("XDG_CURRENT_DESKTOP").split(QLatin1Char(':'), Qt::SkipEmptyParts);
     if (parse(session.requested))
         return session;
-    if (!sessionTypesThroughIBus())
+    session.busAnswers = DBusBuses::session().has_value();
+    session.typesThroughFcitx = sessionTypesThrough(QStringLiteral("fcitx"));
+    if (!session.busAnswers)
+        return session;
+    if (!sessionTypesThrough(QStringLiteral("ibus")))
         session.fcitx5Running = hasOwner(QStringLiteral("org.fcitx.Fcitx5"));
     if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive))
         session.plasmaLayouts = hasOwner(QStringLiteral("org.kde.keyboard"));

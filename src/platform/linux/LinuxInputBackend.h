@@ -17,11 +17,15 @@ struct Session
     QStringList desktops; // $XDG_CURRENT_DESKTOP, split at ':'
     bool fcitx5Running = false;
     bool plasmaLayouts = false;
+    bool busAnswers = true;         // whether the session bus could be asked the two above
+    bool typesThroughFcitx = false; // the input-method variables name Fcitx
 };
 
 // The backend for `session`: a valid request wins; Fcitx5 handles the keyboard
 // whenever it runs, unless the session types through IBus (its input-method
-// variables name IBus); then the desktop's own stack; IBus otherwise.
+// variables name IBus); then the desktop's own stack; IBus otherwise. Without
+// the session bus the variables and the desktop decide, so that the stack in
+// use reports the bus rather than IBus being blamed.
 Kind choose(const Session &session);
 std::optional<Kind> parse(const QString &name);
 QString name(Kind kind);

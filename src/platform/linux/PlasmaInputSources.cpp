@@ -1,5 +1,6 @@
 #include "platform/linux/PlasmaInputSources.h"
 
+#include "platform/linux/DBusBuses.h"
 #include "platform/linux/SignalReceiver.h"
 
 #include <QDBusArgument>
@@ -23,7 +24,7 @@ QDBusMessage call(const QString &method, const QVariantList &arguments = {})
     message.setArguments(arguments);
     // Nothing is to start because Tolvar asked.
     message.setAutoStartService(false);
-    return QDBusConnection::sessionBus().call(message, QDBus::Block, callTimeoutMs);
+    return DBusBuses::callSession(message, callTimeoutMs);
 }
 
 struct Layout
@@ -156,10 +157,11 @@ private:
 // it does when the number of layouts crosses one.
 bool observe(const QString &signal, bool serviceToo, QObject *context, std::function<void()> callback)
 {
-    if (!context)
+    const std::optional<QDBusConnection> session = DBusBuses::session();
+    if (!context || !session)
         return false;
     auto *receiver = new SignalReceiver(std::move(callback), context);
-    QDBusConnection bus = QDBusConnection::sessionBus();
+    QDBusConnection bus = *session;
     if (serviceToo) {
         auto *watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, receiver);
         QObject::connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, receiver, &SignalReceiver::deliver);

@@ -1,4 +1,5 @@
 #include "platform/TrayHost.h"
+#include "platform/linux/DBusBuses.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -54,8 +55,8 @@ public:
         : QObject(context)
         , m_present(std::move(present))
     {
-        QDBusConnection bus = QDBusConnection::sessionBus();
-        if (bus.isConnected()) {
+        if (const std::optional<QDBusConnection> session = DBusBuses::session()) {
+            QDBusConnection bus = *session;
             auto *names = new QDBusServiceWatcher(watcherName, bus, QDBusServiceWatcher::WatchForRegistration, this);
             connect(names, &QDBusServiceWatcher::serviceRegistered, this, &Watch::found);
             QDBusMessage ask = QDBusMessage::createMethodCall(

@@ -9,6 +9,8 @@ bool useOffscreenWithoutDisplay()
     return false;
 }
 
+void avoidSilentSessionBus() {}
+
 void becomeAccessory()
 {
     [NSApp setActivationPolicy:NSApplicationActivationPolicyAccessory];
