@@ -27,7 +27,7 @@ QString quotedProgram(const QString &path)
         case '%': out += QLatin1String("%%"); break;
         default:
             if (c.unicode() < 0x20 || c.unicode() == 0x7f)
-                out += QStringLiteral("\\x%1").arg(c.unicode(), 2, 16, QLatin1Char('0'));
+                out += QStringLiteral("\\x%1").arg(static_cast<int>(c.unicode()), 2, 16, QLatin1Char('0'));
             else
                 out += c;
         }

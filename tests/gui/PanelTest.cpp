@@ -49,9 +49,10 @@ protected:
         for (int turn = 0; turn < 3; ++turn)
             QCoreApplication::processEvents();
     }
+    // Rows and banners have no Q_OBJECT of their own, which Qt 6.8's findChild<T *> insists on.
     template <typename T = QWidget> T *find(const QString &identifier) const
     {
-        return panel->findChild<T *>(identifier);
+        return dynamic_cast<T *>(panel->findChild<QWidget *>(identifier));
     }
     void click(const QString &identifier) const
     {

@@ -14,15 +14,16 @@ int CLI::main(const QStringList &arguments, std::optional<Expected<Config>> star
 {
     QFile out;
     QFile err;
-    out.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered);
-    err.open(fileno(stderr), QIODevice::WriteOnly | QIODevice::Unbuffered);
-    // A closed stream is kept in memory: anything written to it is output lost.
+    const bool outOpen = out.open(fileno(stdout), QIODevice::WriteOnly | QIODevice::Unbuffered);
+    const bool errOpen = err.open(fileno(stderr), QIODevice::WriteOnly | QIODevice::Unbuffered);
+    // A closed stream, or one that cannot be opened, is kept in memory:
+    // anything written to it is output lost.
     QBuffer lostOut;
     QBuffer lostErr;
     lostOut.open(QIODevice::WriteOnly);
     lostErr.open(QIODevice::WriteOnly);
-    QIODevice &output = StandardStreams::outputWasClosed() ? static_cast<QIODevice &>(lostOut) : out;
-    QIODevice &error = StandardStreams::errorWasClosed() ? static_cast<QIODevice &>(lostErr) : err;
+    QIODevice &output = StandardStreams::outputWasClosed() || !outOpen ? static_cast<QIODevice &>(lostOut) : out;
+    QIODevice &error = StandardStreams::errorWasClosed() || !errOpen ? static_cast<QIODevice &>(lostErr) : err;
 
     const int status = CLI(CLIServices::live(std::move(started)), output, error).run(arguments);
     if (!lostOut.data().isEmpty()) {
