@@ -154,14 +154,7 @@ QImage AppModel::sourceIcon(const QString &id)
 
 std::optional<QString> AppModel::SwitchWarning::message() const
 {
-    switch (outcome.kind()) {
-    case SwitchOutcome::Kind::Success: return std::nullopt;
-    case SwitchOutcome::Kind::SecureInput: return L10n::text("enf.secure");
-    case SwitchOutcome::Kind::MissingSource: return L10n::text("warn.missing");
-    case SwitchOutcome::Kind::Busy: return L10n::text("warn.busy");
-    case SwitchOutcome::Kind::Failed: return L10n::text("warn.switch").arg(outcome.reason().text());
-    }
-    return std::nullopt;
+    return outcome.warning();
 }
 
 void AppModel::refresh()

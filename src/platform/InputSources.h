@@ -56,9 +56,18 @@ struct InputSources
         notRunning,
         // It runs but does not answer in a bounded time.
         notAnswering,
-        // The desktop keeps the sources to itself and Tolvar's extension for it
-        // (GNOME Shell) is not running: nothing can be read or switched.
+        // The desktop keeps the sources to itself (GNOME Shell) and Tolvar's
+        // extension for it does not run, so nothing can be read or switched:
+        // not installed,
         extensionMissing,
+        // turned off,
+        extensionOff,
+        // made for other versions of the shell,
+        extensionOutdated,
+        // failed when the shell started it,
+        extensionFailed,
+        // or new to the shell, which loads it at the next login.
+        extensionPending,
         // The framework is reached over the session bus, and that is missing or does not answer.
         sessionBusUnreachable,
     };

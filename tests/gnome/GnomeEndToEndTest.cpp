@@ -11,6 +11,9 @@
 
 #include <QDir>
 #include <QFile>
+#include <QJsonArray>
+#include <QJsonDocument>
+#include <QJsonObject>
 #include <QStandardPaths>
 
 #include <gtest/gtest.h>
@@ -100,6 +103,15 @@ protected:
         m_systemBus.start("dbus-daemon", {"--session", "--nofork", "--address=" + systemBus});
         ASSERT_TRUE(run(TOLVAR_CMAKE, {"--install", TOLVAR_BUILD_DIR, "--prefix", QDir::homePath() + "/.local",
                                        "--component", "gnome_extension"}));
+        if (outdated()) {
+            QFile metadata(QDir::homePath() + "/.local/share/gnome-shell/extensions/" + GnomeShellExtension::uuid
+                           + "/metadata.json");
+            ASSERT_TRUE(metadata.open(QIODevice::ReadWrite));
+            QJsonObject fields = QJsonDocument::fromJson(metadata.readAll()).object();
+            fields["shell-version"] = QJsonArray{"40"};
+            metadata.resize(0);
+            metadata.write(QJsonDocument(fields).toJson());
+        }
         ASSERT_TRUE(configure({"('xkb','us')", "('xkb','de')", "('ibus','hangul')"}));
         ASSERT_TRUE(run("gsettings", {"set", "org.gnome.shell", "enabled-extensions",
                                       extensionEnabled() ? "['" + GnomeShellExtension::uuid + "']" : "[]"}));
@@ -113,7 +125,7 @@ protected:
             QFile file(log);
             if (!file.open(QIODevice::ReadOnly) || !file.readAll().contains("GNOME Shell started at"))
                 return false;
-            if (extensionEnabled())
+            if (extensionEnabled() && !outdated())
                 return sourceIDs() == QStringList{us, german, hangul};
             return !IBusInputSources::at(IBusAddress::published).currentID().isEmpty();
         };
@@ -137,6 +149,8 @@ protected:
     }
 
     virtual bool extensionEnabled() const { return true; }
+    // Installed as made for another shell, which the shell refuses to load.
+    virtual bool outdated() const { return false; }
 
     static QString errorCode(const ProcessResult &result)
     {
@@ -220,8 +234,28 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
     }
     EXPECT_EQ(ibus.currentID(), engine) << "no IBus switch behind the shell's back";
 
-    m_session.tolvar({"install", german});
+    // The shell knows the extension already, so turning it on is enough: no new login.
+    const ProcessResult installed = m_session.tolvar({"install", german});
+    EXPECT_EQ(installed.exitCode, 0) << installed.err.constData();
     EXPECT_TRUE(setting("org.gnome.shell", "enabled-extensions").contains(GnomeShellExtension::uuid));
+    EXPECT_EQ(sourceIDs(), (QStringList{us, german, hangul}));
+}
+
+class GnomeOutdatedExtensionTest : public GnomeEndToEndTest
+{
+protected:
+    bool outdated() const override { return true; }
+};
+
+TEST_F(GnomeOutdatedExtensionTest, SaysToUpdateRatherThanToTurnItOn)
+{
+    const QJsonObject error = status()["backendError"].toObject();
+    EXPECT_EQ(error["code"].toString(), "gnome_extension_missing");
+    EXPECT_TRUE(error["message"].toString().contains("does not support this version"))
+        << qPrintable(error["message"].toString());
+    const ProcessResult installed = m_session.tolvar({"install", german});
+    EXPECT_EQ(installed.exitCode, 1);
+    EXPECT_TRUE(installed.err.contains("doesn’t support this version")) << installed.err.constData();
 }
 
 } // namespace

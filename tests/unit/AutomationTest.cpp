@@ -15,7 +15,7 @@ TEST(AutomationTest, StatusDerivesTheStateFromTheServices)
     const AutomationTarget usTarget{us, QString("English (US)"), true};
     const AutomationTarget unreachableUs{us, std::nullopt, false};
     const auto unreachable = [](FakeServices &f) {
-        f.availability = InputSources::Availability::extensionMissing;
+        f.availability = InputSources::Availability::extensionOff;
         f.choices.clear();
         f.current = {};
     };
@@ -46,7 +46,7 @@ TEST(AutomationTest, StatusDerivesTheStateFromTheServices)
         EXPECT_EQ(status->current, (AutomationSource{fake.current.id, fake.current.name}));
         EXPECT_EQ(status->backendError, fake.availability == InputSources::Availability::available
                                             ? std::nullopt
-                                            : std::optional(AutomationFailure::gnomeExtensionMissing()));
+                                            : std::optional(AutomationFailure::gnomeExtensionOff()));
     }
 }
 
@@ -61,7 +61,7 @@ TEST(AutomationTest, KeepingCommandsEditOnlyEnabled)
         {Config{}, C::Pause, true, false}, {std::nullopt, C::Pause, true, false},
         {Config{}, C::Resume, true, AutomationFailure::noTarget()},
         {gone, C::Resume, true, AutomationFailure::missingSource()},
-        {pinnedOff, C::Resume, false, AutomationFailure::gnomeExtensionMissing()},
+        {pinnedOff, C::Resume, false, AutomationFailure::gnomeExtensionOff()},
         {Config{"gone", true, std::nullopt, true}, C::Toggle, true, false}, // toggling off ignores the pin
         {pinnedOff, C::Toggle, true, true}, {Config{}, C::Toggle, true, AutomationFailure::noTarget()}};
     // clang-format on
@@ -71,7 +71,7 @@ TEST(AutomationTest, KeepingCommandsEditOnlyEnabled)
         FakeServices fake;
         fake.stored = stored;
         if (!extension)
-            fake.availability = InputSources::Availability::extensionMissing;
+            fake.availability = InputSources::Availability::extensionOff;
         const auto status = Automation(fake.services()).setKeeping(command);
         if (const AutomationFailure *failure = std::get_if<AutomationFailure>(&outcome)) {
             ASSERT_FALSE(status.ok());

@@ -23,7 +23,7 @@ struct Row
 };
 
 // clang-format off
-constexpr std::array<Row, 21> rows{{
+constexpr std::array<Row, 25> rows{{
     {Kind::InvalidArguments, "invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.",
      "cli.usage.header"},
     {Kind::InvalidConfig, "invalid_config", "Unable to read the configuration. The file has not been changed.",
@@ -56,8 +56,20 @@ constexpr std::array<Row, 21> rows{{
      nullptr, nullptr, Availability::notAnswering},
     {Kind::SessionBusUnreachable, "input_method_unavailable", "The input method framework cannot be reached.",
      nullptr, nullptr, Availability::sessionBusUnreachable},
-    {Kind::GnomeExtensionMissing, "gnome_extension_missing", nullptr, nullptr, nullptr,
-     Availability::extensionMissing},
+    // One code for every reason the extension does not run, as scripts already know it.
+    {Kind::GnomeExtensionOff, "gnome_extension_missing", nullptr, nullptr, nullptr, Availability::extensionOff},
+    {Kind::GnomeExtensionMissing, "gnome_extension_missing",
+     "Tolvar's GNOME Shell extension is not installed. Install Tolvar again, then log out and back in.", nullptr,
+     nullptr, Availability::extensionMissing},
+    {Kind::GnomeExtensionOutdated, "gnome_extension_missing",
+     "Tolvar's GNOME Shell extension does not support this version of GNOME Shell. Install a newer Tolvar.", nullptr,
+     nullptr, Availability::extensionOutdated},
+    {Kind::GnomeExtensionFailed, "gnome_extension_missing",
+     "Tolvar's GNOME Shell extension failed to start. Log out and back in.", nullptr, nullptr,
+     Availability::extensionFailed},
+    {Kind::GnomeExtensionPending, "gnome_extension_missing",
+     "Tolvar's GNOME Shell extension starts at the next login. Log out and back in.", nullptr, nullptr,
+     Availability::extensionPending},
 }};
 // clang-format on
 
@@ -72,7 +84,7 @@ const Row &rowFor(Kind kind)
 
 QString messageOf(const Row &row)
 {
-    if (row.kind == Kind::GnomeExtensionMissing)
+    if (row.kind == Kind::GnomeExtensionOff)
         return QStringLiteral("Tolvar's GNOME Shell extension is not running. Run %1, then log out and back in.")
             .arg(SourcesAvailability::gnomeExtensionCommand());
     return QString::fromLatin1(row.message);

@@ -33,7 +33,11 @@ struct AutomationFailure
         InputMethodNotRunning,
         InputMethodNotAnswering,
         SessionBusUnreachable,
+        GnomeExtensionOff,
         GnomeExtensionMissing,
+        GnomeExtensionOutdated,
+        GnomeExtensionFailed,
+        GnomeExtensionPending,
     };
 
     Kind kind = Kind::OperationFailed;
@@ -73,7 +77,7 @@ struct AutomationFailure
     // The framework is out of reach because the session bus is; `detail` names the bus.
     static AutomationFailure sessionBusUnreachable() { return of(Kind::SessionBusUnreachable); }
     // The session is GNOME and Tolvar's shell extension is not running.
-    static AutomationFailure gnomeExtensionMissing() { return of(Kind::GnomeExtensionMissing); }
+    static AutomationFailure gnomeExtensionOff() { return of(Kind::GnomeExtensionOff); }
     // What keeps the input sources out of reach, if anything; the framework is named in `detail`.
     static std::optional<AutomationFailure> forAvailability(InputSources::Availability availability,
                                                             const QString &framework);

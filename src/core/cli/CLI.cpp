@@ -104,7 +104,11 @@ int CLI::execute(const CLIRequest &request)
         // First, so that a user without the desktop's companion gets it and learns what is left to do.
         const bool companionOn = m_services.enableCompanion();
         if (const auto pinned = writePin(request); !pinned) {
-            const bool justEnabled = companionOn && pinned.error() == AutomationFailure::gnomeExtensionMissing();
+            // Turning on helps an extension that was off or new; one that is outdated or failed says why itself.
+            const AutomationFailure::Kind why = pinned.error().kind;
+            const bool justEnabled = companionOn
+                                     && (why == AutomationFailure::Kind::GnomeExtensionOff
+                                         || why == AutomationFailure::Kind::GnomeExtensionPending);
             return fail(pinned.error(), request,
                         justEnabled ? std::optional(L10n::text("cli.err.gnome-extension-enabled")) : std::nullopt);
         }
@@ -197,10 +201,11 @@ int CLI::runOnce(const CLIRequest &request)
         return fail(AutomationFailure::switchEndedWithoutResult(), request);
     switch (outcome->kind()) {
     case SwitchOutcome::Kind::Success: return request.json ? reportStatus(request) : 0;
-    case SwitchOutcome::Kind::SecureInput: return fail(AutomationFailure::secureInput(), request);
-    case SwitchOutcome::Kind::MissingSource: return fail(AutomationFailure::missingSourceAfterSwitch(), request);
-    case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request);
-    case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->reason().text());
+    case SwitchOutcome::Kind::SecureInput: return fail(AutomationFailure::secureInput(), request, outcome->warning());
+    case SwitchOutcome::Kind::MissingSource:
+        return fail(AutomationFailure::missingSourceAfterSwitch(), request, outcome->warning());
+    case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request, outcome->warning());
+    case SwitchOutcome::Kind::Failed: return fail(AutomationFailure::switchFailed(), request, outcome->warning());
     }
     return fail(AutomationFailure::switchFailed(), request);
 }

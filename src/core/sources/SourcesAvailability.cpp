@@ -29,8 +29,12 @@ std::optional<LocalizedText> reason(InputSources::Availability availability, con
     case InputSources::Availability::available: return std::nullopt;
     case InputSources::Availability::notRunning: return LocalizedText("cli.err.im-absent", {framework});
     case InputSources::Availability::notAnswering: return LocalizedText("cli.err.im-silent", {framework});
-    case InputSources::Availability::extensionMissing:
+    case InputSources::Availability::extensionOff:
         return LocalizedText("warn.gnome-extension", {gnomeExtensionCommand()});
+    case InputSources::Availability::extensionMissing: return LocalizedText("warn.gnome-extension-missing");
+    case InputSources::Availability::extensionOutdated: return LocalizedText("warn.gnome-extension-outdated");
+    case InputSources::Availability::extensionFailed: return LocalizedText("warn.gnome-extension-failed");
+    case InputSources::Availability::extensionPending: return LocalizedText("warn.gnome-extension-pending");
     case InputSources::Availability::sessionBusUnreachable: return LocalizedText("cli.err.session-bus");
     }
     return std::nullopt;

@@ -1,5 +1,7 @@
 #include "core/sources/SwitchOutcome.h"
 
+#include "core/config/L10n.h"
+
 SwitchOutcome::SwitchOutcome(Kind kind, LocalizedText reason)
     : m_kind(kind)
     , m_reason(std::move(reason))
@@ -28,4 +30,16 @@ SwitchOutcome SwitchOutcome::busy()
 SwitchOutcome SwitchOutcome::failed(const LocalizedText &reason)
 {
     return SwitchOutcome(Kind::Failed, reason);
+}
+
+std::optional<QString> SwitchOutcome::warning() const
+{
+    switch (m_kind) {
+    case Kind::Success: return std::nullopt;
+    case Kind::SecureInput: return L10n::text("enf.secure");
+    case Kind::MissingSource: return L10n::text("warn.missing");
+    case Kind::Busy: return L10n::text("warn.busy");
+    case Kind::Failed: return L10n::text("warn.switch").arg(m_reason.text());
+    }
+    return std::nullopt;
 }

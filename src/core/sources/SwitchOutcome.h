@@ -2,6 +2,10 @@
 
 #include "core/config/LocalizedText.h"
 
+#include <QString>
+
+#include <optional>
+
 // The result of one request to bring the pinned source back.
 class SwitchOutcome
 {
@@ -24,6 +28,9 @@ public:
     bool isBusy() const { return m_kind == Kind::Busy; }
     // Empty unless the switch failed.
     const LocalizedText &reason() const { return m_reason; }
+    // What people are told, in the active language; none for a success. The
+    // window's warning and the command line's error say the same.
+    std::optional<QString> warning() const;
 
     bool operator==(const SwitchOutcome &) const = default;
 

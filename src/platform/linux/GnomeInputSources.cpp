@@ -10,6 +10,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
+#include <QDeadlineTimer>
+#include <QStandardPaths>
+#include <QThread>
 
 namespace {
 
@@ -47,6 +50,32 @@ bool extensionRunning()
         firstArgument(call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
                            QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service}));
     return owned.metaType() == QMetaType::fromType<bool>() && owned.toBool();
+}
+
+bool installed()
+{
+    return !QStandardPaths::locate(
+                QStandardPaths::GenericDataLocation,
+                QStringLiteral("gnome-shell/extensions/%1/metadata.json").arg(GnomeShellExtension::uuid))
+                .isEmpty();
+}
+
+InputSources::Availability availability()
+{
+    if (extensionRunning())
+        return InputSources::Availability::available;
+    const QDBusMessage reply = call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+                                    QStringLiteral("org.gnome.Shell.Extensions"), QStringLiteral("GetExtensionInfo"),
+                                    {GnomeShellExtension::uuid});
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        const QString error = reply.errorName();
+        if (error == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown"))
+            return InputSources::Availability::notRunning;
+        if (error == QLatin1String("org.freedesktop.DBus.Error.NoReply"))
+            return InputSources::Availability::notAnswering;
+    }
+    const QVariant info = firstArgument(reply);
+    return GnomeInputSources::whyNotRunning(qdbus_cast<QVariantMap>(info), installed());
 }
 
 QList<SourceProperties> enabled()
@@ -138,18 +167,43 @@ InputSources onSessionBus()
                          observe(QStringLiteral("SourcesChanged")), QStringLiteral("gnome"),
                          // The shell applies every source at once.
                          false};
-    sources.availability = [] {
-        return extensionRunning() ? InputSources::Availability::available
-                                  : InputSources::Availability::extensionMissing;
-    };
+    sources.availability = availability;
     sources.enableCompanion = [] {
+        const bool wasOff = availability() == InputSources::Availability::extensionOff;
         // Through the shell's own tool, which also works while the shell does not run.
-        return ProgramRunner::run(QStringLiteral("gnome-extensions"),
-                                  {QStringLiteral("enable"), GnomeShellExtension::uuid})
-                   .status
-               == 0;
+        if (ProgramRunner::run(QStringLiteral("gnome-extensions"),
+                               {QStringLiteral("enable"), GnomeShellExtension::uuid})
+                .status
+            != 0)
+            return false;
+        // A shell that knows the extension starts it at once, but takes its bus name a moment
+        // later, longer on a busy machine; the caller then finds it running.
+        const QDeadlineTimer deadline(3000);
+        while (wasOff && !extensionRunning() && !deadline.hasExpired())
+            QThread::msleep(50);
+        return true;
     };
     return sources;
+}
+
+InputSources::Availability whyNotRunning(const QVariantMap &info, bool installed)
+{
+    using Availability = InputSources::Availability;
+    // The shell's ExtensionState numbers, the same from 43 to 51.
+    enum State { Active = 1, Inactive = 2, Error = 3, OutOfDate = 4, Initialized = 6, Enabling = 8 };
+    const QVariant state = info.value(QStringLiteral("state"));
+    if (!state.isValid())
+        return installed ? Availability::extensionPending : Availability::extensionMissing;
+    switch (state.toInt()) {
+    case Inactive:
+    case Initialized: return Availability::extensionOff;
+    case OutOfDate: return Availability::extensionOutdated;
+    // Started, yet not on the bus: its own start failed.
+    case Active:
+    case Error: return Availability::extensionFailed;
+    case Enabling: return Availability::extensionPending;
+    default: return installed ? Availability::extensionPending : Availability::extensionMissing;
+    }
 }
 
 } // namespace GnomeInputSources

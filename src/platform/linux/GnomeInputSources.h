@@ -18,4 +18,8 @@ InputSources onSessionBus();
 // empty for anything of another shape.
 QList<SourceProperties> describe(const QVariant &reply);
 
+// Why the extension does not run, from the shell's GetExtensionInfo answer
+// (empty when the shell does not know it) and whether its files are installed.
+InputSources::Availability whyNotRunning(const QVariantMap &info, bool installed);
+
 } // namespace GnomeInputSources
