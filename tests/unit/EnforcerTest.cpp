@@ -132,6 +132,8 @@ const ScriptCase scriptCases[] = {
     {"KeepingOffAutomaticDoesNothing", {"pause", "auto r"}, {"r:success"}, {}, {}},
     {"KeepingOffManualStillSwitches", {"pause", "manual r"}, {"update", "r:success"}, {us}, {}},
     {"NothingPinned", {"unpin", "manual r"}, {"r:missingSource"}, {}, {}},
+    {"NothingCurrentIsWaitedOut", {"current", "auto r"}, {"update", "r:busy"}, {}, {}},
+    {"NothingCurrentManualStillSwitches", {"current", "manual r"}, {"update", "r:success"}, {us}, {}},
     {"PinnedSourceGone", {"pin gone", "auto r"}, {"update", "automatic:missingSource", "r:missingSource"}, {}, {}},
     {"SecureInputWinsOverAlreadyCurrent", {"secure", "current xkb:us::eng", "auto r"},
      {"update", "automatic:secureInput", "r:secureInput"}, {}, {}},

@@ -128,8 +128,13 @@ void Enforcer::execute(Request request)
         return complete(token, SwitchOutcome::failed(*unreachable));
     if (m_dependencies.secureInput())
         return complete(token, SwitchOutcome::secureInput());
-    if (m_dependencies.currentID() == active.target)
+    const QString current = m_dependencies.currentID();
+    if (current == active.target)
         return complete(token, SwitchOutcome::success());
+    // Nothing has focus for the framework to name (Fcitx5 then reports no method):
+    // nothing moved away, and a switch could not be confirmed. The next change says more.
+    if (current.isEmpty() && !active.force)
+        return complete(token, SwitchOutcome::busy());
     const std::optional<EnforcementTarget> target = m_dependencies.find(active.target);
     if (!target)
         return complete(token, SwitchOutcome::missingSource());
