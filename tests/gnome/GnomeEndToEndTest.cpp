@@ -9,6 +9,8 @@
 
 #include "support/DesktopSession.h"
 
+#include <QDBusArgument>
+#include <QDBusMetaType>
 #include <QDir>
 #include <QFile>
 #include <QJsonArray>
@@ -126,8 +128,12 @@ protected:
             if (!file.open(QIODevice::ReadOnly) || !file.readAll().contains("GNOME Shell started at"))
                 return false;
             if (extensionEnabled() && !outdated())
-                return sourceIDs() == QStringList{us, german, hangul};
-            return !IBusInputSources::at(IBusAddress::published).currentID().isEmpty();
+                return sourceIDs() == QStringList{us, german, hangul} && current() == us;
+            // The shell has judged its extensions once it can say what became of this one.
+            const QDBusMessage info =
+                DesktopSession::call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions",
+                                     "GetExtensionInfo", {GnomeShellExtension::uuid});
+            return qdbus_cast<QVariantMap>(info.arguments().value(0)).contains("state");
         };
         ASSERT_TRUE(m_session.start(
             "gnome-shell",
