@@ -1,12 +1,11 @@
 #include "core/config/Config.h"
 #include "core/config/StringTable.h"
 #include "platform/ExecutableLocation.h"
+#include "support/ParamName.h"
 #include "support/Process.h"
 
 #include <QDir>
 #include <QTemporaryDir>
-
-#include "support/ParamName.h"
 
 #include <gtest/gtest.h>
 
@@ -49,11 +48,6 @@ protected:
     QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };
 
-QByteArray firstLine(const QByteArray &text)
-{
-    return text.left(text.indexOf('\n'));
-}
-
 struct LanguageCase
 {
     const char *name;
@@ -79,7 +73,7 @@ TEST_P(EntryLanguageTest, HelpSpeaksTheChosenLanguageThroughTheLink)
     EXPECT_TRUE(result.err.isEmpty());
     const QString expected = tableText(QLatin1String(row.expected), QStringLiteral("cli.usage.header"));
     ASSERT_FALSE(expected.isEmpty());
-    EXPECT_EQ(QString::fromUtf8(firstLine(result.out)), expected);
+    EXPECT_EQ(QString::fromUtf8(result.out.left(result.out.indexOf('\n'))), expected);
 }
 
 QByteArray stored(const char *language)

@@ -12,8 +12,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 namespace {
 
 const QString executable = TOLVAR_EXECUTABLE;
@@ -31,23 +29,14 @@ protected:
         ASSERT_TRUE(ConfigStore::write(pinned, ConfigStore::directory()).ok());
     }
 
-    void TearDown() override
-    {
-        if (m_instance) {
-            m_instance->kill();
-            m_instance->waitForFinished();
-        }
-    }
-
     void start(const QString &mode)
     {
-        m_instance = std::make_unique<QProcess>();
-        m_instance->setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        m_instance.setProcessChannelMode(QProcess::ForwardedErrorChannel);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        m_instance->setProcessEnvironment(environment);
-        m_instance->start(executable, {mode});
-        ASSERT_TRUE(m_instance->waitForStarted());
+        m_instance.setProcessEnvironment(environment);
+        m_instance.start(executable, {mode});
+        ASSERT_TRUE(m_instance.waitForStarted());
         ASSERT_TRUE(spinUntil(
             [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())).value(); },
             waitMs));
@@ -61,10 +50,11 @@ protected:
     static int run(const QStringList &arguments) { return runProcess(executable, arguments).exitCode; }
 
     X11Windows m_display;
-    std::unique_ptr<QProcess> m_instance;
+    Instance m_instance;
 };
 
-TEST_F(GraphicalInstanceTest, ASecondStartBringsTheOneWindowForward)
+// A second start brings the one window forward; "open" brings it back once closed.
+TEST_F(GraphicalInstanceTest, ASecondStartOrOpenShowsTheOneWindow)
 {
     start(QStringLiteral("gui"));
     ASSERT_TRUE(windows(1));
@@ -76,15 +66,10 @@ TEST_F(GraphicalInstanceTest, ASecondStartBringsTheOneWindowForward)
     EXPECT_TRUE(spinUntil([&] { return m_display.topmost() == window; }, waitMs));
     EXPECT_TRUE(spinUntil([&] { return m_display.focused() == window; }, waitMs));
     EXPECT_EQ(m_display.shown(title).size(), 1);
-}
 
-TEST_F(GraphicalInstanceTest, OpenBringsBackTheClosedWindow)
-{
-    start(QStringLiteral("gui"));
-    ASSERT_TRUE(windows(1));
-    m_display.close(m_display.shown(title).first());
+    m_display.close(window);
     ASSERT_TRUE(windows(0));
-    EXPECT_EQ(m_instance->state(), QProcess::Running);
+    EXPECT_EQ(m_instance.state(), QProcess::Running);
 
     EXPECT_EQ(run({QStringLiteral("open")}), 0);
     EXPECT_TRUE(windows(1));

@@ -46,37 +46,25 @@ TEST_F(InstanceLockProcessTest, NothingIsHeldAtFirstAndASecondHolderIsRefused)
     EXPECT_TRUE(InstanceLock::isHeld(path()).value());
 }
 
-struct EndingCase
+// However the holder ends, quitting or killed, the kernel frees the lock with it.
+TEST_F(InstanceLockProcessTest, AnEndingHolderFreesTheLock)
 {
-    const char *name;
-    bool killed;
-};
+    for (const bool killed : {false, true}) {
+        SCOPED_TRACE(killed ? "killed" : "quits");
+        QProcess holder;
+        ASSERT_EQ(startHolder(holder), "held");
+        ASSERT_TRUE(InstanceLock::isHeld(path()).value());
+        if (killed)
+            holder.kill();
+        else
+            holder.closeWriteChannel();
+        ASSERT_TRUE(holder.waitForFinished(30000));
 
-class InstanceLockEndingTest : public InstanceLockProcessTest, public testing::WithParamInterface<EndingCase>
-{
-};
-
-// However the holder ends, the kernel frees the lock with it.
-TEST_P(InstanceLockEndingTest, FreesTheLock)
-{
-    QProcess holder;
-    ASSERT_EQ(startHolder(holder), "held");
-    ASSERT_TRUE(InstanceLock::isHeld(path()).value());
-
-    if (GetParam().killed)
-        holder.kill();
-    else
-        holder.closeWriteChannel();
-    ASSERT_TRUE(holder.waitForFinished(30000));
-
-    EXPECT_FALSE(InstanceLock::isHeld(path()).value());
-    InstanceLock next;
-    EXPECT_TRUE(next.acquire(path()).value());
+        EXPECT_FALSE(InstanceLock::isHeld(path()).value());
+        InstanceLock next;
+        EXPECT_TRUE(next.acquire(path()).value());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(, InstanceLockEndingTest,
-                         testing::Values(EndingCase{"HolderQuits", false}, EndingCase{"HolderIsKilled", true}),
-                         ParamName());
 
 struct OccupiedCase
 {
@@ -110,15 +98,11 @@ TEST_P(InstanceLockOccupiedTest, IsAnError)
 }
 
 INSTANTIATE_TEST_SUITE_P(, InstanceLockOccupiedTest,
-                         testing::Values(OccupiedCase{"Folder", {QStringLiteral("mkdir")}, EISDIR, EISDIR},
+                         testing::Values(OccupiedCase{"Folder", {"mkdir"}, EISDIR, EISDIR},
                                          // Following it would create the target.
-                                         OccupiedCase{"DanglingLink",
-                                                      {QStringLiteral("ln"), QStringLiteral("-s"),
-                                                       QStringLiteral("missing-target")},
-                                                      ELOOP,
-                                                      ELOOP},
+                                         OccupiedCase{"DanglingLink", {"ln", "-s", "missing-target"}, ELOOP, ELOOP},
                                          // Neither may wait for a writer to open the pipe, nor lock it.
-                                         OccupiedCase{"Fifo", {QStringLiteral("mkfifo")}, EINVAL, EINVAL}),
+                                         OccupiedCase{"Fifo", {"mkfifo"}, EINVAL, EINVAL}),
                          ParamName());
 
 } // namespace

@@ -13,8 +13,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 namespace {
 
 const QString executable = TOLVAR_EXECUTABLE;
@@ -32,14 +30,6 @@ protected:
         pin(german);
     }
 
-    void TearDown() override
-    {
-        if (m_instance) {
-            m_instance->kill();
-            m_instance->waitForFinished();
-        }
-    }
-
     static void pin(const QString &id)
     {
         ASSERT_TRUE(ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok());
@@ -47,9 +37,8 @@ protected:
 
     void startInstance()
     {
-        m_instance = std::make_unique<QProcess>();
-        m_instance->start(executable, {"background"});
-        ASSERT_TRUE(m_instance->waitForStarted());
+        m_instance.start(executable, {"background"});
+        ASSERT_TRUE(m_instance.waitForStarted());
         ASSERT_TRUE(spinUntil([] { return state() == "keeping"; }, 10000)) << "state " << qPrintable(state());
     }
 
@@ -65,7 +54,7 @@ protected:
     }
 
     InputSources m_system = InputSources::live();
-    std::unique_ptr<QProcess> m_instance;
+    Instance m_instance;
 };
 
 class BackgroundComeBackTest : public BackgroundInstanceTest,
@@ -138,10 +127,10 @@ TEST_F(BackgroundInstanceTest, OneInstanceAtATime)
     EXPECT_EQ(opened.exitCode, 0) << opened.out.constData();
     EXPECT_EQ(QJsonDocument::fromJson(opened.out).object()["command"].toString(), "open");
     EXPECT_TRUE(spinUntil([&] { return asked; }, 10000));
-    EXPECT_EQ(m_instance->state(), QProcess::Running);
+    EXPECT_EQ(m_instance.state(), QProcess::Running);
 
-    m_instance->kill();
-    m_instance->waitForFinished();
+    m_instance.kill();
+    m_instance.waitForFinished();
     EXPECT_EQ(state(), "stopped");
     startInstance();
 }

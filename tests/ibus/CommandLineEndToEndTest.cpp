@@ -10,9 +10,7 @@
 #include "support/ParamName.h"
 #include "support/Process.h"
 
-#include <QDir>
 #include <QFile>
-#include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QRegularExpression>
@@ -166,10 +164,6 @@ TEST_F(CommandLineEndToEndTest, ListMarksExactlyTheCurrentEngine)
     ASSERT_EQ(lines.size(), 3);
     EXPECT_EQ(lines.filter(QRegularExpression("^\\* ")), QStringList{"* xkb:de::deu  German"});
     EXPECT_EQ(lines.filter(QRegularExpression("^  ")).size(), 2);
-
-    const QJsonArray sources = json(tolvar({"list", "--json"}))["sources"].toArray();
-    ASSERT_EQ(sources.size(), 3);
-    EXPECT_EQ(sources[2].toObject()["id"].toString(), hangul);
 }
 
 TEST_F(CommandLineEndToEndTest, HelpAndUnknownWords)

@@ -127,14 +127,6 @@ Fault atFile(const char *name, Standing what, QString (*path)())
             }};
 }
 
-QString configFile()
-{
-    return ConfigStore::file();
-}
-QString configLock()
-{
-    return ConfigStore::lockFileIn(directory());
-}
 QString instanceLock()
 {
     QDir().mkpath(AppPlaces::sessionLockDirectory());
@@ -191,10 +183,11 @@ TEST_P(FaultTableTest, ReturnsSoonReportsOnceNamesTheCauseAndChangesNothing)
 }
 
 INSTANTIATE_TEST_SUITE_P(Faults, FaultTableTest,
-                         testing::Values(atFile("FifoAtConfig", Standing::Fifo, configFile),
-                                         atFile("FolderAtConfig", Standing::Folder, configFile),
-                                         atFile("LinkToNothingAtConfig", Standing::DanglingLink, configFile),
-                                         atFile("LinkToNothingAtConfigLock", Standing::DanglingLink, configLock),
+                         testing::Values(atFile("FifoAtConfig", Standing::Fifo, ConfigStore::file),
+                                         atFile("FolderAtConfig", Standing::Folder, ConfigStore::file),
+                                         atFile("LinkToNothingAtConfig", Standing::DanglingLink, ConfigStore::file),
+                                         atFile("LinkToNothingAtConfigLock", Standing::DanglingLink,
+                                                [] { return ConfigStore::lockFileIn(directory()); }),
                                          atFile("FifoAtInstanceLock", Standing::Fifo, instanceLock),
                                          Fault{"FrozenIBus",
                                                {"set", german},
@@ -293,7 +286,7 @@ TEST_F(FaultEndToEndTest, OpenReturnsAtOnceInsideCommandSubstitution)
 
 TEST_F(FaultEndToEndTest, BackgroundInstanceOutlivesAFrozenDaemon)
 {
-    QProcess instance;
+    Instance instance;
     instance.start(executable, {"background"});
     const auto status = [&] {
         return QJsonDocument::fromJson(tolvar({"status", "--json"}).out).object()["status"].toObject();
@@ -305,8 +298,6 @@ TEST_F(FaultEndToEndTest, BackgroundInstanceOutlivesAFrozenDaemon)
     EXPECT_EQ(frozen["state"], "error");
     signalDaemon(SIGCONT);
     EXPECT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, boundMs));
-    instance.kill();
-    instance.waitForFinished();
 }
 
 } // namespace

@@ -7,12 +7,10 @@
 #include "platform/linux/IBusAddress.h"
 #include "platform/linux/IBusInputSources.h"
 
-#include "support/ParamName.h"
 #include "support/Process.h"
 #include "support/Spin.h"
 
 #include <QCoreApplication>
-#include <QImage>
 #include <QTemporaryDir>
 #include <QThread>
 #include <QTimer>
@@ -157,63 +155,35 @@ TEST_F(IBusCatalogTest, DaemonStartedLaterIsFoundAtTheNextCall)
         daemon.kill();
 }
 
-// Whether an identifier leads to a selectable source, and how it is switched.
-struct FindCase
+// Whether an identifier leads to a selectable source, and how it is switched: an
+// engine installed but not enabled, or named in another case, is not found.
+TEST_F(IBusCatalogTest, FindsEnabledEnginesOnly)
 {
-    const char *name;
-    QString id;
-    bool found;
-    bool cjkv;
-};
-
-class IBusFindTest : public IBusTest, public testing::WithParamInterface<FindCase>
-{
-};
-
-TEST_P(IBusFindTest, FindsEnabledEnginesOnly)
-{
-    const std::optional<Source> source = Catalog::find(GetParam().id);
-    ASSERT_EQ(source.has_value(), GetParam().found);
-    if (source) {
-        EXPECT_EQ(source->id(), GetParam().id);
-        EXPECT_EQ(source->isCJKV(), GetParam().cjkv);
+    using Row = std::tuple<QString, bool, bool>; // id; then found?, CJKV?
+    for (const auto &[id, found, cjkv] : {Row{hangul, true, true}, Row{us, true, false},
+                                          Row{"xkb:fr::fra", false, false}, Row{"Hangul", false, false}}) {
+        const std::optional<Source> source = Catalog::find(id);
+        ASSERT_EQ(source.has_value(), found) << qPrintable(id);
+        EXPECT_EQ(source ? source->id() : id, id);
+        EXPECT_EQ(source && source->isCJKV(), cjkv) << qPrintable(id);
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    IBus, IBusFindTest,
-    testing::Values(FindCase{"KoreanEngineIsCJKV", hangul, true, true}, FindCase{"LayoutIsNot", us, true, false},
-                    FindCase{"InstalledButNotEnabled", QStringLiteral("xkb:fr::fra"), false, false},
-                    FindCase{"CaseDiffers", QStringLiteral("Hangul"), false, false}),
-    ParamName());
-
-// IBus gone: every answer is empty, selecting fails, and nothing waits for long.
-struct AbsentCase
-{
-    const char *name;
-    QString address;
-};
-
-class IBusAbsentTest : public testing::TestWithParam<AbsentCase>
-{
-};
-
-TEST_P(IBusAbsentTest, NoSourcesAndSelectFails)
+// IBus gone (no address, no socket, no sense): every answer is empty, selecting
+// fails, and nothing waits for long.
+TEST(IBusAbsentTest, NoSourcesAndSelectFails)
 {
     const QTemporaryDir directory;
-    const QString address = QString(GetParam().address).replace(QStringLiteral("DIR"), directory.path());
-    const InputSources system = IBusInputSources::at([address] { return address; });
-    EXPECT_TRUE(Catalog::choices(system).isEmpty());
-    EXPECT_FALSE(Catalog::find(us, system));
-    EXPECT_EQ(system.currentID(), QString());
-    EXPECT_EQ(system.select(us), InputSources::unavailable);
-    EXPECT_FALSE(system.secureInput());
+    for (const QString &address :
+         {QString(), "unix:path=" + directory.filePath("no-ibus"), QString("not an address")}) {
+        SCOPED_TRACE(address.toStdString());
+        const InputSources system = IBusInputSources::at([address] { return address; });
+        EXPECT_TRUE(Catalog::choices(system).isEmpty());
+        EXPECT_FALSE(Catalog::find(us, system));
+        EXPECT_EQ(system.currentID(), QString());
+        EXPECT_EQ(system.select(us), InputSources::unavailable);
+        EXPECT_FALSE(system.secureInput());
+    }
 }
-
-INSTANTIATE_TEST_SUITE_P(IBus, IBusAbsentTest,
-                         testing::Values(AbsentCase{"NoAddress", QString()},
-                                         AbsentCase{"SocketFileMissing", QStringLiteral("unix:path=DIR/no-ibus")},
-                                         AbsentCase{"Malformed", QStringLiteral("not an address")}),
-                         ParamName());
 
 } // namespace

@@ -11,8 +11,6 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
-
 namespace {
 
 const QString executable = TOLVAR_EXECUTABLE;
@@ -74,7 +72,7 @@ TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)
 {
     ASSERT_EQ(runProcess(executable, {"set", "xkb:de::deu"}).exitCode, 0);
     ASSERT_EQ(runProcess(executable, {"resume"}).exitCode, 0);
-    QProcess instance;
+    Instance instance;
     instance.start(executable, {"background"});
     ASSERT_TRUE(instance.waitForStarted());
     for (int round = 0; round < 2; ++round) {
@@ -82,8 +80,6 @@ TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)
         EXPECT_TRUE(spinUntil([] { return xLayout() == "de" && reported() == "xkb:de::deu"; }, 5000))
             << "round " << round << ": layout " << qPrintable(xLayout());
     }
-    instance.kill();
-    instance.waitForFinished();
 }
 
 } // namespace

@@ -12,21 +12,13 @@
 #include <QJsonObject>
 
 #include <functional>
-#include <memory>
 
 // One desktop program started in the test's private session, and the real
 // tolvar run against it, once or kept in the background.
 class DesktopSession
 {
 public:
-    ~DesktopSession()
-    {
-        stop();
-        if (m_instance) {
-            m_instance->kill();
-            m_instance->waitForFinished();
-        }
-    }
+    ~DesktopSession() { stop(); }
 
     static bool onBus(const QString &name)
     {
@@ -81,15 +73,14 @@ public:
     {
         if (!ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok())
             return false;
-        m_instance = std::make_unique<QProcess>();
-        m_instance->setProcessEnvironment(environment);
-        m_instance->start(TOLVAR_EXECUTABLE, {"background"});
-        return m_instance->waitForStarted() && spinUntil(kept, timeoutMs);
+        m_instance.setProcessEnvironment(environment);
+        m_instance.start(TOLVAR_EXECUTABLE, {"background"});
+        return m_instance.waitForStarted() && spinUntil(kept, timeoutMs);
     }
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
 
 private:
     QProcess m_program;
-    std::unique_ptr<QProcess> m_instance;
+    Instance m_instance;
 };

@@ -16,8 +16,7 @@ QByteArray pixels(const QDBusArgument &images)
     QByteArray all;
     images.beginArray();
     while (!images.atEnd()) {
-        int width = 0;
-        int height = 0;
+        int width = 0, height = 0;
         QByteArray data;
         images.beginStructure();
         images >> width >> height >> data;
@@ -57,9 +56,7 @@ QString FakeStatusNotifierWatcher::toolTip() const
     const QDBusArgument tip = property("ToolTip");
     if (tip.currentType() != QDBusArgument::StructureType)
         return {};
-    QString icon;
-    QString title;
-    QString text;
+    QString icon, title, text;
     tip.beginStructure();
     tip >> icon;
     pixels(tip);

@@ -35,6 +35,16 @@ inline ProcessResult runProcess(const QString &program, const QStringList &argum
     return result;
 }
 
+// A started program that ends with its owner: no instance outlives its test.
+struct Instance : QProcess
+{
+    ~Instance() override
+    {
+        kill();
+        waitForFinished();
+    }
+};
+
 // The exit status of a started process, or -1 when it crashed or did not finish.
 inline int finish(QProcess &process, int timeoutMs = 60000)
 {

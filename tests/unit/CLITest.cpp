@@ -1,4 +1,5 @@
 #include "core/cli/CLI.h"
+#include "core/cli/CLIRequest.h"
 #include "core/config/L10n.h"
 #include "support/FakeAutomationServices.h"
 #include "support/ParamName.h"
@@ -180,5 +181,30 @@ INSTANTIATE_TEST_SUITE_P(CLI, CLIFailureTest, testing::Values(
                 F::openFailed(), text("cli.err.operation")}),
     ParamName());
 // clang-format on
+
+TEST(CLIRequestTest, AcceptsOrRefuses)
+{
+    using enum CLIRequest::Command;
+    const QString id = "m17n:zh:py/x";
+    // clang-format off
+    const std::pair<QStringList, CLIRequest> accepted[] = {
+        {{}, {Status, std::nullopt, false}}, {{"--json"}, {Status, std::nullopt, true}},
+        {{"set", "--json", id}, {Set, id, true}}, {{"--json", "install", id}, {Install, id, true}},
+        {{"-h"}, {Help, std::nullopt, false}}, {{"--help"}, {Help, std::nullopt, false}}};
+    // clang-format on
+    for (const auto &[arguments, expected] : accepted)
+        EXPECT_EQ(CLIRequest::parse(arguments).value(), expected) << qPrintable(arguments.join(' '));
+    // clang-format off
+    const QList<QStringList> refused = {{"status", "--json", "--json"}, {"set"}, {"set", id, id}, {"set", "-x"},
+        {"set", ""}, {"install"}, {"pause", "now"}, {"-h", "--json"}, {"help", "me"}, {"status", "--help"}, {"Status"},
+        {""}, {"gui"}};
+    // clang-format on
+    for (const QStringList &arguments : refused) {
+        const auto parsed = CLIRequest::parse(arguments);
+        ASSERT_FALSE(parsed.ok()) << qPrintable(arguments.join(' '));
+        // A refused line still answers as asked, naming the word it was given.
+        EXPECT_EQ(parsed.error(), (CLIRequest::Refusal{arguments.first(), arguments.contains("--json")}));
+    }
+}
 
 } // namespace

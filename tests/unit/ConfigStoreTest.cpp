@@ -1,7 +1,10 @@
 #include "core/config/ConfigStore.h"
+#include "core/config/ConfigMigration.h"
 #include "support/FakeNotifications.h"
 #include "support/Process.h"
 
+#include <QDir>
+#include <QFile>
 #include <QTemporaryDir>
 
 #include <gtest/gtest.h>
@@ -17,7 +20,6 @@ protected:
     QString file() const { return ConfigStore::fileIn(directory()); }
 
     void writeRaw(const QByteArray &bytes) const { ASSERT_TRUE(writeFile(file(), bytes)); }
-    QByteArray readRaw() const { return readFile(file()); }
 
     static ConfigStore::Edit pin(const QString &id)
     {
@@ -75,7 +77,7 @@ TEST_F(ConfigStoreTest, RefusedEditsWriteAndPostNothing)
         };
         EXPECT_FALSE(ConfigStore::mutate(directory(), edit, m_notifications.record()).ok()) << bytes.constData();
         EXPECT_EQ(editRan, editFails) << "the edit must not see an undecodable record";
-        EXPECT_EQ(readRaw(), bytes);
+        EXPECT_EQ(readFile(file()), bytes);
     }
     EXPECT_TRUE(m_notifications.posted->isEmpty());
 }
@@ -99,6 +101,110 @@ TEST_F(ConfigStoreTest, SymbolicLinkLockRefusesEveryWrite)
     EXPECT_FALSE(QFileInfo::exists(file()));
     EXPECT_FALSE(QFileInfo::exists(target));
     EXPECT_TRUE(m_notifications.posted->isEmpty());
+}
+
+TEST(ConfigTest, WritesSortedPrettyJsonAndReadsItBack)
+{
+    // clang-format off
+    const std::pair<Config, const char *> rows[] = {
+        {Config{}, "{\n  \"enabled\" : false,\n  \"onboardingCompleted\" : false\n}"},
+        {Config{"xkb:us::eng", true, "ja", true},
+         "{\n  \"enabled\" : true,\n  \"language\" : \"ja\",\n  \"onboardingCompleted\" : true,\n"
+         "  \"sourceID\" : \"xkb:us::eng\"\n}"},
+        {Config{"a/b\"c\\d\ne\x01\u00e9\u6f22", true, std::nullopt, false},
+         "{\n  \"enabled\" : true,\n  \"onboardingCompleted\" : false,\n"
+         "  \"sourceID\" : \"a\\/b\\\"c\\\\d\\ne\\u0001\xc3\xa9\xe6\xbc\xa2\"\n}"},
+        {Config{QString(), false, QString(), false},
+         "{\n  \"enabled\" : false,\n  \"language\" : \"\",\n  \"onboardingCompleted\" : false,\n"
+         "  \"sourceID\" : \"\"\n}"}};
+    // clang-format on
+    for (const auto &[config, bytes] : rows) {
+        EXPECT_EQ(config.encoded(), QByteArray(bytes));
+        const Expected<Config> decoded = Config::decode(config.encoded());
+        ASSERT_TRUE(decoded.ok()) << qPrintable(decoded.error().description());
+        EXPECT_EQ(decoded.value(), config);
+    }
+}
+
+TEST(ConfigTest, DecodesOnlyCompleteWellTypedRecords)
+{
+    // clang-format off
+    const std::pair<const char *, Config> accepted[] = {
+        {R"({"enabled":true,"onboardingCompleted":false})", {{}, true, {}, false}},
+        {R"({"enabled":false,"onboardingCompleted":true,"sourceID":null,"language":null})", {{}, false, {}, true}},
+        {R"({"enabled":true,"onboardingCompleted":true,"sourceID":"x","theme":3})", {"x", true, {}, true}},
+        {R"({"enabled":true,"onboardingCompleted":true,"sourceID":"a\/b"})", {"a/b", true, {}, true}}};
+    // clang-format on
+    for (const auto &[json, expected] : accepted) {
+        const Expected<Config> decoded = Config::decode(json);
+        ASSERT_TRUE(decoded.ok()) << json << qPrintable(decoded.error().description());
+        EXPECT_EQ(decoded.value(), expected) << json;
+    }
+    for (const char *json :
+         {R"({"sourceID":"xkb:us::eng"})", R"({"enabled":true})", R"({"enabled":1,"onboardingCompleted":false})",
+          R"({"enabled":"true","onboardingCompleted":false})", R"({"enabled":null,"onboardingCompleted":false})",
+          R"({"enabled":true,"onboardingCompleted":false,"sourceID":7})",
+          R"({"enabled":true,"onboardingCompleted":false,"language":["en"]})",
+          R"([{"enabled":true,"onboardingCompleted":false}])", R"({"enabled":true,"onboardingComp)"}) {
+        const Expected<Config> decoded = Config::decode(json);
+        ASSERT_FALSE(decoded.ok()) << json;
+        EXPECT_EQ(decoded.error().domain(), Error::Domain::Decode) << json;
+    }
+}
+
+using Outcome = ConfigMigration::Outcome;
+
+const QByteArray oldBytes = "{\n    \"enabled\": true,\n    \"onboardingCompleted\": true\n}\n";
+const QByteArray newBytes = "{\n    \"enabled\": false,\n    \"onboardingCompleted\": true\n}\n";
+
+void place(const QString &path, const QByteArray &bytes, int age)
+{
+    ASSERT_TRUE(writeFile(path, bytes));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    file.setFileTime(QDateTime::currentDateTimeUtc().addSecs(-age), QFileDevice::FileModificationTime);
+}
+
+// The old file's age in seconds before now (-1: a folder, which cannot be read), the new one's (none: no file), and
+// whether a first run is cut short after its copy; then the outcome (none: an error) and the bytes kept.
+struct MigrationCase
+{
+    int oldAge;
+    std::optional<int> newAge;
+    bool removeFailsFirst;
+    std::optional<Outcome> outcome;
+    QByteArray kept;
+};
+
+TEST(ConfigMigrationTest, MovesOnceAndKeepsTheNewer)
+{
+    for (const MigrationCase &c : {MigrationCase{100, std::nullopt, false, Outcome::Moved, oldBytes},
+                                   MigrationCase{10, 100, false, Outcome::Moved, oldBytes},
+                                   MigrationCase{100, 10, false, Outcome::KeptNewer, newBytes},
+                                   MigrationCase{-1, std::nullopt, false, std::nullopt, {}},
+                                   MigrationCase{100, std::nullopt, true, Outcome::KeptNewer, oldBytes}}) {
+        SCOPED_TRACE(testing::Message() << c.oldAge << " " << c.newAge.value_or(-1) << " " << c.removeFailsFirst);
+        QTemporaryDir home;
+        const QString from = home.filePath("old"), to = home.filePath("new"), oldFile = ConfigStore::fileIn(from);
+        if (c.oldAge < 0)
+            ASSERT_TRUE(QDir().mkpath(oldFile));
+        else
+            place(oldFile, oldBytes, c.oldAge);
+        if (c.newAge)
+            place(ConfigStore::fileIn(to), newBytes, *c.newAge);
+        if (c.removeFailsFirst) {
+            FileOperations files = FileOperations::live();
+            files.remove = [](const QString &path) -> Expected<void> { return Error::posix(EIO, path); };
+            EXPECT_FALSE(ConfigMigration::run(from, to, files));
+        }
+        const Expected<Outcome> result = ConfigMigration::run(from, to);
+        EXPECT_EQ(result ? std::optional(result.value()) : std::nullopt, c.outcome);
+        EXPECT_EQ(readFile(ConfigStore::fileIn(to)), c.kept);
+        EXPECT_EQ(QFileInfo::exists(oldFile), !c.outcome) << "an unreadable old file stays";
+        if (c.outcome) {
+            EXPECT_EQ(ConfigMigration::run(from, to).value(), Outcome::NothingToMove) << "only once";
+        }
+    }
 }
 
 } // namespace
