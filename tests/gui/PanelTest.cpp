@@ -12,6 +12,7 @@
 #include "core/sources/SourcesAvailability.h"
 
 #include "support/FakeAppWorld.h"
+#include "support/OpenPanel.h"
 #include "support/ParamName.h"
 
 #include <QAccessible>
@@ -35,13 +36,7 @@ protected:
 
     void open()
     {
-        panel.reset();
-        model = std::make_unique<AppModel>(world.services(), nullptr);
-        model->refresh();
-        if (model->needsOnboarding())
-            model->beginSetup();
-        panel = std::make_unique<Panel>(*model, false, 900);
-        panel->show();
+        openPanel(world.services(), model, panel);
         settle();
     }
     static void settle()

@@ -9,6 +9,7 @@
 
 #include "support/FakeAppWorld.h"
 #include "support/FakeAutomationServices.h"
+#include "support/OpenPanel.h"
 #include "support/ParamName.h"
 
 #include <QAbstractButton>
@@ -44,12 +45,7 @@ struct Shown
 
     QStringList window(const QList<const char *> &clicks = {})
     {
-        model = std::make_unique<AppModel>(world.services(), nullptr);
-        model->refresh();
-        if (model->needsOnboarding())
-            model->beginSetup();
-        panel = std::make_unique<Panel>(*model, false, 900);
-        panel->show();
+        openPanel(world.services(), model, panel);
         for (const char *identifier : clicks)
             QTest::mouseClick(panel->findChild<QAbstractButton *>(identifier), Qt::LeftButton);
         return texts();

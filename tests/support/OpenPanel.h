@@ -1,0 +1,19 @@
+#pragma once
+
+#include "app/AppModel.h"
+#include "app/panel/Panel.h"
+
+#include <memory>
+
+// The window as a start shows it: a fresh model over `services`, in setup when
+// the user has not finished it. The old panel goes before the model it watches.
+inline void openPanel(const AppServices &services, std::unique_ptr<AppModel> &model, std::unique_ptr<Panel> &panel)
+{
+    panel.reset();
+    model = std::make_unique<AppModel>(services, nullptr);
+    model->refresh();
+    if (model->needsOnboarding())
+        model->beginSetup();
+    panel = std::make_unique<Panel>(*model, false, 900);
+    panel->show();
+}
