@@ -2,7 +2,7 @@
 // keeps the pinned source until it is killed. Started with "focus", it is
 // the focus helper instead, as the real program would be, and notes each run
 // in HOME/focus-helper-runs.
-#include "app/Entry.h"
+#include "app/launch/Entry.h"
 #include "core/engine/Enforcer.h"
 
 #include <QCoreApplication>

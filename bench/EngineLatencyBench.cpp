@@ -11,9 +11,9 @@
 // own fcitx5 and holds its focused input context.
 #include "ProcessStats.h"
 #include "core/config/ConfigStore.h"
-#include "platform/InputSources.h"
-#include "platform/linux/IBusAddress.h"
-#include "platform/linux/IBusNames.h"
+#include "platform/input/InputSources.h"
+#include "platform/linux/ibus/IBusAddress.h"
+#include "platform/linux/ibus/IBusNames.h"
 
 #include "desktops/Fcitx5Session.h"
 

@@ -2,7 +2,7 @@
 // setxkbmap as IBus's tools do (what the IBus backend does, with its read-back),
 // and the same XKB requests made in-process through libxkbfile. Run it with
 // bench/run-x11-layout, which gives it a virtual X display.
-#include "platform/linux/X11Layout.h"
+#include "platform/linux/x11/X11Layout.h"
 
 #include <QProcess>
 

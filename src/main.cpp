@@ -1,4 +1,4 @@
-#include "app/Entry.h"
+#include "app/launch/Entry.h"
 
 int main(int argc, char **argv)
 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "LaunchctlResult.h"
+#include "platform/login/ServiceToolResult.h"
 
 #include <QByteArray>
 #include <QString>
@@ -27,7 +27,7 @@ struct ServiceManager
     std::function<QByteArray(const QString &executable)> agentContent;
     QStringList loadedQuery;
     QStringList disabledQuery;
-    std::function<Mark(const LaunchctlResult &answer)> readMark;
+    std::function<Mark(const ServiceToolResult &answer)> readMark;
     QStringList enable;
     QStringList load;
     QStringList disable;

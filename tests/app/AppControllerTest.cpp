@@ -1,7 +1,7 @@
 // The graphical instance's start on a lock it cannot take, and where its
 // drop-down goes next to a tray icon.
-#include "app/AppController.h"
-#include "app/AppModel.h"
+#include "app/instance/AppController.h"
+#include "app/model/AppModel.h"
 #include "app/tray/DropDownPlacement.h"
 #include "core/config/ConfigStore.h"
 #include "core/engine/Enforcer.h"

@@ -1,7 +1,7 @@
 // What the model refuses, what a failed write leaves, and which late answers it ignores.
-#include "app/AppModel.h"
-#include "core/config/L10n.h"
+#include "app/model/AppModel.h"
 #include "core/engine/Enforcer.h"
+#include "core/l10n/L10n.h"
 
 #include "support/FakeAppWorld.h"
 #include "support/FakeEnforcementWorld.h"

@@ -1,5 +1,5 @@
 // The focus helper's exit status and how far it got, on a world that can lose the pin midway.
-#include "app/FocusHelper.h"
+#include "app/focus/FocusHelper.h"
 #include "support/ParamName.h"
 
 #include <QStringList>

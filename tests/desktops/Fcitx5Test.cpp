@@ -1,8 +1,8 @@
 // The Fcitx5 backend and the real tolvar against the private session's own
 // fcitx5 (group: keyboard-us, keyboard-de, hangul), which the fixture starts.
 #include "core/sources/Catalog.h"
-#include "platform/linux/Fcitx5InputSources.h"
-#include "platform/linux/LinuxInputBackend.h"
+#include "platform/linux/fcitx5/Fcitx5InputSources.h"
+#include "platform/linux/input/LinuxInputBackend.h"
 
 #include "desktops/Fcitx5Session.h"
 #include "support/DesktopSession.h"

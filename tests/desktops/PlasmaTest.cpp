@@ -1,6 +1,6 @@
 // The Plasma layouts backend and the real tolvar against a headless KWin on
 // the private session's bus, which each test starts with its own layouts.
-#include "platform/linux/PlasmaInputSources.h"
+#include "platform/linux/plasma/PlasmaInputSources.h"
 
 #include "support/DesktopSession.h"
 

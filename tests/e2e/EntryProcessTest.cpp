@@ -1,5 +1,5 @@
 #include "core/config/Config.h"
-#include "core/config/StringTable.h"
+#include "core/l10n/StringTable.h"
 #include "platform/ExecutableLocation.h"
 #include "support/ParamName.h"
 #include "support/Process.h"

@@ -2,7 +2,7 @@
 // private IBus (xkb:us::eng, xkb:de::deu, hangul) and, where a case says so, a
 // tray host on the private bus.
 #include "core/config/ConfigStore.h"
-#include "core/login/InstanceLock.h"
+#include "core/instance/InstanceLock.h"
 #include "platform/AppPlaces.h"
 
 #include "support/FakeStatusNotifierWatcher.h"

@@ -1,4 +1,4 @@
-#include "core/login/InstanceLock.h"
+#include "core/instance/InstanceLock.h"
 #include "support/ParamName.h"
 #include "support/Process.h"
 

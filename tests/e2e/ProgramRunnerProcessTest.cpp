@@ -1,4 +1,4 @@
-#include "platform/ProgramRunner.h"
+#include "platform/login/ProgramRunner.h"
 #include "support/ParamName.h"
 
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@ struct RunCase
     const char *name;
     QString program;
     QString script;
-    LaunchctlResult expected;
+    ServiceToolResult expected;
 };
 
 class ProgramRunnerTest : public testing::TestWithParam<RunCase>
@@ -19,7 +19,7 @@ class ProgramRunnerTest : public testing::TestWithParam<RunCase>
 
 TEST_P(ProgramRunnerTest, ReportsStatusAndStandardOutput)
 {
-    const LaunchctlResult result = ProgramRunner::run(
+    const ServiceToolResult result = ProgramRunner::run(
         GetParam().program, {QStringLiteral("-c"), GetParam().script, QStringLiteral("not-a-shell")});
     EXPECT_EQ(result.status, GetParam().expected.status);
     EXPECT_EQ(result.output.toStdString(), GetParam().expected.output.toStdString());

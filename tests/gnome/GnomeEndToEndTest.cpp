@@ -2,10 +2,10 @@
 // Shell in the private session: sources xkb:us (current), xkb:de and
 // ibus:hangul, and Tolvar's extension installed under the temporary HOME the
 // way `cmake --install` puts it there.
-#include "platform/GnomeShellExtension.h"
-#include "platform/linux/GnomeInputSources.h"
-#include "platform/linux/IBusAddress.h"
-#include "platform/linux/IBusInputSources.h"
+#include "platform/input/GnomeShellExtension.h"
+#include "platform/linux/gnome/GnomeInputSources.h"
+#include "platform/linux/ibus/IBusAddress.h"
+#include "platform/linux/ibus/IBusInputSources.h"
 
 #include "support/DesktopSession.h"
 

@@ -1,8 +1,8 @@
 // The About page's version and update check, on a loader that answers when told.
 #include "app/about/AboutPage.h"
 #include "app/about/UpdateViewModel.h"
-#include "app/ui/Identifiers.h"
-#include "core/config/L10n.h"
+#include "app/ui/look/Identifiers.h"
+#include "core/l10n/L10n.h"
 
 #include <QAbstractButton>
 #include <QCoreApplication>

@@ -1,11 +1,11 @@
 // No word reaches a person but from the string tables: under a pseudo language
 // that marks every table text, whatever is left unmarked must be data.
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "app/panel/Panel.h"
 #include "app/tray/TrayIcon.h"
-#include "app/ui/Identifiers.h"
+#include "app/ui/look/Identifiers.h"
 #include "core/cli/CLI.h"
-#include "core/config/L10n.h"
+#include "core/l10n/L10n.h"
 
 #include "support/FakeAppWorld.h"
 #include "support/FakeAutomationServices.h"

@@ -1,9 +1,9 @@
 // `tolvar background`, as the login item starts it, against the private
 // session's ibus-daemon (xkb:us::eng selected, xkb:de::deu, hangul).
 #include "core/config/ConfigStore.h"
-#include "platform/InputSources.h"
 #include "platform/Notifications.h"
-#include "platform/linux/IBusAddress.h"
+#include "platform/input/InputSources.h"
+#include "platform/linux/ibus/IBusAddress.h"
 
 #include "support/Process.h"
 #include "support/Spin.h"

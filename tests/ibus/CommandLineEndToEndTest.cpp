@@ -1,11 +1,11 @@
 // The real tolvar command against the private session's ibus-daemon (engines
 // xkb:us::eng selected, xkb:de::deu and hangul) and its temporary HOME.
 #include "core/config/ConfigStore.h"
-#include "core/config/L10n.h"
-#include "core/config/StringTable.h"
+#include "core/l10n/L10n.h"
+#include "core/l10n/StringTable.h"
 #include "platform/ExecutableLocation.h"
-#include "platform/InputSources.h"
-#include "platform/linux/IBusAddress.h"
+#include "platform/input/InputSources.h"
+#include "platform/linux/ibus/IBusAddress.h"
 
 #include "support/ParamName.h"
 #include "support/Process.h"

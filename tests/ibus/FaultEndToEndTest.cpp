@@ -3,9 +3,9 @@
 // whatever its daemons do, it returns within a few seconds, reports once, and
 // leaves the files as they were.
 #include "core/config/ConfigStore.h"
-#include "core/login/InstanceLock.h"
+#include "core/instance/InstanceLock.h"
 #include "platform/AppPlaces.h"
-#include "platform/linux/IBusAddress.h"
+#include "platform/linux/ibus/IBusAddress.h"
 
 #include "support/ParamName.h"
 #include "support/Process.h"

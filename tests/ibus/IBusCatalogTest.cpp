@@ -4,8 +4,8 @@
 #include "core/config/ConfigStore.h"
 #include "core/engine/Enforcer.h"
 #include "core/sources/Catalog.h"
-#include "platform/linux/IBusAddress.h"
-#include "platform/linux/IBusInputSources.h"
+#include "platform/linux/ibus/IBusAddress.h"
+#include "platform/linux/ibus/IBusInputSources.h"
 
 #include "support/Process.h"
 #include "support/Spin.h"

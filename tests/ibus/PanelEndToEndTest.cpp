@@ -1,13 +1,13 @@
 // The setup flow driven by pointer on the live model, then a choice made in
 // the model, against the private session's ibus-daemon (engines xkb:us::eng,
 // xkb:de::deu and hangul) and a real configuration file.
-#include "app/AppModel.h"
-#include "app/MenuBarIcon.h"
+#include "app/model/AppModel.h"
 #include "app/panel/Panel.h"
-#include "app/ui/Identifiers.h"
+#include "app/tray/TrayImage.h"
+#include "app/ui/look/Identifiers.h"
 #include "core/config/ConfigStore.h"
-#include "platform/InputSources.h"
-#include "platform/linux/IBusAddress.h"
+#include "platform/input/InputSources.h"
+#include "platform/linux/ibus/IBusAddress.h"
 
 #include "support/Spin.h"
 
@@ -60,7 +60,7 @@ TEST(PanelEndToEndTest, SetupPinsTheChosenEngineAndTheNextChoiceIsKept)
     EXPECT_EQ(ConfigStore::loadOrDefault().sourceID, QStringLiteral("xkb:us::eng"));
     EXPECT_FALSE(model.warning()) << qPrintable(model.warning().value_or(QString()));
     // A layout shows its label, one flat ink that takes the panel's colour.
-    EXPECT_TRUE(MenuBarIcon::isTemplate(model.currentSourceIcon()));
+    EXPECT_TRUE(TrayImage::isTemplate(model.currentSourceIcon()));
     QThreadPool::globalInstance()->waitForDone();
 }
 

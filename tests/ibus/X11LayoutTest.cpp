@@ -1,7 +1,7 @@
 // The X layout on a virtual X display, against the private session's IBus
 // (scripts/private-session --x11 --ibus): IBus itself leaves it alone.
-#include "platform/linux/X11Layout.h"
-#include "platform/linux/IBusAddress.h"
+#include "platform/linux/x11/X11Layout.h"
+#include "platform/linux/ibus/IBusAddress.h"
 
 #include "support/Process.h"
 #include "support/Spin.h"

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/AppServices.h"
+#include "app/model/AppServices.h"
 
 #include <QStringList>
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/InputSources.h"
+#include "platform/input/InputSources.h"
 
 #include <QStringList>
 

@@ -1,7 +1,7 @@
 // Drives the configuration store and the notifications from a separate
 // process, so the tests can race real processes against each other.
 #include "core/config/ConfigStore.h"
-#include "core/login/InstanceLock.h"
+#include "core/instance/InstanceLock.h"
 #include "platform/Notifications.h"
 
 #include <QCoreApplication>

@@ -1,6 +1,6 @@
 #include "core/login/AgentController.h"
 #include "core/login/AgentError.h"
-#include "platform/SystemdService.h"
+#include "platform/login/SystemdService.h"
 #include "support/ParamName.h"
 #include "support/Process.h"
 
@@ -24,7 +24,7 @@ enum class State { NotDisabled, Disabled, Unreadable };
 enum class Place { Nothing, NewFile, OldFile, Folder, CorrectLink, OtherLink, RegularFile };
 enum class Fault { None, Unrunnable, RefuseLink, RefuseRemove };
 // clang-format off
-enum class Outcome { Ok, NotExecutable, CommandConflict, StateUnavailable, ReadFailed, PlistConflict, StepFailed,
+enum class Outcome { Ok, NotExecutable, CommandConflict, StateUnavailable, ReadFailed, AgentFileConflict, StepFailed,
                      LinkRefused, RollbackFailed };
 // clang-format on
 using enum Step;
@@ -35,7 +35,7 @@ using enum Outcome;
 
 // The exact command line of each step and the disabled query's answer for each State.
 const char *const verbs[] = {"is-enabled", "is-active", "enable", "start", "disable", "stop"};
-const LaunchctlResult answers[] = {{0, "enabled\n"}, {1, "disabled\n"}, {0, "static\n"}};
+const ServiceToolResult answers[] = {{0, "enabled\n"}, {1, "disabled\n"}, {0, "static\n"}};
 
 QStringList commandLine(Step step)
 {
@@ -103,7 +103,7 @@ public:
         case CommandConflict: return AgentError::commandConflict(commandLink());
         case StateUnavailable: return AgentError::stateUnavailable();
         case ReadFailed: return Error::posix(EISDIR, agentFile());
-        case PlistConflict: return AgentError::plistConflict(agentFile());
+        case AgentFileConflict: return AgentError::agentFileConflict(agentFile());
         case StepFailed: return failed(m_failing.front());
         case LinkRefused: return Error::posix(EACCES, commandLink());
         case RollbackFailed:
@@ -121,7 +121,7 @@ public:
     FileOperations files = FileOperations::live();
 
 private:
-    LaunchctlResult answer(const QStringList &line) const
+    ServiceToolResult answer(const QStringList &line) const
     {
         for (const Step step : {DisabledQuery, LoadedQuery, Enable, Load, Disable, Unload}) {
             if (line != commandLine(step))
@@ -271,7 +271,7 @@ TEST_P(AgentUninstallTest, RemovesDisablesAndStopsOnlyWhenAsked)
 const UninstallCase uninstallCases[] = {
     {"NeverUnloadsWithoutBeingAsked", NewFile, false, true, {}, {Disable}, Ok, Nothing},
     {"StopsTheRunningAgentWhenAsked", NewFile, true, true, {}, {Disable, LoadedQuery, Unload}, Ok, Nothing},
-    {"FolderAtTheAgentFileConflicts", Folder, false, false, {}, {}, PlistConflict, Folder},
+    {"FolderAtTheAgentFileConflicts", Folder, false, false, {}, {}, AgentFileConflict, Folder},
     {"FailingDisableStopsNothing", NewFile, true, true, {Disable}, {Disable}, StepFailed, Nothing}};
 // clang-format on
 INSTANTIATE_TEST_SUITE_P(, AgentUninstallTest, testing::ValuesIn(uninstallCases), ParamName());

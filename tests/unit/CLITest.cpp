@@ -1,6 +1,6 @@
 #include "core/cli/CLI.h"
 #include "core/cli/CLIRequest.h"
-#include "core/config/L10n.h"
+#include "core/l10n/L10n.h"
 #include "support/FakeAutomationServices.h"
 #include "support/ParamName.h"
 

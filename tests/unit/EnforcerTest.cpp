@@ -1,6 +1,6 @@
 #include "core/engine/Enforcer.h"
-#include "core/config/L10n.h"
 #include "core/engine/SwitchRetry.h"
+#include "core/l10n/L10n.h"
 #include "support/FakeEnforcementWorld.h"
 #include "support/FakeInputSources.h"
 #include "support/ParamName.h"

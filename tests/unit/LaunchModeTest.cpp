@@ -1,5 +1,5 @@
-#include "core/login/LaunchMode.h"
-#include "platform/AppBundle.h"
+#include "core/instance/LaunchMode.h"
+#include "platform/login/AppBundle.h"
 
 #include <gtest/gtest.h>
 

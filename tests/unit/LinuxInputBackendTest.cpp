@@ -1,6 +1,6 @@
-#include "platform/linux/LinuxInputBackend.h"
-#include "platform/linux/GnomeInputSources.h"
-#include "platform/linux/IBusAddress.h"
+#include "platform/linux/input/LinuxInputBackend.h"
+#include "platform/linux/gnome/GnomeInputSources.h"
+#include "platform/linux/ibus/IBusAddress.h"
 
 #include <gtest/gtest.h>
 

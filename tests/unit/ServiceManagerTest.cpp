@@ -1,7 +1,7 @@
 #include "core/login/AgentController.h"
-#include "platform/LaunchdService.h"
-#include "platform/SystemdService.h"
-#include "platform/XdgAutostart.h"
+#include "platform/login/LaunchdService.h"
+#include "platform/login/SystemdService.h"
+#include "platform/login/XdgAutostart.h"
 #include "support/Process.h"
 
 #include <QDir>
@@ -17,7 +17,7 @@ namespace {
 
 using Mark = ServiceManager::Mark;
 
-LaunchctlResult listing(const char *entries)
+ServiceToolResult listing(const char *entries)
 {
     return {0, QStringLiteral("disabled services = {\n%1}\n").arg(QLatin1String(entries))};
 }
@@ -27,7 +27,7 @@ const auto autostart = XdgAutostart::readMark;
 
 TEST(ServiceMarkTest, ReadsTheDisabledQuery)
 {
-    using Row = std::tuple<Mark (*)(const LaunchctlResult &), LaunchctlResult, Mark>;
+    using Row = std::tuple<Mark (*)(const ServiceToolResult &), ServiceToolResult, Mark>;
     // clang-format off
     const Row rows[] = {
         {launchd, listing("\t\"com.example.other\" => disabled\n"), Mark::NotDisabled},
@@ -119,7 +119,7 @@ TEST(XdgAutostartTest, InstallsRemovesAndRollsBack)
             files.createLink = refuse;
         const AgentController controller(home.path(), manager, files, [](const QString &, const QStringList &) {
             ADD_FAILURE() << "autostart runs no program";
-            return LaunchctlResult{1, {}};
+            return ServiceToolResult{1, {}};
         });
 
         const Expected<void> result = install ? controller.install("/bin/sh", true) : controller.uninstall(true);

@@ -1,5 +1,5 @@
-#include "core/config/L10n.h"
-#include "core/config/StringTable.h"
+#include "core/l10n/L10n.h"
+#include "core/l10n/StringTable.h"
 
 #include <QDirIterator>
 #include <QFile>

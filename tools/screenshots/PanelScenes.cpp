@@ -2,12 +2,12 @@
 // of its own over a world held in memory.
 #include "Scene.h"
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "app/panel/Panel.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/SearchField.h"
-#include "core/config/L10n.h"
+#include "app/ui/controls/SearchField.h"
+#include "app/ui/look/Identifiers.h"
 #include "core/engine/Enforcer.h"
+#include "core/l10n/L10n.h"
 #include "core/sources/SourceIcon.h"
 
 #include <QAbstractButton>

@@ -3,8 +3,8 @@
 // folder, then optionally the names of the scenes to render.
 #include "Scene.h"
 
-#include "app/ui/Theme.h"
-#include "core/config/L10n.h"
+#include "app/ui/look/Theme.h"
+#include "core/l10n/L10n.h"
 
 #include <QApplication>
 #include <QDir>

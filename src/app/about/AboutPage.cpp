@@ -1,13 +1,13 @@
-#include "AboutPage.h"
+#include "app/about/AboutPage.h"
 
-#include "UpdateViewModel.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/SettingIcon.h"
-#include "app/ui/Surface.h"
-#include "app/ui/Symbols.h"
-#include "app/ui/Theme.h"
-#include "app/ui/ThemedLabel.h"
-#include "core/config/L10n.h"
+#include "app/about/UpdateViewModel.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/SettingIcon.h"
+#include "app/ui/look/Surface.h"
+#include "app/ui/look/Symbols.h"
+#include "app/ui/look/Theme.h"
+#include "app/ui/look/ThemedLabel.h"
+#include "core/l10n/L10n.h"
 #include "platform/OperatingSystem.h"
 
 #include <QApplication>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UpdateResultView.h"
+#include "app/about/UpdateResultView.h"
 
 #include <QWidget>
 

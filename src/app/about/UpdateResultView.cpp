@@ -1,10 +1,10 @@
-#include "UpdateResultView.h"
+#include "app/about/UpdateResultView.h"
 
-#include "app/ui/Identifiers.h"
-#include "app/ui/SymbolView.h"
-#include "app/ui/Theme.h"
-#include "app/ui/ThemedLabel.h"
-#include "core/config/L10n.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/SymbolView.h"
+#include "app/ui/look/Theme.h"
+#include "app/ui/look/ThemedLabel.h"
+#include "core/l10n/L10n.h"
 #include "platform/OperatingSystem.h"
 
 #include <QAbstractButton>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UpdateViewModel.h"
+#include "app/about/UpdateViewModel.h"
 
 #include <QUrl>
 #include <QWidget>

@@ -1,4 +1,4 @@
-#include "UpdateViewModel.h"
+#include "app/about/UpdateViewModel.h"
 
 namespace {
 

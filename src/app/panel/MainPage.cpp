@@ -1,14 +1,14 @@
 #include "app/panel/MainPage.h"
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "app/panel/SourceFilter.h"
 #include "app/panel/StatusLine.h"
 #include "app/panel/WarningBanner.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/QuietButton.h"
-#include "app/ui/SearchField.h"
-#include "app/ui/SourceList.h"
-#include "core/config/L10n.h"
+#include "app/ui/controls/QuietButton.h"
+#include "app/ui/controls/SearchField.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/rows/SourceList.h"
+#include "core/l10n/L10n.h"
 
 #include <QApplication>
 #include <QHBoxLayout>

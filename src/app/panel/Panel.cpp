@@ -1,22 +1,22 @@
 #include "app/panel/Panel.h"
 
-#include "app/AppModel.h"
-#include "app/MenuBarIcon.h"
 #include "app/about/AboutPage.h"
 #include "app/about/UpdateViewModel.h"
+#include "app/model/AppModel.h"
 #include "app/panel/MainPage.h"
 #include "app/panel/PanelScreenHeight.h"
 #include "app/panel/SettingsPage.h"
 #include "app/setup/OnboardingHeader.h"
 #include "app/setup/OnboardingView.h"
-#include "app/ui/AccessibleComponent.h"
-#include "app/ui/HiddenShortcut.h"
-#include "app/ui/IconButton.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/PanelHeader.h"
-#include "app/ui/Theme.h"
-#include "app/ui/WindowMaterial.h"
-#include "core/config/L10n.h"
+#include "app/tray/TrayImage.h"
+#include "app/ui/controls/HiddenShortcut.h"
+#include "app/ui/controls/IconButton.h"
+#include "app/ui/controls/PanelHeader.h"
+#include "app/ui/look/AccessibleComponent.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/Theme.h"
+#include "app/ui/look/WindowMaterial.h"
+#include "core/l10n/L10n.h"
 
 #include <QApplication>
 #include <QEvent>
@@ -44,7 +44,7 @@ protected:
     {
         QPainter painter(this);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawImage(QRectF(rect()), MenuBarIcon::drawn(MenuBarIcon::image(), Theme::of(this).secondary));
+        painter.drawImage(QRectF(rect()), TrayImage::drawn(TrayImage::image(), Theme::of(this).secondary));
     }
 };
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "app/panel/PanelPage.h"
-#include "platform/KeyboardSettings.h"
+#include "platform/input/KeyboardSettings.h"
 
 #include <QWidget>
 

@@ -1,17 +1,17 @@
 #include "app/panel/SettingsPage.h"
 
-#include "app/AppModel.h"
+#include "app/model/AppModel.h"
 #include "app/panel/LanguageMenu.h"
 #include "app/panel/WarningBanner.h"
-#include "app/ui/BusyIndicator.h"
-#include "app/ui/Hairline.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/RowButton.h"
-#include "app/ui/Switch.h"
-#include "app/ui/SymbolView.h"
-#include "app/ui/Theme.h"
-#include "app/ui/ThemedLabel.h"
-#include "core/config/L10n.h"
+#include "app/ui/controls/BusyIndicator.h"
+#include "app/ui/controls/RowButton.h"
+#include "app/ui/controls/Switch.h"
+#include "app/ui/look/Hairline.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/SymbolView.h"
+#include "app/ui/look/Theme.h"
+#include "app/ui/look/ThemedLabel.h"
+#include "core/l10n/L10n.h"
 
 #include <QFrame>
 #include <QHBoxLayout>

@@ -1,11 +1,11 @@
 #include "app/panel/StatusLine.h"
 
-#include "app/ui/AccessibleComponent.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/SymbolView.h"
-#include "app/ui/Theme.h"
-#include "app/ui/ThemedLabel.h"
-#include "core/config/L10n.h"
+#include "app/ui/look/AccessibleComponent.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/SymbolView.h"
+#include "app/ui/look/Theme.h"
+#include "app/ui/look/ThemedLabel.h"
+#include "core/l10n/L10n.h"
 
 #include <QEvent>
 #include <QGraphicsOpacityEffect>

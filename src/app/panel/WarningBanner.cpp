@@ -1,10 +1,10 @@
 #include "app/panel/WarningBanner.h"
 
-#include "app/AppModel.h"
-#include "app/ui/Banner.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/Theme.h"
-#include "core/config/L10n.h"
+#include "app/model/AppModel.h"
+#include "app/ui/controls/Banner.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/Theme.h"
+#include "core/l10n/L10n.h"
 
 #include <QVBoxLayout>
 

@@ -1,10 +1,10 @@
 #include "app/setup/OnboardingHeader.h"
 
-#include "app/AppModel.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/PanelHeader.h"
-#include "app/ui/QuietButton.h"
-#include "core/config/L10n.h"
+#include "app/model/AppModel.h"
+#include "app/ui/controls/PanelHeader.h"
+#include "app/ui/controls/QuietButton.h"
+#include "app/ui/look/Identifiers.h"
+#include "core/l10n/L10n.h"
 
 #include <QVBoxLayout>
 

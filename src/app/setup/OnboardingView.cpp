@@ -1,26 +1,26 @@
 #include "app/setup/OnboardingView.h"
 
-#include "app/AppModel.h"
-#include "app/MenuBarIcon.h"
+#include "app/model/AppModel.h"
 #include "app/panel/SourceFilter.h"
 #include "app/setup/StepDots.h"
-#include "app/ui/Banner.h"
-#include "app/ui/HiddenShortcut.h"
-#include "app/ui/IconButton.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/InsetDivider.h"
-#include "app/ui/PrimaryButton.h"
-#include "app/ui/QuietButton.h"
-#include "app/ui/SearchField.h"
-#include "app/ui/SettingRow.h"
-#include "app/ui/SourceArtwork.h"
-#include "app/ui/SourceList.h"
-#include "app/ui/Surface.h"
-#include "app/ui/Switch.h"
-#include "app/ui/SymbolView.h"
-#include "app/ui/Theme.h"
-#include "app/ui/ThemedLabel.h"
-#include "core/config/L10n.h"
+#include "app/tray/TrayImage.h"
+#include "app/ui/controls/Banner.h"
+#include "app/ui/controls/HiddenShortcut.h"
+#include "app/ui/controls/IconButton.h"
+#include "app/ui/controls/PrimaryButton.h"
+#include "app/ui/controls/QuietButton.h"
+#include "app/ui/controls/SearchField.h"
+#include "app/ui/controls/Switch.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/InsetDivider.h"
+#include "app/ui/look/SourceArtwork.h"
+#include "app/ui/look/Surface.h"
+#include "app/ui/look/SymbolView.h"
+#include "app/ui/look/Theme.h"
+#include "app/ui/look/ThemedLabel.h"
+#include "app/ui/rows/SettingRow.h"
+#include "app/ui/rows/SourceList.h"
+#include "core/l10n/L10n.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
@@ -246,7 +246,7 @@ void OnboardingView::renderConfirmation()
             delete item->widget();
             delete item;
         }
-        const QImage image = id ? m_model.sourceIcon(*id) : MenuBarIcon::image();
+        const QImage image = id ? m_model.sourceIcon(*id) : TrayImage::image();
         m_artworkBox->addWidget(new SourceArtwork(image, 40, m_confirmation));
     }
     m_target->setText(m_model.setupSourceName().value_or(L10n::text("setup.source-gone")));

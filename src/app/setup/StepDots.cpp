@@ -1,9 +1,9 @@
 #include "app/setup/StepDots.h"
 
-#include "app/ui/AccessibleComponent.h"
-#include "app/ui/Identifiers.h"
-#include "app/ui/Theme.h"
-#include "core/config/L10n.h"
+#include "app/ui/look/AccessibleComponent.h"
+#include "app/ui/look/Identifiers.h"
+#include "app/ui/look/Theme.h"
+#include "core/l10n/L10n.h"
 
 #include <QLocale>
 #include <QPainter>

@@ -1,8 +1,8 @@
 #include "app/tray/TrayIcon.h"
 
-#include "app/AppModel.h"
-#include "app/MenuBarIcon.h"
-#include "core/config/L10n.h"
+#include "app/model/AppModel.h"
+#include "app/tray/TrayImage.h"
+#include "core/l10n/L10n.h"
 
 #include <QAction>
 #include <QApplication>
@@ -37,8 +37,8 @@ TrayIcon::~TrayIcon() = default;
 void TrayIcon::refresh()
 {
     const QImage current = m_model.currentSourceIcon();
-    const QIcon image = MenuBarIcon::icon(current.isNull() ? MenuBarIcon::image() : current,
-                                          QApplication::palette().color(QPalette::WindowText));
+    const QIcon image = TrayImage::icon(current.isNull() ? TrayImage::image() : current,
+                                        QApplication::palette().color(QPalette::WindowText));
     if (m_model.runtimeState() == RuntimeState::Paused) {
         const QSize size = image.availableSizes().value(0);
         m_icon->setIcon(QIcon(image.pixmap(size, QIcon::Disabled)));

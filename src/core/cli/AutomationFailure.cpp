@@ -1,6 +1,6 @@
 #include "core/cli/AutomationFailure.h"
 
-#include "core/config/L10n.h"
+#include "core/l10n/L10n.h"
 #include "core/sources/SourcesAvailability.h"
 
 #include <array>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Error.h"
-#include "platform/InputSources.h"
+#include "platform/input/InputSources.h"
 
 #include <QString>
 

@@ -4,7 +4,7 @@
 #include "core/config/Config.h"
 #include "core/config/ConfigStore.h"
 #include "core/sources/InputChoice.h"
-#include "platform/InputSources.h"
+#include "platform/input/InputSources.h"
 
 #include <QList>
 

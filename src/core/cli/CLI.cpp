@@ -2,7 +2,7 @@
 
 #include "core/cli/Automation.h"
 #include "core/cli/AutomationResponse.h"
-#include "core/config/L10n.h"
+#include "core/l10n/L10n.h"
 #include "core/sources/SourcesAvailability.h"
 
 #include <QIODevice>

@@ -1,18 +1,18 @@
 // The command line wired to this machine.
 #include "core/cli/CLIServices.h"
 #include "core/config/ConfigStore.h"
-#include "core/config/L10n.h"
 #include "core/engine/Enforcer.h"
 #include "core/engine/SwitchRetry.h"
+#include "core/instance/InstanceLock.h"
+#include "core/l10n/L10n.h"
 #include "core/login/Agent.h"
-#include "core/login/InstanceLock.h"
 #include "core/sources/Catalog.h"
 #include "core/sources/SourcesAvailability.h"
 #include "platform/AppLauncher.h"
 #include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 #include "platform/ExecutableLocation.h"
-#include "platform/InputSources.h"
+#include "platform/input/InputSources.h"
 
 #include <QEventLoop>
 #include <QHash>

@@ -1,7 +1,7 @@
 #include "core/cli/CLI.h"
 
-#include "core/config/L10n.h"
-#include "platform/StandardStreams.h"
+#include "core/l10n/L10n.h"
+#include "platform/files/StandardStreams.h"
 
 #include <QBuffer>
 #include <QFile>

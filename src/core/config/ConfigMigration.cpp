@@ -2,7 +2,7 @@
 
 #include "core/config/ConfigStore.h"
 #include "platform/AppPlaces.h"
-#include "platform/LockFile.h"
+#include "platform/files/LockFile.h"
 
 #include <QDir>
 

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "base/Expected.h"
-#include "platform/FileOperations.h"
+#include "platform/files/FileOperations.h"
 
 #include <QString>
 

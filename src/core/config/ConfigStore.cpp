@@ -1,9 +1,9 @@
 #include "core/config/ConfigStore.h"
 
 #include "platform/AppPlaces.h"
-#include "platform/FileBytes.h"
-#include "platform/FileOperations.h"
-#include "platform/LockFile.h"
+#include "platform/files/FileBytes.h"
+#include "platform/files/FileOperations.h"
+#include "platform/files/LockFile.h"
 
 #include <QDir>
 

@@ -2,10 +2,10 @@
 
 #include "base/Expected.h"
 #include "core/config/Config.h"
-#include "core/config/LocalizedText.h"
 #include "core/engine/EnforcementTarget.h"
 #include "core/engine/FocusProcessResult.h"
-#include "platform/InputSources.h"
+#include "core/l10n/LocalizedText.h"
+#include "platform/input/InputSources.h"
 
 #include <QString>
 

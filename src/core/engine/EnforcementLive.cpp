@@ -7,9 +7,9 @@
 #include "core/engine/FocusProcessJob.h"
 #include "core/sources/Catalog.h"
 #include "core/sources/SourcesAvailability.h"
-#include "platform/InputSources.h"
 #include "platform/Notifications.h"
 #include "platform/WorkspaceEvents.h"
+#include "platform/input/InputSources.h"
 
 #include <QFile>
 #include <QPointer>

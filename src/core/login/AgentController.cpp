@@ -133,7 +133,7 @@ Expected<void> AgentController::uninstall(bool stopRunningAgent) const
         if (!folder)
             return folder.error();
         if (folder.value())
-            return AgentError::plistConflict(agentFile());
+            return AgentError::agentFileConflict(agentFile());
         if (const Expected<void> removed = m_files.remove(agentFile()); !removed)
             return removed.error();
     }
@@ -161,7 +161,7 @@ bool AgentController::isLoginEnabled() const
 
 Expected<bool> AgentController::isDisabled() const
 {
-    const LaunchctlResult answer =
+    const ServiceToolResult answer =
         m_manager.disabledQuery.isEmpty() ? agentFileText() : m_run(m_manager.program, m_manager.disabledQuery);
     switch (m_manager.readMark(answer)) {
     case ServiceManager::Mark::NotDisabled: return false;
@@ -199,19 +199,19 @@ Expected<void> AgentController::removeCreatedCommand(const QString &executable) 
     return m_files.remove(commandLink());
 }
 
-LaunchctlResult AgentController::agentFileText() const
+ServiceToolResult AgentController::agentFileText() const
 {
     if (!m_files.exists(agentFile()))
         return {1, {}};
     const Expected<QByteArray> bytes = m_files.read(agentFile());
-    return bytes ? LaunchctlResult{0, QString::fromUtf8(bytes.value())} : LaunchctlResult{1, {}};
+    return bytes ? ServiceToolResult{0, QString::fromUtf8(bytes.value())} : ServiceToolResult{1, {}};
 }
 
 Expected<void> AgentController::requireSuccess(const QStringList &arguments) const
 {
     if (arguments.isEmpty())
         return {};
-    const LaunchctlResult result = m_run(m_manager.program, arguments);
+    const ServiceToolResult result = m_run(m_manager.program, arguments);
     if (result.status != 0)
         return AgentError::commandFailed(subcommandOf(arguments), result.status);
     return {};

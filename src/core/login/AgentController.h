@@ -1,9 +1,9 @@
 #pragma once
 
 #include "base/Expected.h"
-#include "platform/FileOperations.h"
-#include "platform/ProgramRunner.h"
 #include "platform/ServiceManager.h"
+#include "platform/files/FileOperations.h"
+#include "platform/login/ProgramRunner.h"
 
 #include <QByteArray>
 #include <QString>
@@ -52,7 +52,7 @@ private:
     // Succeeds at once for a step the service manager does not have.
     Expected<void> requireSuccess(const QStringList &arguments) const;
     // The agent's file as the answer to the disabled question, for a manager without one.
-    LaunchctlResult agentFileText() const;
+    ServiceToolResult agentFileText() const;
     Expected<void> removeLeftovers() const;
     // The error to report for a failed step, after undoing what was done.
     Error rollBack(const Error &cause, const Undo &undo) const;

@@ -1,6 +1,6 @@
 #include "core/login/AgentError.h"
 
-#include "core/config/L10n.h"
+#include "core/l10n/L10n.h"
 
 namespace AgentError {
 
@@ -24,7 +24,7 @@ Error stateUnavailable()
     return Error::other(L10n::text("agent.state-unavailable"));
 }
 
-Error plistConflict(const QString &path)
+Error agentFileConflict(const QString &path)
 {
     return Error::other(L10n::text("agent.plist-conflict").arg(path));
 }

@@ -17,7 +17,7 @@ Error commandFailed(const QString &subcommand, int status);
 // The service manager's answer about the disabled mark could not be read.
 Error stateUnavailable();
 // A folder is where the agent's file goes.
-Error plistConflict(const QString &path);
+Error agentFileConflict(const QString &path);
 // An installation failed and undoing it failed too.
 Error rollback(const Error &cause, const QStringList &failures);
 

@@ -2,7 +2,7 @@
 
 #include "core/sources/InputChoice.h"
 #include "core/sources/Source.h"
-#include "platform/InputSources.h"
+#include "platform/input/InputSources.h"
 
 #include <QList>
 #include <QString>

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/SourceProperties.h"
+#include "platform/input/SourceProperties.h"
 
 #include <QString>
 #include <QStringList>

@@ -1,6 +1,6 @@
 #include "core/sources/SourcesAvailability.h"
 
-#include "platform/GnomeShellExtension.h"
+#include "platform/input/GnomeShellExtension.h"
 
 #include <QHash>
 

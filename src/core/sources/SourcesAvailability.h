@@ -1,7 +1,7 @@
 #pragma once
 
-#include "core/config/LocalizedText.h"
-#include "platform/InputSources.h"
+#include "core/l10n/LocalizedText.h"
+#include "platform/input/InputSources.h"
 
 #include <QString>
 

@@ -1,6 +1,6 @@
 #include "core/sources/SwitchOutcome.h"
 
-#include "core/config/L10n.h"
+#include "core/l10n/L10n.h"
 
 SwitchOutcome::SwitchOutcome(Kind kind, LocalizedText reason)
     : m_kind(kind)

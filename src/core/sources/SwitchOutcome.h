@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/config/LocalizedText.h"
+#include "core/l10n/LocalizedText.h"
 
 #include <QString>
 

@@ -1,4 +1,4 @@
-#include "AppBuildInfo.h"
+#include "core/update/AppBuildInfo.h"
 
 #include "platform/BundleInfo.h"
 

@@ -1,6 +1,6 @@
-#include "NetworkLoader.h"
+#include "core/update/NetworkLoader.h"
 
-#include "SecureURL.h"
+#include "core/update/SecureURL.h"
 
 #include <QNetworkAccessManager>
 #include <QNetworkCookie>

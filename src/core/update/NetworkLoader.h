@@ -1,6 +1,6 @@
 #pragma once
 
-#include "UpdateLoader.h"
+#include "core/update/UpdateLoader.h"
 
 #include <QSslConfiguration>
 

@@ -1,4 +1,4 @@
-#include "NumericVersion.h"
+#include "core/update/NumericVersion.h"
 
 #include <limits>
 

@@ -1,4 +1,4 @@
-#include "ReleaseManifest.h"
+#include "core/update/ReleaseManifest.h"
 
 #include <QJsonDocument>
 #include <QJsonObject>

@@ -1,4 +1,4 @@
-#include "SecureURL.h"
+#include "core/update/SecureURL.h"
 
 std::optional<QUrl> secureURL(const QString &text)
 {

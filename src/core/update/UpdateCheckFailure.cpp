@@ -1,6 +1,6 @@
-#include "UpdateCheckFailure.h"
+#include "core/update/UpdateCheckFailure.h"
 
-#include "core/config/L10n.h"
+#include "core/l10n/L10n.h"
 
 #include <QLocale>
 

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "ReleaseManifest.h"
-#include "UpdateCheckFailure.h"
+#include "core/update/ReleaseManifest.h"
+#include "core/update/UpdateCheckFailure.h"
 
 #include <optional>
 

@@ -1,8 +1,8 @@
-#include "UpdateChecker.h"
+#include "core/update/UpdateChecker.h"
 
-#include "NetworkLoader.h"
-#include "NumericVersion.h"
-#include "SecureURL.h"
+#include "core/update/NetworkLoader.h"
+#include "core/update/NumericVersion.h"
+#include "core/update/SecureURL.h"
 #include "platform/OperatingSystem.h"
 
 #include <QPointer>

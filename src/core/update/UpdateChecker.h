@@ -1,8 +1,8 @@
 #pragma once
 
-#include "AppBuildInfo.h"
-#include "UpdateCheckResult.h"
-#include "UpdateLoader.h"
+#include "core/update/AppBuildInfo.h"
+#include "core/update/UpdateCheckResult.h"
+#include "core/update/UpdateLoader.h"
 
 #include <QNetworkRequest>
 #include <QString>

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "UpdateCheckFailure.h"
 #include "base/Expected.h"
+#include "core/update/UpdateCheckFailure.h"
 
 #include <QByteArray>
 #include <QNetworkRequest>

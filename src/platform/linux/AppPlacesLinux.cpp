@@ -1,5 +1,5 @@
 #include "platform/AppPlaces.h"
-#include "platform/SystemdService.h"
+#include "platform/login/SystemdService.h"
 
 #include <QDir>
 

@@ -1,8 +1,8 @@
 #include "platform/ApplicationRole.h"
 
-#include "platform/linux/BusProbe.h"
-#include "platform/linux/DBusBuses.h"
-#include "platform/linux/X11Activation.h"
+#include "platform/linux/dbus/BusProbe.h"
+#include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/x11/X11Activation.h"
 
 #include <QByteArray>
 

@@ -1,6 +1,6 @@
 #include "platform/ServiceManager.h"
-#include "platform/SystemdService.h"
-#include "platform/XdgAutostart.h"
+#include "platform/login/SystemdService.h"
+#include "platform/login/XdgAutostart.h"
 
 #include <QDir>
 

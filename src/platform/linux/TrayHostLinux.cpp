@@ -1,5 +1,5 @@
 #include "platform/TrayHost.h"
-#include "platform/linux/DBusBuses.h"
+#include "platform/linux/dbus/DBusBuses.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>

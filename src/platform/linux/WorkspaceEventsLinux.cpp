@@ -1,6 +1,6 @@
 #include "platform/WorkspaceEvents.h"
-#include "platform/linux/DBusBuses.h"
-#include "platform/linux/SignalReceiver.h"
+#include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/dbus/SignalReceiver.h"
 
 #include <QDBusConnection>
 #include <QObject>

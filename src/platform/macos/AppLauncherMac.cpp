@@ -1,5 +1,5 @@
-#include "platform/AppBundle.h"
 #include "platform/AppLauncher.h"
+#include "platform/login/AppBundle.h"
 
 #include <QFileInfo>
 #include <QProcess>

@@ -1,6 +1,6 @@
 #include "platform/ExecutableLocation.h"
 
-#include "platform/AppBundle.h"
+#include "platform/login/AppBundle.h"
 
 #include <QDir>
 #include <QFileInfo>

@@ -1,5 +1,5 @@
-#include "platform/InputSources.h"
 #include "platform/Notifications.h"
+#include "platform/input/InputSources.h"
 
 #include <QImage>
 #include <QUrl>

@@ -1,4 +1,4 @@
-#include "platform/KeyboardSettings.h"
+#include "platform/input/KeyboardSettings.h"
 
 #include <QDesktopServices>
 #include <QUrl>

@@ -1,5 +1,5 @@
-#include "platform/LaunchdService.h"
 #include "platform/ServiceManager.h"
+#include "platform/login/LaunchdService.h"
 
 #include <QDir>
 

@@ -1,4 +1,4 @@
-#include "platform/FileBytes.h"
+#include "platform/files/FileBytes.h"
 
 #include "platform/posix/RegularFile.h"
 

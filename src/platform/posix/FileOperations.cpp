@@ -1,6 +1,6 @@
-#include "platform/FileOperations.h"
+#include "platform/files/FileOperations.h"
 
-#include "platform/FileBytes.h"
+#include "platform/files/FileBytes.h"
 
 #include <QDir>
 #include <QDirIterator>

@@ -1,4 +1,4 @@
-#include "platform/LockFile.h"
+#include "platform/files/LockFile.h"
 
 #include "platform/posix/RegularFile.h"
 

@@ -1,4 +1,4 @@
-#include "platform/StandardStreams.h"
+#include "platform/files/StandardStreams.h"
 
 #include <cerrno>
 #include <fcntl.h>

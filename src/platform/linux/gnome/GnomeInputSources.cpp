@@ -1,0 +1,209 @@
+#include "platform/linux/gnome/GnomeInputSources.h"
+
+#include "platform/input/GnomeShellExtension.h"
+#include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/dbus/SelectStatus.h"
+#include "platform/linux/dbus/SignalReceiver.h"
+#include "platform/login/ProgramRunner.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QDeadlineTimer>
+#include <QStandardPaths>
+#include <QThread>
+
+namespace {
+
+const QString service = QStringLiteral("app.tolvar.InputSources");
+const QString path = QStringLiteral("/app/tolvar/InputSources");
+const QString interface = QStringLiteral("app.tolvar.InputSources1");
+// The shell answers from memory, but while it starts up (at login, when the
+// background instance starts too) it can be busy for over a second.
+constexpr int callTimeoutMs = 2500;
+
+QDBusMessage call(const QString &destination, const QString &objectPath, const QString &iface, const QString &method,
+                  const QVariantList &arguments = {})
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(destination, objectPath, iface, method);
+    message.setArguments(arguments);
+    message.setAutoStartService(false);
+    return DBusBuses::callSession(message, callTimeoutMs);
+}
+
+QDBusMessage callExtension(const QString &method, const QVariantList &arguments = {})
+{
+    return call(service, path, interface, method, arguments);
+}
+
+QVariant firstArgument(const QDBusMessage &reply)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return {};
+    return reply.arguments().constFirst();
+}
+
+bool extensionRunning()
+{
+    const QVariant owned =
+        firstArgument(call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                           QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service}));
+    return owned.metaType() == QMetaType::fromType<bool>() && owned.toBool();
+}
+
+bool installed()
+{
+    return !QStandardPaths::locate(
+                QStandardPaths::GenericDataLocation,
+                QStringLiteral("gnome-shell/extensions/%1/metadata.json").arg(GnomeShellExtension::uuid))
+                .isEmpty();
+}
+
+InputSources::Availability availability()
+{
+    if (extensionRunning())
+        return InputSources::Availability::available;
+    const QDBusMessage reply = call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+                                    QStringLiteral("org.gnome.Shell.Extensions"), QStringLiteral("GetExtensionInfo"),
+                                    {GnomeShellExtension::uuid});
+    if (reply.type() == QDBusMessage::ErrorMessage) {
+        const QString error = reply.errorName();
+        if (error == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown"))
+            return InputSources::Availability::notRunning;
+        if (error == QLatin1String("org.freedesktop.DBus.Error.NoReply"))
+            return InputSources::Availability::notAnswering;
+    }
+    const QVariant info = firstArgument(reply);
+    return GnomeInputSources::whyNotRunning(qdbus_cast<QVariantMap>(info), installed());
+}
+
+QList<SourceProperties> enabled()
+{
+    return GnomeInputSources::describe(firstArgument(callExtension(QStringLiteral("GetSources"))));
+}
+
+QList<SourceProperties> matching(const QString &id)
+{
+    QList<SourceProperties> found;
+    for (const SourceProperties &source : enabled())
+        if (source.id == id)
+            found << source;
+    return found;
+}
+
+QString currentID()
+{
+    const QVariant id = firstArgument(callExtension(QStringLiteral("GetCurrent")));
+    return id.metaType() == QMetaType::fromType<QString>() ? id.toString() : QString();
+}
+
+qint32 activate(const QString &id)
+{
+    const QDBusMessage reply = callExtension(QStringLiteral("Activate"), {id});
+    if (reply.type() == QDBusMessage::ReplyMessage) {
+        const QVariant activated = firstArgument(reply);
+        return activated.metaType() == QMetaType::fromType<bool>() && activated.toBool() ? 0 : InputSources::refused;
+    }
+    return SelectStatus::ofError(reply);
+}
+
+InputSources::Observe observe(const QString &signal)
+{
+    return [signal](QObject *context, std::function<void()> callback) {
+        const std::optional<QDBusConnection> session = DBusBuses::session();
+        if (!session)
+            return false;
+        QDBusConnection bus = *session;
+        auto *receiver = new SignalReceiver(std::move(callback), context);
+        // The extension comes to a running session only when the shell starts
+        // again; then everything may have changed.
+        auto *watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, &SignalReceiver::deliver);
+        return bus.connect(service, path, interface, signal, receiver, SLOT(deliver()));
+    };
+}
+
+} // namespace
+
+namespace GnomeInputSources {
+
+QList<SourceProperties> describe(const QVariant &reply)
+{
+    if (reply.metaType() != QMetaType::fromType<QDBusArgument>())
+        return {};
+    const QDBusArgument argument = reply.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("a(ssss)"))
+        return {};
+    QList<SourceProperties> sources;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QString id;
+        QString name;
+        QString label;
+        QString type;
+        argument.beginStructure();
+        argument >> id >> name >> label >> type;
+        argument.endStructure();
+        SourceProperties source;
+        source.id = id;
+        source.localizedName = name;
+        // The shell lists only the sources the user set up, and any of them can be made current.
+        source.enabled = true;
+        source.selectCapable = true;
+        source.category = SourceProperties::keyboardCategory;
+        sources << source;
+    }
+    argument.endArray();
+    return sources;
+}
+
+InputSources onSessionBus()
+{
+    InputSources sources{enabled, matching, currentID, activate,
+                         // No system-wide secure entry: in password fields the shell
+                         // itself sets IBus sources aside for the time.
+                         [] { return false; }, observe(QStringLiteral("CurrentChanged")),
+                         observe(QStringLiteral("SourcesChanged")), QStringLiteral("gnome"),
+                         // The shell applies every source at once.
+                         false};
+    sources.availability = availability;
+    sources.enableCompanion = [] {
+        const bool wasOff = availability() == InputSources::Availability::extensionOff;
+        // Through the shell's own tool, which also works while the shell does not run.
+        if (ProgramRunner::run(QStringLiteral("gnome-extensions"),
+                               {QStringLiteral("enable"), GnomeShellExtension::uuid})
+                .status
+            != 0)
+            return false;
+        // A shell that knows the extension starts it at once, but takes its bus name a moment
+        // later, longer on a busy machine; the caller then finds it running.
+        const QDeadlineTimer deadline(3000);
+        while (wasOff && !extensionRunning() && !deadline.hasExpired())
+            QThread::msleep(50);
+        return true;
+    };
+    return sources;
+}
+
+InputSources::Availability whyNotRunning(const QVariantMap &info, bool installed)
+{
+    using Availability = InputSources::Availability;
+    // The shell's ExtensionState numbers, the same from 43 to 51.
+    enum State { Active = 1, Inactive = 2, Error = 3, OutOfDate = 4, Initialized = 6, Enabling = 8 };
+    const QVariant state = info.value(QStringLiteral("state"));
+    if (!state.isValid())
+        return installed ? Availability::extensionPending : Availability::extensionMissing;
+    switch (state.toInt()) {
+    case Inactive:
+    case Initialized: return Availability::extensionOff;
+    case OutOfDate: return Availability::extensionOutdated;
+    // Started, yet not on the bus: its own start failed.
+    case Active:
+    case Error: return Availability::extensionFailed;
+    case Enabling: return Availability::extensionPending;
+    default: return installed ? Availability::extensionPending : Availability::extensionMissing;
+    }
+}
+
+} // namespace GnomeInputSources

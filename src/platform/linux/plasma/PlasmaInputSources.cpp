@@ -1,0 +1,199 @@
+#include "platform/linux/plasma/PlasmaInputSources.h"
+
+#include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/dbus/SignalReceiver.h"
+
+#include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusError>
+#include <QDBusMessage>
+#include <QDBusServiceWatcher>
+#include <QSettings>
+#include <QStandardPaths>
+
+namespace {
+
+const QString service = QStringLiteral("org.kde.keyboard");
+const QString path = QStringLiteral("/Layouts");
+const QString interface = QStringLiteral("org.kde.KeyboardLayouts");
+constexpr int callTimeoutMs = 1000;
+
+QDBusMessage call(const QString &method, const QVariantList &arguments = {})
+{
+    QDBusMessage message = QDBusMessage::createMethodCall(service, path, interface, method);
+    message.setArguments(arguments);
+    // Nothing is to start because Tolvar asked.
+    message.setAutoStartService(false);
+    return DBusBuses::callSession(message, callTimeoutMs);
+}
+
+struct Layout
+{
+    QString id;
+    QString name;
+};
+
+// The user's layouts and variants, in the order Plasma uses them.
+struct Settings
+{
+    QStringList layouts;
+    QStringList variants;
+
+    static Settings read(const QString &file)
+    {
+        const QSettings settings(file, QSettings::IniFormat);
+        return {settings.value(QStringLiteral("Layout/LayoutList")).toStringList(),
+                settings.value(QStringLiteral("Layout/VariantList")).toStringList()};
+    }
+
+    // The variant at `index` counts only while the settings agree with what
+    // Plasma runs; otherwise the short name alone.
+    QString id(qsizetype index, const QString &shortName) const
+    {
+        const QString variant = layouts.value(index) == shortName ? variants.value(index) : QString();
+        return variant.isEmpty() ? shortName : shortName + QLatin1Char('(') + variant + QLatin1Char(')');
+    }
+};
+
+// Plasma's layouts; none when it offers no service.
+std::optional<QList<Layout>> running(const Settings &settings)
+{
+    const QDBusMessage reply = call(QStringLiteral("getLayoutsList"));
+    if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+        return std::nullopt;
+    const QVariant value = reply.arguments().constFirst();
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return QList<Layout>();
+    const QDBusArgument argument = value.value<QDBusArgument>();
+    if (argument.currentSignature() != QLatin1String("a(sss)"))
+        return QList<Layout>();
+    QList<Layout> layouts;
+    argument.beginArray();
+    while (!argument.atEnd()) {
+        QString shortName, displayName, longName;
+        argument.beginStructure();
+        argument >> shortName >> displayName >> longName;
+        argument.endStructure();
+        layouts << Layout{settings.id(layouts.size(), shortName), longName};
+    }
+    argument.endArray();
+    return layouts;
+}
+
+// The single layout of the settings, when Plasma has no service because of it.
+QList<Layout> alone(const Settings &settings)
+{
+    if (settings.layouts.size() != 1 || settings.layouts.constFirst().isEmpty())
+        return {};
+    return {Layout{settings.id(0, settings.layouts.constFirst()), QString()}};
+}
+
+class Layouts
+{
+public:
+    explicit Layouts(QString kxkbrc)
+        : m_kxkbrc(std::move(kxkbrc))
+    {}
+
+    QList<SourceProperties> enabled(const QString &only = {}) const
+    {
+        const Settings settings = Settings::read(m_kxkbrc);
+        QList<SourceProperties> sources;
+        for (const Layout &layout : running(settings).value_or(alone(settings))) {
+            if (only.isEmpty() || layout.id == only)
+                sources << describe(layout);
+        }
+        return sources;
+    }
+
+    QString currentID() const
+    {
+        const Settings settings = Settings::read(m_kxkbrc);
+        const std::optional<QList<Layout>> layouts = running(settings);
+        if (!layouts) {
+            const QList<Layout> single = alone(settings);
+            return single.isEmpty() ? QString() : single.constFirst().id;
+        }
+        const QDBusMessage reply = call(QStringLiteral("getLayout"));
+        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
+            return {};
+        return layouts->value(reply.arguments().constFirst().toUInt()).id;
+    }
+
+    qint32 select(const QString &id) const
+    {
+        const Settings settings = Settings::read(m_kxkbrc);
+        const std::optional<QList<Layout>> layouts = running(settings);
+        if (!layouts)
+            return alone(settings).value(0).id == id && !id.isEmpty() ? 0 : InputSources::unavailable;
+        const auto found =
+            std::find_if(layouts->cbegin(), layouts->cend(), [&](const Layout &layout) { return layout.id == id; });
+        if (found == layouts->cend())
+            return InputSources::refused;
+        const QDBusMessage reply =
+            call(QStringLiteral("setLayout"), {static_cast<uint>(std::distance(layouts->cbegin(), found))});
+        if (reply.type() != QDBusMessage::ReplyMessage)
+            return QDBusError(reply).type() == QDBusError::NoReply ? InputSources::noReply : InputSources::unavailable;
+        // False: Plasma no longer has that index.
+        return reply.arguments().value(0).toBool() ? 0 : InputSources::refused;
+    }
+
+private:
+    static SourceProperties describe(const Layout &layout)
+    {
+        SourceProperties source;
+        source.id = layout.id;
+        source.localizedName = layout.name.isEmpty() ? layout.id : layout.name;
+        source.enabled = true;
+        source.selectCapable = true;
+        source.category = SourceProperties::keyboardCategory;
+        return source;
+    }
+
+    QString m_kxkbrc;
+};
+
+// `signal` from Plasma, and also Plasma offering or dropping its service, as
+// it does when the number of layouts crosses one.
+bool observe(const QString &signal, bool serviceToo, QObject *context, std::function<void()> callback)
+{
+    const std::optional<QDBusConnection> session = DBusBuses::session();
+    if (!context || !session)
+        return false;
+    auto *receiver = new SignalReceiver(std::move(callback), context);
+    QDBusConnection bus = *session;
+    if (serviceToo) {
+        auto *watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForOwnerChange, receiver);
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceOwnerChanged, receiver, &SignalReceiver::deliver);
+    }
+    return bus.connect(service, path, interface, signal, receiver, SLOT(deliver()));
+}
+
+} // namespace
+
+namespace PlasmaInputSources {
+
+InputSources at(const QString &kxkbrc)
+{
+    const auto layouts = std::make_shared<Layouts>(kxkbrc);
+    return {[layouts] { return layouts->enabled(); },
+            [layouts](const QString &id) { return id.isEmpty() ? QList<SourceProperties>() : layouts->enabled(id); },
+            [layouts] { return layouts->currentID(); },
+            [layouts](const QString &id) { return layouts->select(id); },
+            [] { return false; },
+            [](QObject *context, std::function<void()> callback) {
+                return observe(QStringLiteral("layoutChanged"), true, context, std::move(callback));
+            },
+            [](QObject *context, std::function<void()> callback) {
+                return observe(QStringLiteral("layoutListChanged"), true, context, std::move(callback));
+            },
+            QStringLiteral("plasma"),
+            false};
+}
+
+InputSources live()
+{
+    return at(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/kxkbrc"));
+}
+
+} // namespace PlasmaInputSources

@@ -1,0 +1,76 @@
+#include "platform/login/XdgAutostart.h"
+
+#include "platform/login/SystemdService.h"
+
+#include <QDir>
+#include <QFileInfo>
+
+namespace XdgAutostart {
+namespace {
+
+// Exec's quoting: inside double quotes, backslash-escape the four characters
+// desktop entries reserve there; then the value itself escapes backslashes,
+// and "%" is doubled so that it is no field code.
+QString quotedProgram(const QString &path)
+{
+    QString quoted(QLatin1Char('"'));
+    for (const QChar c : path) {
+        if (c == QLatin1Char('"') || c == QLatin1Char('`') || c == QLatin1Char('$') || c == QLatin1Char('\\'))
+            quoted += QLatin1Char('\\');
+        quoted += c;
+    }
+    quoted += QLatin1Char('"');
+    return quoted.replace(QLatin1Char('\\'), QLatin1String("\\\\")).replace(QLatin1Char('%'), QLatin1String("%%"));
+}
+
+} // namespace
+
+ServiceManager manager(const QString &configHome)
+{
+    // A unit from the systemd user service earlier versions installed, and its
+    // link in graphical-session.target.wants, would start a second copy.
+    const QString unit = SystemdService::manager(configHome).agentFile;
+    const QString wants =
+        QDir(configHome)
+            .filePath(QStringLiteral("systemd/user/graphical-session.target.wants/") + QFileInfo(unit).fileName());
+    return {
+        .program = {},
+        .agentFile = QDir(configHome).filePath(QStringLiteral("autostart/app.tolvar.desktop")),
+        .agentContent = entry,
+        .loadedQuery = {},
+        .disabledQuery = {},
+        .readMark = readMark,
+        .enable = {},
+        .load = {},
+        .disable = {},
+        .unload = {},
+        .leftovers = {unit, wants},
+    };
+}
+
+QByteArray entry(const QString &executable)
+{
+    return QStringLiteral("[Desktop Entry]\n"
+                          "Type=Application\n"
+                          "Name=Tolvar\n"
+                          "Exec=%1 background\n"
+                          "Terminal=false\n"
+                          "NoDisplay=true\n")
+        .arg(quotedProgram(executable))
+        .toUtf8();
+}
+
+ServiceManager::Mark readMark(const ServiceToolResult &entryText)
+{
+    using Mark = ServiceManager::Mark;
+    if (entryText.status != 0)
+        return Mark::Disabled;
+    for (const QString &line : entryText.output.split(QLatin1Char('\n'))) {
+        const QString trimmed = line.trimmed();
+        if (trimmed == QLatin1String("Hidden=true") || trimmed == QLatin1String("X-GNOME-Autostart-enabled=false"))
+            return Mark::Disabled;
+    }
+    return Mark::NotDisabled;
+}
+
+} // namespace XdgAutostart
