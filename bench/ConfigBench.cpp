@@ -121,7 +121,7 @@ int editMany(int count, const QString &mark)
 int contendCommands(int processes, int count)
 {
     const auto pin = [](Config &config) -> Expected<void> {
-        config = Config{QStringLiteral("xkb:us::eng"), false, std::nullopt, true};
+        config = Config{.sourceID = QStringLiteral("xkb:us::eng"), .enabled = false, .onboardingCompleted = true};
         return {};
     };
     if (!ConfigStore::mutate(ConfigStore::directory(), pin, Notifications::none()))

@@ -24,7 +24,7 @@ int main(int argc, char **argv)
     const QCoreApplication application(argc, argv);
     Enforcer &enforcer = Enforcer::shared();
     enforcer.start();
-    enforcer.enforce(true, false);
+    enforcer.enforce(SwitchOrigin::Automatic);
     std::puts("ready");
     std::fflush(stdout);
     return QCoreApplication::exec();

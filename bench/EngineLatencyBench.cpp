@@ -231,9 +231,10 @@ int runKeeper(const QString &pinned)
 // An empty `id` pins nothing, for phases without the engine.
 bool pin(const QString &id)
 {
-    return ConfigStore::write(
-               Config{id.isEmpty() ? std::optional<QString>() : std::optional(id), !id.isEmpty(), std::nullopt, true},
-               ConfigStore::directory())
+    return ConfigStore::write(Config{.sourceID = id.isEmpty() ? std::optional<QString>() : std::optional(id),
+                                     .enabled = !id.isEmpty(),
+                                     .onboardingCompleted = true},
+                              ConfigStore::directory())
         .ok();
 }
 

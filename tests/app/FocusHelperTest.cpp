@@ -42,7 +42,7 @@ struct HelperCase
     const char *name;
     std::function<void(HelperWorld &)> arrange;
     bool automatic;
-    int status; // the final exit status, after confirmation if it gets there
+    FocusExitStatus status; // the final exit status, after confirmation if it gets there
     QStringList steps;
 };
 using FocusHelperTest = testing::TestWithParam<HelperCase>;
@@ -52,7 +52,7 @@ TEST_P(FocusHelperTest, ExitsWithTheRightStatusAfterTheRightSteps)
     HelperWorld world;
     GetParam().arrange(world);
     const FocusHelperDependencies dependencies = world.dependencies();
-    std::optional<int> status = FocusHelper::prepare(hangul, GetParam().automatic, dependencies);
+    std::optional<FocusExitStatus> status = FocusHelper::prepare(hangul, GetParam().automatic, dependencies);
     if (!status)
         status = FocusHelper::confirm(hangul, GetParam().automatic, dependencies);
     EXPECT_EQ(*status, GetParam().status);
@@ -63,17 +63,25 @@ const QStringList allSteps = {"accessory", "select", "window", "activate"};
 const auto paused = [](HelperWorld &w) { w.config.enabled = false; };
 
 const HelperCase cases[] = {
-    {"Switches", [](auto &) {}, true, 0, allSteps},
-    {"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, 78, allSteps},
-    {"NoConfiguration", [](auto &w) { w.goneAt = 1; }, false, 76, {}},
-    {"AnotherSourcePinned", [](auto &w) { w.config.sourceID = "anthy"; }, false, 76, {}},
-    {"AutomaticWhilePaused", paused, true, 76, {}},
-    {"ManualWhilePaused", paused, false, 0, allSteps},
-    {"SecureInput", [](auto &w) { w.secure = true; }, false, 75, {}},
-    {"SourceRemoved", [](auto &w) { w.selectable = false; }, false, 77, {}},
-    {"SelectionRefused", [](auto &w) { w.selectStatus = -50; }, false, 78, {"accessory", "select"}},
-    {"UnpinnedBeforeActivating", [](auto &w) { w.goneAt = 3; }, false, 76, {"accessory", "select", "window"}},
-    {"UnpinnedWhileConfirming", [](auto &w) { w.goneAt = 4; }, false, 76, allSteps},
+    {"Switches", [](auto &) {}, true, FocusExitStatus::Switched, allSteps},
+    {"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, FocusExitStatus::Failed, allSteps},
+    {"NoConfiguration", [](auto &w) { w.goneAt = 1; }, false, FocusExitStatus::NotWanted, {}},
+    {"AnotherSourcePinned", [](auto &w) { w.config.sourceID = "anthy"; }, false, FocusExitStatus::NotWanted, {}},
+    {"AutomaticWhilePaused", paused, true, FocusExitStatus::NotWanted, {}},
+    {"ManualWhilePaused", paused, false, FocusExitStatus::Switched, allSteps},
+    {"SecureInput", [](auto &w) { w.secure = true; }, false, FocusExitStatus::SecureInput, {}},
+    {"SourceRemoved", [](auto &w) { w.selectable = false; }, false, FocusExitStatus::Missing, {}},
+    {"SelectionRefused",
+     [](auto &w) { w.selectStatus = -50; },
+     false,
+     FocusExitStatus::Failed,
+     {"accessory", "select"}},
+    {"UnpinnedBeforeActivating",
+     [](auto &w) { w.goneAt = 3; },
+     false,
+     FocusExitStatus::NotWanted,
+     {"accessory", "select", "window"}},
+    {"UnpinnedWhileConfirming", [](auto &w) { w.goneAt = 4; }, false, FocusExitStatus::NotWanted, allSteps},
 };
 INSTANTIATE_TEST_SUITE_P(FocusHelper, FocusHelperTest, testing::ValuesIn(cases), ParamName());
 

@@ -78,7 +78,7 @@ TEST_P(EntryLanguageTest, HelpSpeaksTheChosenLanguageThroughTheLink)
 
 QByteArray stored(const char *language)
 {
-    return Config{std::nullopt, false, QLatin1String(language), false}.encoded();
+    return Config{.enabled = false, .language = QLatin1String(language), .onboardingCompleted = false}.encoded();
 }
 
 INSTANTIATE_TEST_SUITE_P(Entry, EntryLanguageTest,

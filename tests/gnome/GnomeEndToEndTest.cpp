@@ -186,7 +186,9 @@ TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
     EXPECT_FALSE(now.contains("backendError"));
     EXPECT_EQ(now["current"].toObject()["id"].toString(), us);
 
-    ASSERT_TRUE(ConfigStore::write(Config{german, true, std::nullopt, true}, ConfigStore::directory()).ok());
+    ASSERT_TRUE(ConfigStore::write(Config{.sourceID = german, .enabled = true, .onboardingCompleted = true},
+                                   ConfigStore::directory())
+                    .ok());
     ASSERT_TRUE(configure({"('xkb','us')", "('ibus','hangul')"}));
     ASSERT_TRUE(spinUntil([] { return sourceIDs() == QStringList{us, hangul}; }, 10000));
     EXPECT_EQ(errorCode(m_session.tolvar({"apply", "--json"})), "missing_source");

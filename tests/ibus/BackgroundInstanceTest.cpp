@@ -32,7 +32,9 @@ protected:
 
     static void pin(const QString &id)
     {
-        ASSERT_TRUE(ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok());
+        ASSERT_TRUE(ConfigStore::write(Config{.sourceID = id, .enabled = true, .onboardingCompleted = true},
+                                       ConfigStore::directory())
+                        .ok());
     }
 
     void startInstance()

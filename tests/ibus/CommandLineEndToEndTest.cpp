@@ -82,13 +82,13 @@ TEST_F(CommandLineEndToEndTest, SetSwitchesAndRemembers)
         EXPECT_EQ(status["onboardingCompleted"].toBool(), asJson);
         EXPECT_EQ(result.out.isEmpty(), !asJson);
         EXPECT_EQ(m_system.currentID(), id);
-        EXPECT_EQ(ConfigStore::load().value(), (Config{id, false, std::nullopt, true}));
+        EXPECT_EQ(ConfigStore::load().value(), (Config{.sourceID = id, .enabled = false, .onboardingCompleted = true}));
     }
 }
 
 TEST_F(CommandLineEndToEndTest, SetUnknownEngineChangesNothing)
 {
-    writeRaw(Config{german, true, std::nullopt, true}.encoded());
+    writeRaw(Config{.sourceID = german, .enabled = true, .onboardingCompleted = true}.encoded());
     const QByteArray before = readRaw();
     const ProcessResult human = tolvar({"set", "xkb:fr::fra"});
     EXPECT_EQ(human.exitCode, 1);
@@ -130,13 +130,14 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(ApplyCase{"NoFile", std::nullopt, "no_target"},
                     ApplyCase{"CorruptFile", QByteArray(R"({"sourceID":"hangul"})"), "invalid_config"},
                     ApplyCase{"NothingPinned", Config{}.encoded(), "no_target"},
-                    ApplyCase{"PinnedEngineGone", Config{"gone", true, std::nullopt, true}.encoded(),
+                    ApplyCase{"PinnedEngineGone",
+                              Config{.sourceID = "gone", .enabled = true, .onboardingCompleted = true}.encoded(),
                               "missing_source"}),
     ParamName());
 
 TEST_F(CommandLineEndToEndTest, PauseResumeAndToggleFlipKeepingAndApplyStillSwitches)
 {
-    writeRaw(Config{german, true, "ja", true}.encoded());
+    writeRaw(Config{.sourceID = german, .enabled = true, .language = "ja", .onboardingCompleted = true}.encoded());
     const auto keeping = [&](const char *command) {
         const ProcessResult result = tolvar({command, "--json"});
         EXPECT_EQ(result.exitCode, 0) << command << result.out.constData();

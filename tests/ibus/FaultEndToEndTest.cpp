@@ -142,7 +142,9 @@ protected:
             GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
         m_environment.insert("LANG", "C.UTF-8");
         QDir(directory()).removeRecursively();
-        ASSERT_TRUE(ConfigStore::write(Config{german, true, std::nullopt, true}, directory()).ok());
+        ASSERT_TRUE(
+            ConfigStore::write(Config{.sourceID = german, .enabled = true, .onboardingCompleted = true}, directory())
+                .ok());
     }
     void TearDown() override { signalDaemon(SIGCONT); }
 

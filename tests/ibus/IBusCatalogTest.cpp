@@ -91,7 +91,9 @@ TEST_F(IBusCatalogTest, AReactionSendsOneSwitchAndAtMostOneRead)
 {
     int sent = 0;
     const InputSources system = IBusInputSources::at(IBusAddress::published, [&] { ++sent; });
-    ASSERT_TRUE(ConfigStore::write(Config{german, true, std::nullopt, true}, ConfigStore::directory()).ok());
+    ASSERT_TRUE(ConfigStore::write(Config{.sourceID = german, .enabled = true, .onboardingCompleted = true},
+                                   ConfigStore::directory())
+                    .ok());
     EnforcementTriggers triggers = EnforcementTriggers::none();
     triggers.selectionChanged = system.observeSelected;
     Enforcer enforcer(EnforcementDependencies::over(system), triggers);
@@ -101,7 +103,7 @@ TEST_F(IBusCatalogTest, AReactionSendsOneSwitchAndAtMostOneRead)
         return spinUntil([] { return InputSources::live().currentID() == german; }, 5000)
                && !spinUntil([] { return false; }, 300);
     };
-    QTimer::singleShot(0, &enforcer, [&] { enforcer.enforce(true, false); });
+    QTimer::singleShot(0, &enforcer, [&] { enforcer.enforce(SwitchOrigin::Automatic); });
     ASSERT_TRUE(back());
     const int before = sent;
     ASSERT_EQ(InputSources::live().select(us), 0);

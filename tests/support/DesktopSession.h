@@ -71,7 +71,9 @@ public:
     // Pins `id` and starts a background instance; true once `kept` holds.
     bool keep(const QString &id, const std::function<bool()> &kept, int timeoutMs = 10000)
     {
-        if (!ConfigStore::write(Config{id, true, std::nullopt, true}, ConfigStore::directory()).ok())
+        if (!ConfigStore::write(Config{.sourceID = id, .enabled = true, .onboardingCompleted = true},
+                                ConfigStore::directory())
+                 .ok())
             return false;
         m_instance.setProcessEnvironment(environment);
         m_instance.start(TOLVAR_EXECUTABLE, {"background"});

@@ -1,6 +1,6 @@
 #include "core/login/AgentController.h"
 #include "core/login/AgentError.h"
-#include "platform/login/SystemdService.h"
+#include "platform/login/LaunchdService.h"
 #include "support/ParamName.h"
 #include "support/Process.h"
 
@@ -33,14 +33,11 @@ using enum Place;
 using enum Fault;
 using enum Outcome;
 
-// The exact command line of each step and the disabled query's answer for each State.
-const char *const verbs[] = {"is-enabled", "is-active", "enable", "start", "disable", "stop"};
-const ServiceToolResult answers[] = {{0, "enabled\n"}, {1, "disabled\n"}, {0, "static\n"}};
-
-QStringList commandLine(Step step)
-{
-    return {"systemctl", "--user", verbs[static_cast<int>(step)], "app.tolvar.service"};
-}
+// The disabled query's answer for each State.
+const ServiceToolResult answers[] = {{0, "disabled services = {\n}\n"},
+                                     {0, "disabled services = {\n\t\"app.tolvar\" => disabled\n}\n"},
+                                     {0, "disabled services = {\n"}};
+constexpr unsigned userId = 501;
 
 constexpr int failedStatus = 5;
 
@@ -50,7 +47,7 @@ class Scene
 {
 public:
     Scene(State state, bool loaded, std::vector<Step> failing)
-        : m_manager(SystemdService::manager(m_home.path() + "/.config"))
+        : m_manager(LaunchdService::manager(m_home.path(), userId))
         , m_state(state)
         , m_loaded(loaded)
         , m_failing(std::move(failing))
@@ -94,9 +91,7 @@ public:
 
     Expected<void> expected(Outcome outcome) const
     {
-        const auto failed = [&](Step step) {
-            return AgentError::commandFailed(QLatin1String(verbs[static_cast<int>(step)]), failedStatus);
-        };
+        const auto failed = [&](Step step) { return AgentError::commandFailed(arguments(step).first(), failedStatus); };
         switch (outcome) {
         case Ok: return {};
         case NotExecutable: return AgentError::executable(m_executable);
@@ -114,6 +109,13 @@ public:
     }
 
     QString agentFile() const { return m_manager.agentFile; }
+    QStringList arguments(Step step) const
+    {
+        const QStringList ServiceManager::*const steps[] = {
+            &ServiceManager::disabledQuery, &ServiceManager::loadedQuery, &ServiceManager::enable,
+            &ServiceManager::load,          &ServiceManager::disable,     &ServiceManager::unload};
+        return m_manager.*steps[static_cast<int>(step)];
+    }
     QString commandLink() const { return m_home.filePath(QStringLiteral(".local/bin/tolvar")); }
     QString givenExecutable() const { return m_home.filePath(QStringLiteral("tolvar-link")); }
     const std::vector<Step> &ran() const { return m_ran; }
@@ -124,7 +126,7 @@ private:
     ServiceToolResult answer(const QStringList &line) const
     {
         for (const Step step : {DisabledQuery, LoadedQuery, Enable, Load, Disable, Unload}) {
-            if (line != commandLine(step))
+            if (line != QStringList{m_manager.program} + arguments(step))
                 continue;
             m_ran.push_back(step);
             if (step == DisabledQuery)

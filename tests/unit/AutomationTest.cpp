@@ -38,7 +38,7 @@ TEST(AutomationTest, StatusDerivesTheStateFromTheServices)
         SCOPED_TRACE(row);
         const auto &[arrange, state, target] = rows[row];
         FakeServices fake;
-        fake.stored = Config{us, true, std::nullopt, true};
+        fake.stored = Config{.sourceID = us, .enabled = true, .onboardingCompleted = true};
         arrange(fake);
         const auto status = Automation(fake.services()).status();
         ASSERT_TRUE(status.ok()) << qPrintable(status.error().code);
@@ -63,7 +63,7 @@ TEST(AutomationTest, KeepingCommandsEditOnlyEnabled)
         {Config{}, C::Resume, true, AutomationFailure::noTarget()},
         {gone, C::Resume, true, AutomationFailure::missingSource()},
         {pinnedOff, C::Resume, false, AutomationFailure::gnomeExtensionOff()},
-        {Config{"gone", true, std::nullopt, true}, C::Toggle, true, false}, // toggling off ignores the pin
+        {Config{.sourceID = "gone", .enabled = true, .onboardingCompleted = true}, C::Toggle, true, false}, // toggling off ignores the pin
         {pinnedOff, C::Toggle, true, true}, {Config{}, C::Toggle, true, AutomationFailure::noTarget()}};
     // clang-format on
     for (size_t row = 0; row < std::size(rows); ++row) {

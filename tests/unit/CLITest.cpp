@@ -23,7 +23,7 @@ public:
     void SetUp() override
     {
         L10n::setLanguageCode(QStringLiteral("en"));
-        fake.stored = Config{"xkb:us::eng", true, std::nullopt, true};
+        fake.stored = Config{.sourceID = "xkb:us::eng", .enabled = true, .onboardingCompleted = true};
     }
     void TearDown() override { L10n::setLanguageCode(std::nullopt); }
 
@@ -75,7 +75,7 @@ TEST_F(CLITest, InstallAndUninstallSayWhatTheyDid)
 {
     fake.stored.reset();
     EXPECT_EQ(run("install hangul"), 0);
-    EXPECT_EQ(fake.stored, (Config{"hangul", true, std::nullopt, true}));
+    EXPECT_EQ(fake.stored, (Config{.sourceID = "hangul", .enabled = true, .onboardingCompleted = true}));
     EXPECT_EQ(installedFor, "/opt/tolvar/bin/tolvar");
     EXPECT_EQ(out.data(), (L10n::text("cli.msg.pinned").arg("hangul") + "\n"
                            + L10n::text("cli.msg.login").arg(L10n::text("app.name")) + "\n")

@@ -1,4 +1,5 @@
 #include "core/engine/Enforcer.h"
+#include "core/engine/FocusExitStatus.h"
 #include "core/engine/SwitchRetry.h"
 #include "core/l10n/L10n.h"
 #include "support/FakeEnforcementWorld.h"
@@ -7,10 +8,21 @@
 #include "support/Spin.h"
 
 #include <QCoreApplication>
+#include <QMap>
 
 #include <gtest/gtest.h>
 
 namespace {
+
+int exitStatus(const QString &name)
+{
+    static const QMap<QString, FocusExitStatus> statuses = {{"switched", FocusExitStatus::Switched},
+                                                            {"secure-input", FocusExitStatus::SecureInput},
+                                                            {"not-wanted", FocusExitStatus::NotWanted},
+                                                            {"missing", FocusExitStatus::Missing},
+                                                            {"failed", FocusExitStatus::Failed}};
+    return statuses.contains(name) ? static_cast<int>(statuses[name]) : -1;
+}
 
 using namespace std::chrono_literals;
 
@@ -45,9 +57,9 @@ protected:
     }
 
     // A request whose outcome lands in the log under `name`.
-    void request(const QString &name, bool force, bool holdFocus = true)
+    void request(const QString &name, SwitchOrigin origin)
     {
-        m_enforcer->enforce(holdFocus, force, [this, name](const SwitchOutcome &outcome) {
+        m_enforcer->enforce(origin, [this, name](const SwitchOutcome &outcome) {
             m_log << name + QLatin1Char(':') + describe(outcome);
         });
     }
@@ -61,8 +73,8 @@ protected:
 
 // Requests as a script of steps. The world: "pin [id]", "unpin", "pause", "secure", "current <id>",
 // "unreachable <why>", "select <status>", "unconfirmed", "launch-error <why>". The user's requests: "auto <name>",
-// "manual <name>", "loose <name>" (manual, not holding the focus), "cancel". The helpers: "exit <helper> <status>",
-// "exit-unswitched <helper> <status>", "timeout <helper>", "cancelled <helper>".
+// "manual <name>", "cancel". The helpers: "exit <helper> <status>" (switched, secure-input, not-wanted, missing,
+// failed), "exit-unswitched <helper> <status>", "timeout <helper>", "cancelled <helper>".
 struct ScriptCase
 {
     const char *name;
@@ -100,12 +112,12 @@ TEST_P(EnforcerScriptTest, AnswersEveryRequestOnce)
             m_world.selectTakesEffect = false;
         else if (what == "launch-error")
             m_world.launchError = word.mid(1).join(' ');
-        else if (what == "auto" || what == "manual" || what == "loose")
-            request(arg, what != "auto", what != "loose");
+        else if (what == "auto" || what == "manual")
+            request(arg, what == "auto" ? SwitchOrigin::Automatic : SwitchOrigin::Manual);
         else if (what == "cancel")
             m_enforcer->cancelManualRequests();
         else if (what == "exit" || what == "exit-unswitched")
-            m_world.finishHelper(arg.toUInt(), FocusProcessResult::exited(word[2].toInt()), what == "exit");
+            m_world.finishHelper(arg.toUInt(), FocusProcessResult::exited(exitStatus(word[2])), what == "exit");
         else if (what == "timeout")
             m_world.finishHelper(arg.toUInt(), FocusProcessResult::timedOut());
         else if (what == "cancelled")
@@ -143,21 +155,20 @@ const ScriptCase scriptCases[] = {
     {"SelectNotConfirmed", {"unconfirmed", "auto r"},
      {"update", "automatic:failed(enf.unconfirmed xkb:us::eng)", "r:failed(enf.unconfirmed xkb:us::eng)"}, {us}, {}},
     {"CJKVStartsTheHelper", {"pin hangul", "auto r"}, {"update"}, {}, {"hangul auto 0"}},
-    {"CJKVWithoutHoldingFocusIsBusy", {"pin hangul", "loose r"}, {"update", "r:busy"}, {}, {}},
     {"HelperCannotLaunch", {"pin hangul", "launch-error denied", "manual r"},
      {"update", "r:failed(enf.focus denied)"}, {}, {}},
     // What the helper's end means for a manual request.
-    {"HelperSwitched", {"pin hangul", "manual r", "exit 0 0"},
+    {"HelperSwitched", {"pin hangul", "manual r", "exit 0 switched"},
      {"update", "update", "r:success"}, {}, {"hangul manual 0"}},
-    {"HelperExitedZeroButNotCurrent", {"pin hangul", "manual r", "exit-unswitched 0 0"},
+    {"HelperExitedZeroButNotCurrent", {"pin hangul", "manual r", "exit-unswitched 0 switched"},
      {"update", "update", "r:failed(enf.unconfirmed hangul)"}, {}, {"hangul manual 0"}},
-    {"HelperSawSecureInput", {"pin hangul", "manual r", "exit-unswitched 0 75"},
+    {"HelperSawSecureInput", {"pin hangul", "manual r", "exit-unswitched 0 secure-input"},
      {"update", "update", "r:secureInput"}, {}, {"hangul manual 0"}},
-    {"HelperNotWanted", {"pin hangul", "manual r", "exit-unswitched 0 76"},
+    {"HelperNotWanted", {"pin hangul", "manual r", "exit-unswitched 0 not-wanted"},
      {"update", "update", "r:busy"}, {}, {"hangul manual 0"}},
-    {"HelperFoundNoSource", {"pin hangul", "manual r", "exit-unswitched 0 77"},
+    {"HelperFoundNoSource", {"pin hangul", "manual r", "exit-unswitched 0 missing"},
      {"update", "update", "r:missingSource"}, {}, {"hangul manual 0"}},
-    {"HelperFailed", {"pin hangul", "manual r", "exit-unswitched 0 78"},
+    {"HelperFailed", {"pin hangul", "manual r", "exit-unswitched 0 failed"},
      {"update", "update", "r:failed(enf.helper-exit 78)"}, {}, {"hangul manual 0"}},
     {"HelperTimedOut", {"pin hangul", "manual r", "timeout 0"},
      {"update", "update", "r:failed(enf.timeout)"}, {}, {"hangul manual 0"}},
@@ -170,9 +181,9 @@ const ScriptCase scriptCases[] = {
      {"update", "second:busy"}, {}, {"hangul auto 0"}},
     // The user pins another source while an automatic helper runs, then asks for it.
     {"ManualRequestForANewTargetCancelsTheAutomaticHelper",
-     {"pin hangul", "auto auto", "pin anthy", "manual manual", "cancelled 0", "exit 1 0"},
+     {"pin hangul", "auto auto", "pin anthy", "manual manual", "cancelled 0", "exit 1 switched"},
      {"update", "update", "auto:busy", "update", "update", "manual:success"}, {}, {"hangul auto 1", "anthy manual 0"}},
-    {"ManualRequestForTheSameTargetWaitsForTheHelper", {"pin hangul", "auto auto", "manual manual", "exit 0 0"},
+    {"ManualRequestForTheSameTargetWaitsForTheHelper", {"pin hangul", "auto auto", "manual manual", "exit 0 switched"},
      {"update", "update", "automatic:success", "auto:success", "update", "manual:success"}, {}, {"hangul auto 0"}},
     {"NewerManualRequestDisplacesAWaitingOne", {"pin hangul", "manual running", "manual older", "manual newer"},
      {"update", "older:busy"}, {}, {"hangul manual 0"}},
@@ -180,40 +191,41 @@ const ScriptCase scriptCases[] = {
      {"pin hangul", "auto running", "pin anthy", "manual manual", "auto auto"},
      {"update", "auto:busy"}, {}, {"hangul auto 1"}},
     // Cancelling twice stops the helper once; even a helper that got through then reports busy.
-    {"CancellingARunningManualRequestStopsItsHelper", {"pin hangul", "manual manual", "cancel", "cancel", "exit 0 0"},
+    {"CancellingARunningManualRequestStopsItsHelper", {"pin hangul", "manual manual", "cancel", "cancel", "exit 0 switched"},
      {"update", "update", "manual:busy"}, {}, {"hangul manual 1"}},
     // The automatic helper is not the user's to cancel.
     {"CancellingDropsAWaitingManualRequest", {"pin hangul", "auto auto", "manual manual", "cancel"},
      {"update", "manual:busy"}, {}, {"hangul auto 0"}},
-    {"TargetChangedWhileTheHelperRunsIsBusy", {"pin hangul", "manual manual", "pin xkb:us::eng", "exit 0 0"},
+    {"TargetChangedWhileTheHelperRunsIsBusy", {"pin hangul", "manual manual", "pin xkb:us::eng", "exit 0 switched"},
      {"update", "update", "manual:busy"}, {}, {"hangul manual 0"}}};
 // clang-format on
 INSTANTIATE_TEST_SUITE_P(Enforcer, EnforcerScriptTest, testing::ValuesIn(scriptCases), ParamName());
 
 const auto exited = FocusProcessResult::exited;
+constexpr int failed = static_cast<int>(FocusExitStatus::Failed);
 
 TEST_F(EnforcerTest, AutomaticHelperRunsAreSpacedThreeSecondsApart)
 {
     pin(hangul);
-    request("first", false);
-    m_world.finishHelper(0, exited(78));
+    request("first", SwitchOrigin::Automatic);
+    m_world.finishHelper(0, exited(failed));
     m_world.clock += 2900ms;
-    request("tooSoon", false);
+    request("tooSoon", SwitchOrigin::Automatic);
     EXPECT_EQ(m_world.helpers.size(), 1u);
     EXPECT_TRUE(m_log.contains("tooSoon:busy"));
     m_world.clock += 100ms;
     EXPECT_TRUE(spinUntil([&] { return m_world.helpers.size() == 2; }, 1000)) << "no retry when the spacing ended";
     EXPECT_TRUE(m_world.helpers[1].automatic);
-    m_world.finishHelper(1, exited(78));
-    request("manual", true);
+    m_world.finishHelper(1, exited(failed));
+    request("manual", SwitchOrigin::Manual);
     EXPECT_EQ(m_world.helpers.size(), 3u) << "manual requests are not rate-limited";
 }
 
 TEST_F(EnforcerTest, RequestsFromInsideCallbacksDoNotNest)
 {
-    m_enforcer->enforce(true, true, [this](const SwitchOutcome &) {
+    m_enforcer->enforce(SwitchOrigin::Manual, [this](const SwitchOutcome &) {
         m_log << "first:begin";
-        request("second", true);
+        request("second", SwitchOrigin::Manual);
         m_log << "first:end";
     });
     EXPECT_EQ(m_log, (QStringList{"update", "first:begin", "first:end", "update", "second:success"}));

@@ -1,6 +1,6 @@
 #include "core/login/AgentController.h"
+#include "platform/files/XdgConfigHome.h"
 #include "platform/login/LaunchdService.h"
-#include "platform/login/SystemdService.h"
 #include "platform/login/XdgAutostart.h"
 #include "support/Process.h"
 
@@ -75,11 +75,11 @@ TEST(LaunchdPlistTest, MatchesTheSystemWriterByteForByte)
         "</plist>\n");
 }
 
-TEST(SystemdConfigHomeTest, FollowsTheBaseDirectoryRules)
+TEST(XdgConfigHomeTest, FollowsTheBaseDirectoryRules)
 {
-    EXPECT_EQ(SystemdService::configHome("/home/u", QString()), "/home/u/.config");
-    EXPECT_EQ(SystemdService::configHome("/home/u", "/srv/conf/"), "/srv/conf");
-    EXPECT_EQ(SystemdService::configHome("/home/u", "conf"), "/home/u/.config") << "a relative path is ignored";
+    EXPECT_EQ(XdgConfigHome::of("/home/u", QString()), "/home/u/.config");
+    EXPECT_EQ(XdgConfigHome::of("/home/u", "/srv/conf/"), "/srv/conf");
+    EXPECT_EQ(XdgConfigHome::of("/home/u", "conf"), "/home/u/.config") << "a relative path is ignored";
 }
 
 TEST(XdgAutostartTest, EntryText)

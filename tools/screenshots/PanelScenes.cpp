@@ -61,7 +61,8 @@ const QList<std::pair<InputChoice, QString>> &catalog()
 struct World
 {
     int sourceCount = 5;
-    std::optional<Config> config = Config{QStringLiteral("hangul"), true, std::nullopt, true};
+    std::optional<Config> config =
+        Config{.sourceID = QStringLiteral("hangul"), .enabled = true, .onboardingCompleted = true};
     QString current = QStringLiteral("hangul");
     bool login = true;
     bool secure = false;

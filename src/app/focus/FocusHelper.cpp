@@ -25,39 +25,40 @@ QRect windowGeometry(const QRect &screenArea)
     return {x, y, windowSize, windowSize};
 }
 
-std::optional<int> prepare(const QString &identifier, bool automatic, const FocusHelperDependencies &dependencies)
+std::optional<FocusExitStatus> prepare(const QString &identifier, bool automatic,
+                                       const FocusHelperDependencies &dependencies)
 {
     if (!wanted(identifier, automatic, dependencies))
-        return NotWanted;
+        return FocusExitStatus::NotWanted;
     if (dependencies.secureInput())
-        return SecureInput;
+        return FocusExitStatus::SecureInput;
     if (!dependencies.isSelectable(identifier))
-        return Missing;
+        return FocusExitStatus::Missing;
     dependencies.becomeAccessory();
     const std::optional<QRect> screen = dependencies.mainScreenArea();
     if (!screen)
-        return Failed;
+        return FocusExitStatus::Failed;
     // The world may have moved on while we started; look again before each step that shows.
     if (!wanted(identifier, automatic, dependencies))
-        return NotWanted;
+        return FocusExitStatus::NotWanted;
     if (dependencies.secureInput())
-        return SecureInput;
+        return FocusExitStatus::SecureInput;
     if (dependencies.select(identifier) != 0)
-        return Failed;
+        return FocusExitStatus::Failed;
     dependencies.createWindow(windowGeometry(*screen));
     if (dependencies.secureInput())
-        return SecureInput;
+        return FocusExitStatus::SecureInput;
     if (!wanted(identifier, automatic, dependencies))
-        return NotWanted;
+        return FocusExitStatus::NotWanted;
     dependencies.activateWindow();
     return std::nullopt;
 }
 
-int confirm(const QString &identifier, bool automatic, const FocusHelperDependencies &dependencies)
+FocusExitStatus confirm(const QString &identifier, bool automatic, const FocusHelperDependencies &dependencies)
 {
     if (!wanted(identifier, automatic, dependencies))
-        return NotWanted;
-    return dependencies.currentID() == identifier ? Switched : Failed;
+        return FocusExitStatus::NotWanted;
+    return dependencies.currentID() == identifier ? FocusExitStatus::Switched : FocusExitStatus::Failed;
 }
 
 } // namespace FocusHelper

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/focus/FocusHelperDependencies.h"
+#include "core/engine/FocusExitStatus.h"
 
 #include <QRect>
 #include <QString>
@@ -12,22 +13,15 @@
 // how that went.
 namespace FocusHelper {
 
-enum ExitStatus {
-    Switched = 0,
-    SecureInput = 75,
-    NotWanted = 76,
-    Missing = 77,
-    Failed = 78,
-};
-
 // Runs the whole helper and ends the process; never returns.
 [[noreturn]] void run(int &argc, char **argv, const QString &identifier);
 
 // Everything up to activation: an exit status to end with, or absent to go on
 // and confirm.
-std::optional<int> prepare(const QString &identifier, bool automatic, const FocusHelperDependencies &dependencies);
+std::optional<FocusExitStatus> prepare(const QString &identifier, bool automatic,
+                                       const FocusHelperDependencies &dependencies);
 // The check made a moment after activation.
-int confirm(const QString &identifier, bool automatic, const FocusHelperDependencies &dependencies);
+FocusExitStatus confirm(const QString &identifier, bool automatic, const FocusHelperDependencies &dependencies);
 
 // 3 x 3, 8 in from the lower right corner of the usable area.
 QRect windowGeometry(const QRect &screenArea);

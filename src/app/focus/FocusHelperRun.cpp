@@ -53,11 +53,12 @@ void run(int &argc, char **argv, const QString &identifier)
     const QApplication application(argc, argv);
     const FocusHelperDependencies dependencies = FocusHelperDependencies::live();
 
-    if (const std::optional<int> status = prepare(identifier, automatic, dependencies))
-        std::exit(*status);
-    QTimer::singleShot(confirmDelay, [&] { std::exit(confirm(identifier, automatic, dependencies)); });
+    if (const std::optional<FocusExitStatus> status = prepare(identifier, automatic, dependencies))
+        std::exit(static_cast<int>(*status));
+    QTimer::singleShot(confirmDelay,
+                       [&] { std::exit(static_cast<int>(confirm(identifier, automatic, dependencies))); });
     QApplication::exec();
-    std::exit(Failed);
+    std::exit(static_cast<int>(FocusExitStatus::Failed));
 }
 
 } // namespace FocusHelper

@@ -50,7 +50,7 @@ void AppModel::start()
         beginSetup();
     if (m_enforcer && m_enabled) {
         refresh();
-        m_enforcer->enforce(true, false);
+        m_enforcer->enforce(SwitchOrigin::Automatic);
     }
 }
 

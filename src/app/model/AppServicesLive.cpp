@@ -26,7 +26,7 @@ AppServices AppServices::live(Enforcer &enforcer)
             return Error::other(L10n::text("warn.no-executable"));
         return Agent::controller().install(executable, false);
     };
-    s.apply = [&enforcer](Completion completion) { enforcer.enforce(true, true, std::move(completion)); };
+    s.apply = [&enforcer](Completion completion) { enforcer.enforce(SwitchOrigin::Manual, std::move(completion)); };
     s.updateConfig = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
     s.secureInput = system.secureInput;
     s.isSwitching = [&enforcer] { return enforcer.isSwitching(); };

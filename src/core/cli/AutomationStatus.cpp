@@ -85,10 +85,15 @@ std::optional<AutomationStatus> AutomationStatus::fromJson(const QJsonValue &val
     if (!enabled || !running || !state || !current || !loginEnabled || !onboarding || (!target && !targetAbsent)
         || (!backendError && !errorValue.isUndefined()))
         return std::nullopt;
-    return AutomationStatus{
-        *enabled,    *running,      *state,      *current,
-        target,      *loginEnabled, *onboarding, stringMember(object, QLatin1StringView("backend")).value_or(QString()),
-        backendError};
+    return AutomationStatus{.enabled = *enabled,
+                            .running = *running,
+                            .state = *state,
+                            .current = *current,
+                            .target = target,
+                            .loginEnabled = *loginEnabled,
+                            .onboardingCompleted = *onboarding,
+                            .backend = stringMember(object, QLatin1StringView("backend")).value_or(QString()),
+                            .backendError = backendError};
 }
 
 QJsonObject toJson(const AutomationFailure &failure)

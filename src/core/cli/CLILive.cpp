@@ -30,7 +30,7 @@ std::optional<SwitchOutcome> enforceOnce()
     QMetaObject::invokeMethod(
         &loop,
         [&] {
-            Enforcer::shared().enforce(true, true, [&](const SwitchOutcome &result) {
+            Enforcer::shared().enforce(SwitchOrigin::Manual, [&](const SwitchOutcome &result) {
                 outcome = result;
                 loop.quit();
             });

@@ -10,9 +10,9 @@
 // The whole persisted state: one small record in config.json.
 struct Config
 {
-    std::optional<QString> sourceID;
+    std::optional<QString> sourceID = {};
     bool enabled = false;
-    std::optional<QString> language;
+    std::optional<QString> language = {};
     bool onboardingCompleted = false;
 
     bool operator==(const Config &) const = default;

@@ -4,5 +4,5 @@ using namespace std::chrono_literals;
 
 EnforcementTriggers EnforcementTriggers::none()
 {
-    return {{}, {}, {}, {}, 0ms, {}};
+    return {.tick = 0ms};
 }

@@ -13,14 +13,14 @@ struct EnforcementTriggers
 {
     using Subscribe = std::function<void(QObject *context, std::function<void()> callback)>;
 
-    Subscribe selectionChanged;
-    Subscribe configChanged;
-    Subscribe wake;
-    std::function<void(QObject *context, std::function<void(qint64 pid)> callback)> activation;
+    Subscribe selectionChanged = {};
+    Subscribe configChanged = {};
+    Subscribe wake = {};
+    std::function<void(QObject *context, std::function<void(qint64 pid)> callback)> activation = {};
     std::chrono::milliseconds tick{2000};
     // Told, each time the engine reads the configuration, whether a source is
     // pinned and kept; a trigger that costs while idle runs only while it is.
-    std::function<void(bool keeping)> keeping;
+    std::function<void(bool keeping)> keeping = {};
 
     static EnforcementTriggers live();
     // Nothing but what the owner asks for; no timer either.

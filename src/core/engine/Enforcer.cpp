@@ -1,5 +1,7 @@
 #include "core/engine/Enforcer.h"
 
+#include "core/engine/FocusExitStatus.h"
+
 #include <QCoreApplication>
 #include <QPointer>
 
@@ -17,14 +19,15 @@ SwitchOutcome outcomeOfHelper(const FocusProcessResult &result, bool current, co
     case FocusProcessResult::Kind::Cancelled: return SwitchOutcome::busy();
     case FocusProcessResult::Kind::Exited: break;
     }
-    switch (result.status) {
-    case 0:
+    switch (static_cast<FocusExitStatus>(result.status)) {
+    case FocusExitStatus::Switched:
         return current ? SwitchOutcome::success() : SwitchOutcome::failed(LocalizedText("enf.unconfirmed", {target}));
-    case 75: return SwitchOutcome::secureInput();
-    case 76: return SwitchOutcome::busy();
-    case 77: return SwitchOutcome::missingSource();
-    default: return SwitchOutcome::failed(LocalizedText("enf.helper-exit", {QString::number(result.status)}));
+    case FocusExitStatus::SecureInput: return SwitchOutcome::secureInput();
+    case FocusExitStatus::NotWanted: return SwitchOutcome::busy();
+    case FocusExitStatus::Missing: return SwitchOutcome::missingSource();
+    case FocusExitStatus::Failed: break;
     }
+    return SwitchOutcome::failed(LocalizedText("enf.helper-exit", {QString::number(result.status)}));
 }
 
 } // namespace
@@ -64,7 +67,7 @@ void Enforcer::start()
 void Enforcer::trigger()
 {
     notifyUpdate();
-    enforce(true, false);
+    enforce(SwitchOrigin::Automatic);
 }
 
 void Enforcer::activated(qint64 pid)
@@ -75,8 +78,9 @@ void Enforcer::activated(qint64 pid)
     trigger();
 }
 
-void Enforcer::enforce(bool holdFocus, bool force, Finish finish)
+void Enforcer::enforce(SwitchOrigin origin, Finish finish)
 {
+    const bool force = origin == SwitchOrigin::Manual;
     const Config config = m_dependencies.config();
     if (m_triggers.keeping)
         m_triggers.keeping(config.enabled && config.sourceID && !config.sourceID->isEmpty());
@@ -91,7 +95,7 @@ void Enforcer::enforce(bool holdFocus, bool force, Finish finish)
         return;
     }
 
-    Request request{m_nextToken++, *config.sourceID, holdFocus, force, std::move(finish)};
+    Request request{m_nextToken++, *config.sourceID, force, std::move(finish)};
     if (!m_active && m_completionDepth < 1) {
         execute(std::move(request));
         return;
@@ -154,8 +158,6 @@ void Enforcer::execute(Request request)
 void Enforcer::startFocus(const EnforcementTarget &target)
 {
     const quint64 token = m_active->token;
-    if (!m_active->holdFocus)
-        return complete(token, SwitchOutcome::busy());
     const Clock::time_point now = m_dependencies.now();
     if (!m_active->force && now < m_nextFocusAt) {
         m_focusRetry.start(std::chrono::ceil<std::chrono::milliseconds>(m_nextFocusAt - now));

@@ -2,6 +2,7 @@
 
 #include "core/engine/EnforcementDependencies.h"
 #include "core/engine/EnforcementTriggers.h"
+#include "core/engine/SwitchOrigin.h"
 #include "core/sources/SwitchOutcome.h"
 
 #include <QObject>
@@ -27,7 +28,7 @@ public:
 
     // Subscribes to the triggers; once.
     void start();
-    void enforce(bool holdFocus, bool force, Finish finish = {});
+    void enforce(SwitchOrigin origin, Finish finish = {});
     void cancelManualRequests();
     bool isSwitching() const { return m_active.has_value(); }
 
@@ -43,7 +44,6 @@ private:
     {
         quint64 token = 0;
         QString target;
-        bool holdFocus = false;
         bool force = false;
         Finish finish;
     };

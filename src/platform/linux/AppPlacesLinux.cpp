@@ -1,5 +1,5 @@
 #include "platform/AppPlaces.h"
-#include "platform/login/SystemdService.h"
+#include "platform/files/XdgConfigHome.h"
 
 #include <QDir>
 
@@ -7,7 +7,7 @@ namespace AppPlaces {
 
 QString configDirectory()
 {
-    return QDir(SystemdService::configHome(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")))
+    return QDir(XdgConfigHome::of(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")))
         .filePath(QStringLiteral("tolvar"));
 }
 

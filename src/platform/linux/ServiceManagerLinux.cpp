@@ -1,10 +1,10 @@
 #include "platform/ServiceManager.h"
-#include "platform/login/SystemdService.h"
+#include "platform/files/XdgConfigHome.h"
 #include "platform/login/XdgAutostart.h"
 
 #include <QDir>
 
 ServiceManager ServiceManager::live()
 {
-    return XdgAutostart::manager(SystemdService::configHome(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")));
+    return XdgAutostart::manager(XdgConfigHome::of(QDir::homePath(), qEnvironmentVariable("XDG_CONFIG_HOME")));
 }

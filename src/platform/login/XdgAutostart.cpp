@@ -1,9 +1,6 @@
 #include "platform/login/XdgAutostart.h"
 
-#include "platform/login/SystemdService.h"
-
 #include <QDir>
-#include <QFileInfo>
 
 namespace XdgAutostart {
 namespace {
@@ -29,10 +26,9 @@ ServiceManager manager(const QString &configHome)
 {
     // A unit from the systemd user service earlier versions installed, and its
     // link in graphical-session.target.wants, would start a second copy.
-    const QString unit = SystemdService::manager(configHome).agentFile;
+    const QString unit = QDir(configHome).filePath(QStringLiteral("systemd/user/app.tolvar.service"));
     const QString wants =
-        QDir(configHome)
-            .filePath(QStringLiteral("systemd/user/graphical-session.target.wants/") + QFileInfo(unit).fileName());
+        QDir(configHome).filePath(QStringLiteral("systemd/user/graphical-session.target.wants/app.tolvar.service"));
     return {
         .program = {},
         .agentFile = QDir(configHome).filePath(QStringLiteral("autostart/app.tolvar.desktop")),

@@ -160,13 +160,18 @@ QList<SourceProperties> describe(const QVariant &reply)
 
 InputSources onSessionBus()
 {
-    InputSources sources{enabled, matching, currentID, activate,
+    InputSources sources{.enabled = enabled,
+                         .matching = matching,
+                         .currentID = currentID,
+                         .select = activate,
                          // No system-wide secure entry: in password fields the shell
                          // itself sets IBus sources aside for the time.
-                         [] { return false; }, observe(QStringLiteral("CurrentChanged")),
-                         observe(QStringLiteral("SourcesChanged")), QStringLiteral("gnome"),
+                         .secureInput = [] { return false; },
+                         .observeSelected = observe(QStringLiteral("CurrentChanged")),
+                         .observeEnabled = observe(QStringLiteral("SourcesChanged")),
+                         .backend = QStringLiteral("gnome"),
                          // The shell applies every source at once.
-                         false};
+                         .cjkvNeedsFocus = false};
     sources.availability = availability;
     sources.enableCompanion = [] {
         const bool wasOff = availability() == InputSources::Availability::extensionOff;
