@@ -8,14 +8,14 @@ _tolvar_sources()
 _tolvar()
 {
     local cur="${COMP_WORDS[COMP_CWORD]}"
-    local commands="status list set apply open install uninstall pause resume toggle help"
+    local commands="status list set apply open install uninstall pause resume toggle help version"
     local words=() word
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
         [ "$word" = "--json" ] || words+=("$word")
     done
 
     if [ ${#words[@]} -eq 0 ]; then
-        mapfile -t COMPREPLY < <(compgen -W "$commands --json" -- "$cur")
+        mapfile -t COMPREPLY < <(compgen -W "$commands --json --help --version" -- "$cur")
     elif [ ${#words[@]} -eq 1 ] && { [ "${words[0]}" = set ] || [ "${words[0]}" = install ]; }; then
         mapfile -t COMPREPLY < <(compgen -W "$(_tolvar_sources) --json" -- "$cur")
     else

@@ -41,6 +41,7 @@ public:
         s.openApp = [this] { return openFailure ? Opened(*openFailure) : Opened(); };
         s.executablePath = [] { return QStringLiteral("/opt/tolvar/bin/tolvar"); };
         s.configFile = [] { return configFile; };
+        s.buildInfo = [this] { return build; };
         out.setData({});
         err.setData({});
         out.open(QIODevice::WriteOnly);
@@ -67,9 +68,41 @@ public:
     std::optional<QString> loginError;
     std::optional<AutomationFailure> openFailure;
     QString installedFor;
+    AppBuildInfo build;
     QBuffer out;
     QBuffer err;
 };
+
+// Whatever the build record lacks is left out, never made up.
+TEST_F(CLITest, VersionSaysWhatTheBuildRecordHolds)
+{
+    struct Row
+    {
+        std::optional<QString> version;
+        std::optional<qint64> build;
+        const char *line;
+        QByteArray printed;
+    };
+    const Row rows[] = {
+        {"1.2.0", 42, "--version", "Tolvar 1.2.0 (build 42)\n"},
+        {"1.2.0", std::nullopt, "version", "Tolvar 1.2.0 (development build)\n"},
+        {std::nullopt, std::nullopt, "version", "Tolvar (unknown version)\n"},
+        {"1.2.0", 42, "version --json",
+         R"({"build":42,"command":"version","ok":true,"schemaVersion":1,"version":"1.2.0"})"
+         "\n"},
+        {std::nullopt, 7, "--version --json",
+         R"({"build":7,"command":"version","ok":true,"schemaVersion":1})"
+         "\n"},
+    };
+    fake.stored.reset();
+    for (const Row &row : rows) {
+        build = AppBuildInfo{.version = row.version, .build = row.build};
+        EXPECT_EQ(run(row.line), 0) << row.line;
+        EXPECT_EQ(out.data(), row.printed) << row.line;
+        EXPECT_TRUE(err.data().isEmpty()) << row.line;
+    }
+    EXPECT_FALSE(fake.stored) << "the version wrote a configuration";
+}
 
 TEST_F(CLITest, InstallAndUninstallSayWhatTheyDid)
 {
@@ -190,13 +223,15 @@ TEST(CLIRequestTest, AcceptsOrRefuses)
     const std::pair<QStringList, CLIRequest> accepted[] = {
         {{}, {Status, std::nullopt, false}}, {{"--json"}, {Status, std::nullopt, true}},
         {{"set", "--json", id}, {Set, id, true}}, {{"--json", "install", id}, {Install, id, true}},
-        {{"-h"}, {Help, std::nullopt, false}}, {{"--help"}, {Help, std::nullopt, false}}};
+        {{"-h"}, {Help, std::nullopt, false}}, {{"--help"}, {Help, std::nullopt, false}},
+        {{"--version"}, {Version, std::nullopt, false}}, {{"version", "--json"}, {Version, std::nullopt, true}}};
     // clang-format on
     for (const auto &[arguments, expected] : accepted)
         EXPECT_EQ(CLIRequest::parse(arguments).value(), expected) << qPrintable(arguments.join(' '));
     // clang-format off
     const QList<QStringList> refused = {{"status", "--json", "--json"}, {"set"}, {"set", id, id}, {"set", "-x"},
         {"set", ""}, {"install"}, {"pause", "now"}, {"-h", "--json"}, {"help", "me"}, {"status", "--help"}, {"Status"},
+        {"version", "now"}, {"status", "--version"},
         {""}, {"gui"}};
     // clang-format on
     for (const QStringList &arguments : refused) {

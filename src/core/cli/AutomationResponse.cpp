@@ -13,6 +13,11 @@ AutomationResponse AutomationResponse::listing(const QString &command, const QLi
     return {true, command, std::nullopt, sources, std::nullopt};
 }
 
+AutomationResponse AutomationResponse::version(const QString &command, const AppBuildInfo &build)
+{
+    return {true, command, std::nullopt, std::nullopt, std::nullopt, build};
+}
+
 AutomationResponse AutomationResponse::failure(const QString &command, const AutomationFailure &error)
 {
     return {false, command, std::nullopt, std::nullopt, error};
@@ -37,6 +42,10 @@ QByteArray AutomationResponse::encoded() const
     }
     if (error)
         object.insert(QStringLiteral("error"), toJson(*error));
+    if (build && build->version)
+        object.insert(QStringLiteral("version"), *build->version);
+    if (build && build->build)
+        object.insert(QStringLiteral("build"), *build->build);
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 

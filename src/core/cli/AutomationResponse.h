@@ -2,6 +2,7 @@
 
 #include "core/cli/AutomationFailure.h"
 #include "core/cli/AutomationStatus.h"
+#include "core/instance/AppBuildInfo.h"
 
 #include <QByteArray>
 #include <QList>
@@ -18,9 +19,12 @@ struct AutomationResponse
     std::optional<AutomationStatus> status;
     std::optional<QList<AutomationSource>> sources;
     std::optional<AutomationFailure> error;
+    // As members "version" and "build", each only when known.
+    std::optional<AppBuildInfo> build = {};
 
     static AutomationResponse success(const QString &command, const AutomationStatus &status);
     static AutomationResponse listing(const QString &command, const QList<AutomationSource> &sources);
+    static AutomationResponse version(const QString &command, const AppBuildInfo &build);
     static AutomationResponse failure(const QString &command, const AutomationFailure &error);
 
     QByteArray encoded() const;

@@ -42,7 +42,7 @@ QString CLI::usage()
     static const char *const keys[] = {
         "cli.usage.header", "cli.usage.status",  "cli.usage.list",      "cli.usage.pause",
         "cli.usage.resume", "cli.usage.toggle",  "cli.usage.set",       "cli.usage.apply",
-        "cli.usage.open",   "cli.usage.install", "cli.usage.uninstall",
+        "cli.usage.open",   "cli.usage.install", "cli.usage.uninstall", "cli.usage.version",
     };
     QStringList lines;
     for (const char *key : keys)
@@ -116,6 +116,7 @@ int CLI::execute(const CLIRequest &request)
     }
     case Command::Uninstall: return uninstall(request);
     case Command::Help: line(m_out, usage()); return 0;
+    case Command::Version: return version(request);
     }
     return fail(AutomationFailure::operationFailed(), request);
 }
@@ -135,6 +136,19 @@ int CLI::reportStatus(const CLIRequest &request, const std::optional<AutomationS
         printDocument(AutomationResponse::success(CLIRequest::word(request.command), status).encoded());
     else
         printStatus(status);
+    return 0;
+}
+
+int CLI::version(const CLIRequest &request)
+{
+    const AppBuildInfo build = m_services.buildInfo();
+    if (request.json) {
+        printDocument(AutomationResponse::version(CLIRequest::word(request.command), build).encoded());
+        return 0;
+    }
+    const QString version = build.version.value_or(L10n::text("cli.version.unknown"));
+    line(m_out, build.build ? L10n::text("cli.version.build").arg(version, QString::number(*build.build))
+                            : L10n::text("cli.version").arg(version));
     return 0;
 }
 

@@ -121,5 +121,6 @@ CLIServices CLIServices::live(std::optional<Expected<Config>> started)
     s.executablePath = [] { return ExecutableLocation::path(); };
     s.configFile = [] { return ConfigStore::file(); };
     s.enableCompanion = InputSources::live().enableCompanion;
+    s.buildInfo = AppBuildInfo::current;
     return s;
 }

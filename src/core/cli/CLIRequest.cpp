@@ -7,7 +7,7 @@ namespace {
 
 using Command = CLIRequest::Command;
 
-constexpr std::array<std::pair<Command, const char *>, 11> words = {{
+constexpr std::array<std::pair<Command, const char *>, 12> words = {{
     {Command::Status, "status"},
     {Command::List, "list"},
     {Command::Set, "set"},
@@ -19,6 +19,7 @@ constexpr std::array<std::pair<Command, const char *>, 11> words = {{
     {Command::Resume, "resume"},
     {Command::Toggle, "toggle"},
     {Command::Help, "help"},
+    {Command::Version, "version"},
 }};
 
 const QString jsonFlag = QStringLiteral("--json");
@@ -61,6 +62,8 @@ Expected<CLIRequest, CLIRequest::Refusal> CLIRequest::parse(const QStringList &a
     std::optional<Command> parsed;
     if (first == QLatin1String("--help") || first == QLatin1String("-h"))
         parsed = Command::Help;
+    else if (first == QLatin1String("--version"))
+        parsed = Command::Version;
     else
         parsed = commandNamed(first);
     if (!parsed)

@@ -3,6 +3,7 @@
 #include "base/Expected.h"
 #include "core/cli/AutomationFailure.h"
 #include "core/cli/AutomationServices.h"
+#include "core/instance/AppBuildInfo.h"
 #include "core/sources/SwitchOutcome.h"
 
 #include <QString>
@@ -26,6 +27,7 @@ struct CLIServices
     std::function<QString()> configFile;
     // Turns on what the input-source backend needs from the desktop; false when that failed.
     std::function<bool()> enableCompanion = [] { return true; };
+    std::function<AppBuildInfo()> buildInfo = [] { return AppBuildInfo{}; };
 
     // `started`: as for AutomationServices::live.
     static CLIServices live(std::optional<Expected<Config>> started = std::nullopt);

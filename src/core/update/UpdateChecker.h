@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/update/AppBuildInfo.h"
+#include "core/instance/AppBuildInfo.h"
 #include "core/update/UpdateCheckResult.h"
 #include "core/update/UpdateLoader.h"
 

@@ -6,9 +6,9 @@ namespace BundleInfo {
 
 QVariant value(const QString &key)
 {
-    // A development tree has no build number and so reports no version data at all.
+    // A development tree has no build number, which is what keeps it out of update checks.
     const bool released = !QStringView(u"" TOLVAR_BUILD_NUMBER).isEmpty();
-    if (released && key == u"CFBundleShortVersionString")
+    if (key == u"CFBundleShortVersionString")
         return QStringLiteral(TOLVAR_VERSION);
     if (released && key == u"CFBundleVersion")
         return QStringLiteral(TOLVAR_BUILD_NUMBER);

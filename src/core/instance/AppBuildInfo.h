@@ -10,10 +10,10 @@
 // information keys. Immutable once read.
 struct AppBuildInfo
 {
-    std::optional<QString> version;
-    std::optional<qint64> build;
-    QString minimumSystemVersion;
-    std::optional<QString> updateURL;
+    std::optional<QString> version = {};
+    std::optional<qint64> build = {};
+    QString minimumSystemVersion = {};
+    std::optional<QString> updateURL = {};
 
     // One information key: an invalid QVariant when the key is missing.
     using Lookup = std::function<QVariant(const QString &key)>;

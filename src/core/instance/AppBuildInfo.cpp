@@ -1,4 +1,4 @@
-#include "core/update/AppBuildInfo.h"
+#include "core/instance/AppBuildInfo.h"
 
 #include "platform/BundleInfo.h"
 
