@@ -1,5 +1,11 @@
 // The engine wired to this machine: the catalog, the configuration file, the
 // input-source service, the desktop's events and a real focus helper process.
+//
+// The engine, its focus jobs and every service wired here live on the main
+// thread and are called only from its event loop; none of them locks. The one
+// piece of work the application sends to Qt's pool is the login item's check
+// and change (AppModelActions), so that the disk never holds up the panel; it
+// touches none of these, only the login files and the string tables.
 #include "core/config/ConfigStore.h"
 #include "core/engine/EnforcementDependencies.h"
 #include "core/engine/EnforcementTriggers.h"
@@ -16,7 +22,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <mutex>
 #include <optional>
 
 namespace {
@@ -34,7 +39,6 @@ class ConfigReader
 public:
     Config operator()()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
         const QString path = ConfigStore::file();
         std::error_code error;
         const std::filesystem::path file(QFile::encodeName(path).toStdString());
@@ -63,7 +67,6 @@ private:
         bool settled = false;
     };
 
-    std::mutex m_mutex;
     std::optional<Read> m_last;
 };
 

@@ -13,6 +13,8 @@
 namespace L10n {
 namespace {
 
+// Both locks here are for the login work on Qt's pool (AppModelActions), which
+// describes its errors while the main thread may be choosing or reading texts.
 std::mutex overrideMutex;
 std::optional<QString> overrideCode;
 

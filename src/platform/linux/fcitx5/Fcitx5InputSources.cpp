@@ -10,8 +10,6 @@
 #include <QDBusConnection>
 #include <QDBusServiceWatcher>
 #include <QHash>
-#include <QMutex>
-#include <QMutexLocker>
 #include <QPointer>
 
 #include <memory>
@@ -137,50 +135,31 @@ public:
     {
         if (!context || !DBusBuses::session())
             return false;
-        auto *poll = new Fcitx5SelectionPoll(std::move(callback), pollInterval);
-        poll->moveToThread(context->thread());
-        poll->setParent(context);
-        const QMutexLocker locker(&m_mutex);
+        auto *poll = new Fcitx5SelectionPoll(std::move(callback), pollInterval, context);
         m_polls.removeIf([](const QPointer<Fcitx5SelectionPoll> &p) { return p.isNull(); });
         m_polls << poll;
-        run(poll, m_needed);
+        poll->setRunning(m_needed);
         return true;
     }
 
     void setNeeded(bool needed)
     {
-        const QMutexLocker locker(&m_mutex);
         m_needed = needed;
         for (const QPointer<Fcitx5SelectionPoll> &poll : std::as_const(m_polls))
-            run(poll, needed);
+            if (poll)
+                poll->setRunning(needed);
     }
 
     // Our own switch is no change to report, and a look that missed it would
     // take the next outside switch back to the same method for no change.
     void selected(const QString &current)
     {
-        const QMutexLocker locker(&m_mutex);
         for (const QPointer<Fcitx5SelectionPoll> &poll : std::as_const(m_polls))
-            onThreadOf(poll, [poll, current] { poll->setLast(current); });
+            if (poll)
+                poll->setLast(current);
     }
 
 private:
-    // On the poll's own thread, where its timer lives.
-    static void onThreadOf(const QPointer<Fcitx5SelectionPoll> &poll, const std::function<void()> &work)
-    {
-        if (poll)
-            QMetaObject::invokeMethod(poll, [poll, work] {
-                if (poll)
-                    work();
-            });
-    }
-
-    static void run(const QPointer<Fcitx5SelectionPoll> &poll, bool running)
-    {
-        onThreadOf(poll, [poll, running] { poll->setRunning(running); });
-    }
-
-    QMutex m_mutex;
     bool m_needed = true;
     QList<QPointer<Fcitx5SelectionPoll>> m_polls;
 };

@@ -5,10 +5,11 @@
 
 #include <QDBusPendingCallWatcher>
 
-Fcitx5SelectionPoll::Fcitx5SelectionPoll(std::function<void()> callback, std::chrono::milliseconds interval)
-    : m_callback(std::move(callback))
+Fcitx5SelectionPoll::Fcitx5SelectionPoll(std::function<void()> callback, std::chrono::milliseconds interval,
+                                         QObject *parent)
+    : QObject(parent)
+    , m_callback(std::move(callback))
 {
-    m_timer.setParent(this);
     m_timer.setInterval(interval);
     connect(&m_timer, &QTimer::timeout, this, &Fcitx5SelectionPoll::look);
 }

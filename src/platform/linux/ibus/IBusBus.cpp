@@ -6,10 +6,8 @@
 #include <QDBusError>
 #include <QDBusMessage>
 #include <QMetaObject>
-#include <QMutexLocker>
 #include <QObject>
 
-#include <atomic>
 #include <chrono>
 #include <condition_variable>
 #include <mutex>
@@ -17,34 +15,16 @@
 
 namespace {
 
-// Lives as a child of the observer's context, so that IBus's signals arrive on
-// the context's thread and stop with it.
-class ChangeReceiver : public QObject
-{
-    Q_OBJECT
-public:
-    explicit ChangeReceiver(std::function<void(const QDBusMessage &)> callback)
-        : m_callback(std::move(callback))
-    {}
-
-public slots:
-    void receive(const QDBusMessage &message) { m_callback(message); }
-    // After a new connection.
-    void deliver() { m_callback(QDBusMessage()); }
-
-private:
-    std::function<void(const QDBusMessage &)> m_callback;
-};
-
 QString nextConnectionName()
 {
-    static std::atomic<int> counter = 0;
+    static int counter = 0;
     return QStringLiteral("tolvar-ibus-%1").arg(++counter);
 }
 
 } // namespace
 
-// One connection attempt, shared with the thread that makes it.
+// One connection attempt, shared by the bus's thread and the thread that makes
+// it: the lock guards what both touch.
 struct IBusBus::Attempt
 {
     QString address;
@@ -96,6 +76,9 @@ IBusBus::IBusBus(std::function<QString()> address, std::function<void()> sent)
 
 IBusBus::~IBusBus()
 {
+    // A connection made after this bus is gone would be kept by nobody.
+    if (m_attempt)
+        m_attempt->abandon();
     disconnect();
 }
 
@@ -113,13 +96,8 @@ QDBusMessage IBusBus::call(const QString &service, const QString &path, const QS
     if (reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::NoReply) {
         // A daemon that stopped answering would cost every later call its whole
         // wait: knock again before the next one.
-        const QMutexLocker locker(&m_mutex);
-        if (m_connectionName == bus->name()) {
-            disconnect();
-            m_availability = Availability::notAnswering;
-            m_failedAddress = m_connectedAddress;
-            m_retryAt = QDeadlineTimer(retryAfterMs);
-        }
+        disconnect();
+        m_availability = Availability::notAnswering;
     }
     return reply;
 }
@@ -127,7 +105,6 @@ QDBusMessage IBusBus::call(const QString &service, const QString &path, const QS
 IBusBus::Availability IBusBus::availability()
 {
     connection();
-    const QMutexLocker locker(&m_mutex);
     return m_availability;
 }
 
@@ -135,12 +112,9 @@ QObject *IBusBus::observe(QObject *context, std::function<void(const QDBusMessag
 {
     if (!context)
         return nullptr;
-    auto *receiver = new ChangeReceiver(std::move(callback));
-    receiver->moveToThread(context->thread());
-    receiver->setParent(context);
+    auto *receiver = new SignalReceiver(std::move(callback), context);
     const Subscription subscription{receiver};
     const std::optional<QDBusConnection> bus = connection();
-    const QMutexLocker locker(&m_mutex);
     m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
     m_subscriptions << subscription;
     // Without IBus now, the subscription waits for the connection to come.
@@ -149,29 +123,17 @@ QObject *IBusBus::observe(QObject *context, std::function<void(const QDBusMessag
 
 std::optional<QDBusConnection> IBusBus::connection()
 {
-    {
-        // A daemon that went away closed the connection; only then can its
-        // successor have published another address.
-        const QMutexLocker locker(&m_mutex);
-        if (!m_connectionName.isEmpty()) {
-            QDBusConnection current(m_connectionName);
-            if (current.isConnected()) {
-                m_availability = Availability::available;
-                return current;
-            }
-            disconnect();
-        }
-    }
-    const QString address = m_address();
-    const QMutexLocker locker(&m_mutex);
+    // A daemon that went away closed the connection; only then can its
+    // successor have published another address.
     if (!m_connectionName.isEmpty()) {
         QDBusConnection current(m_connectionName);
-        if (address == m_connectedAddress && current.isConnected()) {
+        if (current.isConnected()) {
             m_availability = Availability::available;
             return current;
         }
         disconnect();
     }
+    const QString address = m_address();
     if (m_attempt && m_attempt->address != address) {
         m_attempt->abandon();
         m_attempt.reset();
@@ -216,7 +178,7 @@ std::optional<QDBusConnection> IBusBus::adopt(const Attempt &attempt)
     m_subscriptions.removeIf([](const Subscription &s) { return s.receiver.isNull(); });
     for (const Subscription &subscription : std::as_const(m_subscriptions)) {
         attach(fresh, subscription);
-        QMetaObject::invokeMethod(subscription.receiver, "deliver", Qt::QueuedConnection);
+        QMetaObject::invokeMethod(subscription.receiver, &SignalReceiver::deliver, Qt::QueuedConnection);
     }
     return fresh;
 }
@@ -234,7 +196,7 @@ void IBusBus::disconnect()
 bool IBusBus::attach(const QDBusConnection &connection, const Subscription &subscription) const
 {
     QDBusConnection bus(connection);
-    QObject *receiver = subscription.receiver.data();
+    SignalReceiver *receiver = subscription.receiver.data();
     if (!receiver)
         return false;
     // Any sender: only IBus and its components speak on IBus's bus. One match
@@ -244,5 +206,3 @@ bool IBusBus::attach(const QDBusConnection &connection, const Subscription &subs
            && bus.connect(QString(), IBusNames::configPath, IBusNames::configInterface, QString(), receiver,
                           SLOT(receive(QDBusMessage)));
 }
-
-#include "IBusBus.moc"

@@ -1,17 +1,16 @@
 #pragma once
 
 #include "platform/input/InputSources.h"
+#include "platform/linux/dbus/SignalReceiver.h"
 
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDeadlineTimer>
 #include <QList>
-#include <QMutex>
 #include <QPointer>
 #include <QString>
 #include <QVariantList>
 
-#include <atomic>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -29,6 +28,8 @@ class QObject;
 // the process; later ones, made while an event loop may be turning, are waited
 // for at most reconnectPatienceMs and otherwise picked up by a later call.
 // A daemon that did not answer is not knocked at again for retryAfterMs.
+//
+// Made and used on one thread; only the connection attempt runs elsewhere.
 class IBusBus
 {
 public:
@@ -52,11 +53,11 @@ public:
     QDBusMessage call(const QString &service, const QString &path, const QString &interface, const QString &method,
                       const QVariantList &arguments = {}, int timeoutMs = callTimeoutMs);
 
-    // Calls `callback` on the thread of `context` with each of IBus's change
-    // signals (GlobalEngineChanged, RegistryChanged, the configuration's
-    // ValueChanged), and with an empty message after every new connection,
-    // until `context` is destroyed. The object the signals are posted to, or
-    // none when they cannot be.
+    // Calls `callback` with each of IBus's change signals (GlobalEngineChanged,
+    // RegistryChanged, the configuration's ValueChanged), and with an empty
+    // message after every new connection, until `context`, which lives on this
+    // thread, is destroyed. The object the signals are posted to, or none when
+    // they cannot be.
     QObject *observe(QObject *context, std::function<void(const QDBusMessage &)> callback);
 
     // Changes whenever the connection does: what was read before may no longer hold.
@@ -70,7 +71,7 @@ private:
 
     struct Subscription
     {
-        QPointer<QObject> receiver;
+        QPointer<SignalReceiver> receiver;
     };
 
     std::optional<QDBusConnection> connection();
@@ -80,7 +81,6 @@ private:
 
     std::function<QString()> m_address;
     std::function<void()> m_sent;
-    QMutex m_mutex;
     QString m_connectedAddress;
     QString m_connectionName;
     QList<Subscription> m_subscriptions;
@@ -89,5 +89,5 @@ private:
     QString m_failedAddress;
     QDeadlineTimer m_retryAt;
     bool m_attemptedBefore = false;
-    std::atomic<quint64> m_generation = 0;
+    quint64 m_generation = 0;
 };

@@ -32,6 +32,14 @@ InputSources forBackend(LinuxInputBackend::Kind kind)
 
 } // namespace
 
+// One thread: each service made here, and everything it makes for an observer
+// (D-Bus receivers, Fcitx5's polls, the X layout's notifier), lives on the
+// main thread, where it is first asked for, and is called only there; an
+// observer's context lives there too, and the observer is made as its child.
+// Nothing is moved between threads and nothing here locks. The one piece of
+// work sent elsewhere is IBus's connection attempt, on a thread of its own so
+// that a daemon that hangs holds up only that thread (IBusBus). QtDBus reads
+// the buses on its own thread and posts each signal to its receiver's.
 InputSources InputSources::live()
 {
     // Probed once, and one connection per process kept to the end: closing it

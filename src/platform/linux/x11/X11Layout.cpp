@@ -8,7 +8,6 @@
 
 #include <cstdlib>
 #include <memory>
-#include <mutex>
 
 namespace X11Layout {
 namespace {
@@ -76,13 +75,13 @@ std::optional<Display> connectToDisplay()
 }
 
 // One connection per process, kept: reading a root property is then a single
-// round trip, cheap enough to do at every look.
+// round trip, cheap enough to do at every look. Asked only on the main thread,
+// like the input sources that ask it.
 class Server
 {
 public:
     std::optional<QByteArray> rulesNames()
     {
-        const std::lock_guard<std::mutex> lock(m_mutex);
         const Xcb *x = Xcb::library();
         if (!x)
             return std::nullopt;
@@ -113,7 +112,6 @@ private:
         return true;
     }
 
-    std::mutex m_mutex;
     xcb_connection_t *m_connection = nullptr;
     xcb_window_t m_root = 0;
     xcb_atom_t m_atom = XCB_ATOM_NONE;
@@ -123,9 +121,9 @@ private:
 class DisplayNotifier : public QSocketNotifier
 {
 public:
-    // Made only once the library has given a connection.
-    explicit DisplayNotifier(xcb_connection_t *connection)
-        : QSocketNotifier(Xcb::library()->getFileDescriptor(connection), QSocketNotifier::Read)
+    // Made only once the library has given a connection, on the parent's thread.
+    DisplayNotifier(xcb_connection_t *connection, QObject *parent)
+        : QSocketNotifier(Xcb::library()->getFileDescriptor(connection), QSocketNotifier::Read, parent)
         , m_connection(connection)
     {}
     ~DisplayNotifier() override
@@ -215,9 +213,7 @@ bool observe(QObject *context, std::function<void()> callback)
     x->changeWindowAttributes(connection, display->root, XCB_CW_EVENT_MASK, &mask);
     x->flush(connection);
 
-    auto *notifier = new DisplayNotifier(connection);
-    notifier->moveToThread(context->thread());
-    notifier->setParent(context);
+    auto *notifier = new DisplayNotifier(connection, context);
     QObject::connect(notifier, &QSocketNotifier::activated, notifier,
                      [x, connection, notifier, atom = display->rulesNames, callback = std::move(callback)] {
                          bool changed = false;

@@ -41,9 +41,9 @@ bool apply(const Names &names);
 // What the server reports now; none when it cannot be asked.
 std::optional<Names> current();
 
-// Calls `callback` on the thread of `context` after each change of the
-// server's layout names, until `context` is destroyed; false when the server
-// cannot be reached. setxkbmap sends no other notice.
+// Calls `callback` after each change of the server's layout names, until
+// `context`, which lives on the calling thread, is destroyed; false when the
+// server cannot be reached. setxkbmap sends no other notice.
 bool observe(QObject *context, std::function<void()> callback);
 
 // Whether the server reports another layout or variant than `names` sets;
