@@ -146,9 +146,12 @@ int CLI::version(const CLIRequest &request)
         printDocument(AutomationResponse::version(CLIRequest::word(request.command), build).encoded());
         return 0;
     }
-    const QString version = build.version.value_or(L10n::text("cli.version.unknown"));
-    line(m_out, build.build ? L10n::text("cli.version.build").arg(version, QString::number(*build.build))
-                            : L10n::text("cli.version").arg(version));
+    if (!build.version)
+        line(m_out, L10n::text("cli.version.unknown"));
+    else if (build.build)
+        line(m_out, L10n::text("cli.version.build").arg(*build.version, QString::number(*build.build)));
+    else
+        line(m_out, L10n::text("cli.version").arg(*build.version));
     return 0;
 }
 

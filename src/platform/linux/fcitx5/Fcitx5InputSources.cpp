@@ -197,18 +197,22 @@ InputSources live()
 {
     const auto polls = std::make_shared<Polls>();
     InputSources sources{
-        [] { return describe(groupItems()); },
-        [](const QString &id) {
-            return groupItems().contains(id) ? describe(QStringList{id}) : QList<SourceProperties>();
-        },
-        currentID, [polls](const QString &id) { return selectIM(id, *polls); },
+        .enabled = [] { return describe(groupItems()); },
+        .matching =
+            [](const QString &id) {
+                return groupItems().contains(id) ? describe(QStringList{id}) : QList<SourceProperties>();
+            },
+        .currentID = currentID,
+        .select = [polls](const QString &id) { return selectIM(id, *polls); },
         // No system-wide secure entry: password fields are the applications' business.
-        [] { return false; },
-        [polls](QObject *context, std::function<void()> callback) { return polls->add(context, std::move(callback)); },
-        observeEnabled, QStringLiteral("fcitx5"),
+        .secureInput = [] { return false; },
+        .observeSelected = [polls](QObject *context,
+                                   std::function<void()> callback) { return polls->add(context, std::move(callback)); },
+        .observeEnabled = observeEnabled,
+        .backend = QStringLiteral("fcitx5"),
         // SetCurrentIM takes effect at once, whatever the method.
-        false};
-    sources.needSelected = [polls](bool needed) { polls->setNeeded(needed); };
+        .cjkvNeedsFocus = false,
+        .needSelected = [polls](bool needed) { polls->setNeeded(needed); }};
     return sources;
 }
 

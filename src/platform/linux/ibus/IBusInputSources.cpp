@@ -98,13 +98,17 @@ InputSources at(std::function<QString()> address, std::function<void()> sent)
             }) != nullptr;
         };
     };
-    InputSources sources{
-        [backend] { return enabled(*backend); }, [backend](const QString &id) { return matching(*backend, id); },
-        [backend] { return currentID(*backend); }, [backend](const QString &id) { return select(*backend, id); },
-        // IBus has no system-wide secure entry; password fields are the applications' business.
-        [] { return false; }, observe(isSelection), observe(isEnabledSet), QStringLiteral("ibus"),
-        // IBus applies every engine at SetGlobalEngine.
-        false};
+    InputSources sources{.enabled = [backend] { return enabled(*backend); },
+                         .matching = [backend](const QString &id) { return matching(*backend, id); },
+                         .currentID = [backend] { return currentID(*backend); },
+                         .select = [backend](const QString &id) { return select(*backend, id); },
+                         // IBus has no system-wide secure entry; password fields are the applications' business.
+                         .secureInput = [] { return false; },
+                         .observeSelected = observe(isSelection),
+                         .observeEnabled = observe(isEnabledSet),
+                         .backend = QStringLiteral("ibus"),
+                         // IBus applies every engine at SetGlobalEngine.
+                         .cjkvNeedsFocus = false};
     // A setxkbmap that replaced the engine's layout changes what currentID reads, with no word from IBus.
     sources.observeSelected = [observeEngine = sources.observeSelected](QObject *context,
                                                                         std::function<void()> callback) {
