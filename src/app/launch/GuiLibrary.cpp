@@ -1,6 +1,5 @@
 #include "app/launch/GuiLibrary.h"
 
-#include "core/l10n/L10n.h"
 #include "platform/ExecutableLocation.h"
 
 #include <QLibrary>
@@ -20,9 +19,7 @@ int run(Role role, int &argc, char **argv, const QString &focusIdentifier)
         return 1;
     }
     const QByteArray identifier = focusIdentifier.toUtf8();
-    const std::optional<QString> language = L10n::languageCode();
-    const QByteArray code = language.value_or(QString()).toUtf8();
-    return entry(int(role), &argc, argv, identifier.constData(), language ? code.constData() : nullptr);
+    return entry(int(role), &argc, argv, identifier.constData());
 }
 
 } // namespace GuiLibrary

@@ -10,7 +10,7 @@ namespace GuiLibrary {
 
 enum class Role : int { Window, Background, FocusHelper };
 
-using EntryPoint = int (*)(int role, int *argc, char **argv, const char *focusIdentifier, const char *language);
+using EntryPoint = int (*)(int role, int *argc, char **argv, const char *focusIdentifier);
 inline constexpr char entryPointName[] = "tolvarRunGraphical";
 
 // Loads the library and runs the role in it; 1, said on standard error, when
@@ -20,6 +20,4 @@ int run(Role role, int &argc, char **argv, const QString &focusIdentifier = {});
 } // namespace GuiLibrary
 
 // The library's one entry point, looked up by name, so under C linkage.
-// `language` is the display language's code, or null to follow the system.
-extern "C" Q_DECL_EXPORT int tolvarRunGraphical(int role, int *argc, char **argv, const char *focusIdentifier,
-                                                const char *language);
+extern "C" Q_DECL_EXPORT int tolvarRunGraphical(int role, int *argc, char **argv, const char *focusIdentifier);

@@ -1,16 +1,13 @@
 // The graphical library's side of GuiLibrary::run.
 #include "app/launch/GuiLibrary.h"
 #include "app/launch/Roles.h"
-#include "core/l10n/L10n.h"
 
 #include <type_traits>
 
 static_assert(std::is_same_v<decltype(&tolvarRunGraphical), GuiLibrary::EntryPoint>);
 
-extern "C" int tolvarRunGraphical(int role, int *argc, char **argv, const char *focusIdentifier, const char *language)
+extern "C" int tolvarRunGraphical(int role, int *argc, char **argv, const char *focusIdentifier)
 {
-    // The library holds its own copy of the layers below: the language is set here again.
-    L10n::setLanguageCode(language ? std::optional(QString::fromUtf8(language)) : std::nullopt);
     switch (GuiLibrary::Role(role)) {
     case GuiLibrary::Role::Window: return runGraphicalInstance(*argc, argv, true);
     case GuiLibrary::Role::Background: return runGraphicalInstance(*argc, argv, false);
