@@ -1,10 +1,8 @@
 // What the model refuses, what a failed write leaves, and which late answers it ignores.
 #include "app/model/AppModel.h"
-#include "core/engine/Enforcer.h"
 #include "core/l10n/L10n.h"
 
 #include "support/FakeAppWorld.h"
-#include "support/FakeEnforcementWorld.h"
 #include "support/ParamName.h"
 
 #include <QCoreApplication>
@@ -28,8 +26,10 @@ protected:
     }
     AppModel &model()
     {
-        if (!m_model)
-            m_model = std::make_unique<AppModel>(world.services(), &m_enforcer);
+        if (!m_model) {
+            m_model = std::make_unique<AppModel>(world.services());
+            m_model->start();
+        }
         return *m_model;
     }
     // Lets login work finish and its results arrive.
@@ -42,8 +42,6 @@ protected:
     QString warning(const char *key, const QString &detail) const { return L10n::text(key).arg(detail); }
 
     FakeAppWorld world;
-    FakeEnforcementWorld m_engineWorld;
-    Enforcer m_enforcer{m_engineWorld.dependencies()};
     std::unique_ptr<AppModel> m_model;
 };
 
@@ -52,7 +50,7 @@ TEST_F(AppModelTest, StaleCompletionsAreIgnored)
 {
     model().choose(german);
     world.config->enabled = false;
-    model().refresh();
+    model().refreshNow();
     EXPECT_EQ(world.calls.count("cancelSwitch"), 1);
     finishApply(0, QStringLiteral("orphaned"));
     EXPECT_FALSE(model().warning());
@@ -86,7 +84,6 @@ class AppModelStopTest : public AppModelTest, public testing::WithParamInterface
 TEST_P(AppModelStopTest, SwitchesNothingAndWritesAtMostOnce)
 {
     GetParam().arrange(world);
-    model().refresh();
     if (GetParam().inSetup)
         model().beginSetup();
     GetParam().act(model());
@@ -127,6 +124,7 @@ TEST_F(AppModelTest, SwitchWarningsLastUntilThePinnedSourceIsCurrent)
     model().receiveAutomaticOutcome(SwitchOutcome::success());
     EXPECT_FALSE(model().warning()) << "the pinned source is current";
     world.current = world.sources.at(1);
+    model().refresh(); // as the engine does before it reports
     model().receiveAutomaticOutcome(SwitchOutcome::failed(LocalizedText("enf.timeout")));
     model().receiveAutomaticOutcome(SwitchOutcome::success());
     EXPECT_TRUE(model().warning()) << "another source is current";

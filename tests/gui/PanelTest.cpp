@@ -27,7 +27,7 @@
 
 namespace {
 
-// A world, a preview model and a shown panel over them.
+// A world, a started model and a shown panel over them.
 class PanelTest : public testing::Test
 {
 protected:
@@ -41,6 +41,7 @@ protected:
     }
     static void settle()
     {
+        QThreadPool::globalInstance()->waitForDone();
         for (int turn = 0; turn < 3; ++turn)
             QCoreApplication::processEvents();
     }
@@ -102,7 +103,7 @@ TEST_F(PanelTest, TrayItemFollowsTheModel)
     const QImage keeping = tray.icon()->icon().pixmap(22).toImage();
     EXPECT_TRUE(tray.menu()->actions().at(1)->isEnabled());
     world.config = Config{};
-    model->refresh();
+    model->refreshNow();
     tray.refresh();
     EXPECT_NE(tray.icon()->icon().pixmap(22).toImage(), keeping);
     EXPECT_FALSE(tray.menu()->actions().at(1)->isEnabled());
@@ -188,6 +189,7 @@ const auto failed = [](FakeAppWorld &w, AppModel &m) {
 };
 const auto secure = [](FakeAppWorld &w, AppModel &m) {
     w.secure = true;
+    m.refresh(); // as the engine does before it reports
     m.receiveAutomaticOutcome(SwitchOutcome::secureInput());
 };
 const auto missing = [](FakeAppWorld &w, AppModel &m) {

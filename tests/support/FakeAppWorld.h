@@ -3,6 +3,7 @@
 #include "app/model/AppServices.h"
 
 #include <QStringList>
+#include <QThreadPool>
 
 #include <atomic>
 #include <vector>
@@ -50,6 +51,23 @@ struct FakeAppWorld
         };
         s.choices = [this] { return noted("choices", sources); };
         s.current = [this] { return noted("current", current); };
+        s.secureInput = [this] { return noted("secureInput", secure); };
+        s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
+        s.availability = [this] { return noted("availability", availability); };
+        s.framework = QStringLiteral("IBus");
+        keeperAndLogin(s);
+        return s;
+    }
+
+    // A keeper that records what it is asked, and a login item in memory.
+    void keeperAndLogin(AppServices &s)
+    {
+        s.startKeeper = [this](std::function<void()>, AppServices::Completion) { noted("startKeeper", 0); };
+        s.apply = [this](AppServices::Completion completion) {
+            applies.push_back(noted("apply", std::move(completion)));
+        };
+        s.isSwitching = [this] { return noted("isSwitching", false); };
+        s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
         s.loginEnabled = [this] { return login.load(); };
         s.setLogin = [this](bool on) -> Expected<void> {
             if (loginError)
@@ -57,15 +75,8 @@ struct FakeAppWorld
             login = on;
             return {};
         };
-        s.apply = [this](AppServices::Completion completion) {
-            applies.push_back(noted("apply", std::move(completion)));
-        };
-        s.secureInput = [this] { return noted("secureInput", secure); };
-        s.isSwitching = [this] { return noted("isSwitching", false); };
-        s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
-        s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
-        s.availability = [this] { return availability; };
-        s.framework = QStringLiteral("IBus");
-        return s;
+        s.background = [](std::function<void()> work) { QThreadPool::globalInstance()->start(std::move(work)); };
+        s.openKeyboardSettings = [this] { return noted("openKeyboardSettings", true); };
+        s.openAddress = [this](const QUrl &) { noted("openAddress", 0); };
     }
 };
