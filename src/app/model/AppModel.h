@@ -67,8 +67,6 @@ public:
 
     // The last configuration read said setup was never completed.
     bool needsOnboarding() const { return m_needsOnboarding; }
-    // Why the last configuration write failed; cleared by the next one that works.
-    const std::optional<QString> &saveErrorDetail() const { return m_saveErrorDetail; }
 
     std::optional<QString> pinnedName() const;
     std::optional<QString> setupSourceName() const;
@@ -164,6 +162,7 @@ private:
     std::optional<bool> m_setupLoginRequested;
 
     bool m_needsOnboarding = false;
+    // Why the last configuration write failed; cleared by the next one that works.
     std::optional<QString> m_saveErrorDetail;
     std::optional<SwitchWarning> m_manualWarning;
     std::optional<SwitchWarning> m_automaticWarning;
