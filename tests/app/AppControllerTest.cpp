@@ -4,10 +4,8 @@
 #include "app/model/AppModel.h"
 #include "app/tray/DropDownPlacement.h"
 #include "core/config/ConfigStore.h"
-#include "core/engine/Enforcer.h"
 
 #include "support/FakeAppWorld.h"
-#include "support/FakeEnforcementWorld.h"
 
 #include <QWidget>
 
@@ -22,9 +20,7 @@ namespace {
 TEST(AppControllerTest, ALockFailureIsShownAndEndsTheInstance)
 {
     FakeAppWorld world;
-    FakeEnforcementWorld engineWorld;
-    Enforcer enforcer{engineWorld.dependencies()};
-    AppModel model{world.services(), &enforcer};
+    AppModel model{world.services()};
     QStringList alerts;
     const auto unexpected = [](auto &&...) {
         ADD_FAILURE() << "an instance that ends neither posts, listens nor waits for a tray";

@@ -32,7 +32,8 @@ protected:
             answer = std::move(done);
         };
         page = std::make_unique<AboutPage>(
-            new UpdateViewModel(UpdateChecker::make(info, QStringLiteral("6.1.0"), loader), state), true);
+            new UpdateViewModel(UpdateChecker::make(info, QStringLiteral("6.1.0"), loader), state),
+            [](const QUrl &) {});
         page->setFixedWidth(320);
         page->show();
         QCoreApplication::processEvents();

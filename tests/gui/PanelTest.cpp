@@ -8,17 +8,22 @@
 #include "app/ui/rows/SourceEmptyState.h"
 #include "app/ui/rows/SourceList.h"
 #include "app/ui/rows/SourceRow.h"
+#include "core/config/ConfigStore.h"
 #include "core/l10n/L10n.h"
 #include "core/sources/SourcesAvailability.h"
 
 #include "support/FakeAppWorld.h"
+#include "support/FakeInputSources.h"
+#include "support/FakeNotifications.h"
 #include "support/OpenPanel.h"
 #include "support/ParamName.h"
 
 #include <QAccessible>
+#include <QDir>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSystemTrayIcon>
+#include <QTemporaryDir>
 #include <QTest>
 #include <QThreadPool>
 #include <QToolButton>
@@ -27,7 +32,7 @@
 
 namespace {
 
-// A world, a preview model and a shown panel over them.
+// A world, a started model and a shown panel over them.
 class PanelTest : public testing::Test
 {
 protected:
@@ -41,6 +46,7 @@ protected:
     }
     static void settle()
     {
+        QThreadPool::globalInstance()->waitForDone();
         for (int turn = 0; turn < 3; ++turn)
             QCoreApplication::processEvents();
     }
@@ -75,25 +81,6 @@ const char *const german = "source-xkb:de::deu";
 const char *const hangul = "source-hangul";
 const Config hangulKept{QStringLiteral("hangul"), true, std::nullopt, true};
 
-TEST_F(PanelTest, PickingASourcePinsItAndFollowingTheSystemPauses)
-{
-    open();
-    click(german);
-    EXPECT_EQ(world.config, (Config{QStringLiteral("xkb:de::deu"), true, std::nullopt, true}));
-    EXPECT_EQ(world.calls.count(QStringLiteral("apply")), 1);
-    const auto accessible = [this](const char *row) { return QAccessible::queryAccessibleInterface(find(row)); };
-    EXPECT_EQ(accessible(german)->text(QAccessible::Value), QStringLiteral("Pinned source"));
-    EXPECT_EQ(accessible("source-xkb:us::eng")->text(QAccessible::Value), QStringLiteral("Current"));
-    EXPECT_EQ(accessible(german)->childCount(), 0) << "a row reads as one element";
-
-    click(Identifier::followSystem);
-    EXPECT_FALSE(world.config->enabled);
-    EXPECT_FALSE(find<SourceRow>(german)->isSelected());
-    click(hangul);
-    EXPECT_EQ(world.config, hangulKept);
-    EXPECT_TRUE(find<SourceRow>(hangul)->isSelected());
-}
-
 // Paused, the tray icon is dimmed; with nothing pinned, there is nothing to pause or resume.
 TEST_F(PanelTest, TrayItemFollowsTheModel)
 {
@@ -102,7 +89,7 @@ TEST_F(PanelTest, TrayItemFollowsTheModel)
     const QImage keeping = tray.icon()->icon().pixmap(22).toImage();
     EXPECT_TRUE(tray.menu()->actions().at(1)->isEnabled());
     world.config = Config{};
-    model->refresh();
+    model->refreshNow();
     tray.refresh();
     EXPECT_NE(tray.icon()->icon().pixmap(22).toImage(), keeping);
     EXPECT_FALSE(tray.menu()->actions().at(1)->isEnabled());
@@ -188,6 +175,7 @@ const auto failed = [](FakeAppWorld &w, AppModel &m) {
 };
 const auto secure = [](FakeAppWorld &w, AppModel &m) {
     w.secure = true;
+    m.refresh(); // as the engine does before it reports
     m.receiveAutomaticOutcome(SwitchOutcome::secureInput());
 };
 const auto missing = [](FakeAppWorld &w, AppModel &m) {
@@ -254,47 +242,102 @@ TEST_F(PanelTest, ChoosingALanguageKeepsItAndRetranslates)
     EXPECT_EQ(find<QAbstractButton>(Identifier::about)->text(), L10n::text("about.title"));
 }
 
-// What setup writes, first and when reopened: it starts from what is kept now,
-// and changes the login item only when asked.
-struct SetupRow
+// What the panel and setup write, on the live wiring: sources from a fake
+// port, config.json in a temporary folder, and the world's login item and
+// keeper, which ends a switch at once as the engine does for a layout. Setup
+// starts from what is kept now and changes the login item only when asked; a
+// failed save changes nothing and leaves setup open; no click reads the file twice.
+struct WriteRow
 {
     std::string name;
-    std::optional<bool> keeping; // none: the first run
+    std::optional<bool> keeping; // none: no file, the first run
     QList<const char *> clicks;
     std::optional<Config> written; // none: as before
+    int applies = 0;
     bool loginChanged = false;
+    bool saveFails = false;
 };
-using PanelSetupTest = PanelTable<SetupRow>;
+using PanelWriteTest = PanelTable<WriteRow>;
 
-TEST_P(PanelSetupTest, WritesWhatWasChosen)
+TEST_P(PanelWriteTest, WritesWhatWasChosenAndTellsTheKeeper)
 {
-    const SetupRow &row = GetParam();
-    if (row.keeping)
-        world.config->enabled = *row.keeping;
-    else
-        world.config.reset();
-    const std::optional<Config> before = world.config;
+    const WriteRow &row = GetParam();
+    const QTemporaryDir home;
+    const QString directory = home.filePath(QStringLiteral("tolvar")), lock = ConfigStore::lockFileIn(directory);
+    world.config->enabled = row.keeping.value_or(true);
+    ASSERT_TRUE(!row.keeping || ConfigStore::write(*world.config, directory).ok());
+    // Where the lock goes, a folder: the file can be read but not changed.
+    QFile::remove(lock);
+    ASSERT_TRUE(!row.saveFails || QDir().mkpath(lock));
+    const Config before = ConfigStore::loadFrom(directory).value();
+    FakeInputSources desktop;
+    for (const InputChoice &source : world.sources)
+        desktop.sources << FakeInputSources::keyboard(source.id, source.name);
+    FakeNotifications notifications;
+    AppServices services = AppServices::over(desktop.port(), directory, notifications.record());
+    int reads = 0;
+    services.load = [load = services.load, &reads] {
+        ++reads;
+        return load();
+    };
+    world.keeperAndLogin(services);
+    world.appliesAtOnce = SwitchOutcome::success();
     world.login = true;
     world.loginError = QStringLiteral("refused"); // any change shows
-    open();
-    for (const char *identifier : row.clicks)
+    openPanel(services, model, panel);
+    for (const char *identifier : row.clicks) {
+        settle();
+        reads = 0;
         click(identifier);
-    EXPECT_FALSE(model->showsOnboarding());
-    EXPECT_EQ(world.config, row.written ? row.written : before);
-    EXPECT_EQ(world.calls.count(QStringLiteral("apply")), row.written && row.written->enabled ? 1 : 0);
-    EXPECT_EQ(model->warning().value_or(QString()).contains(QStringLiteral("refused")), row.loginChanged);
+        EXPECT_LE(reads, 1) << identifier;
+    }
+
+    EXPECT_EQ(model->showsOnboarding(), row.saveFails && !row.keeping) << "a first run that could not save";
+    const Config kept = row.written.value_or(before);
+    EXPECT_EQ(ConfigStore::loadFrom(directory).value(), kept);
+    EXPECT_EQ(world.calls.count(QStringLiteral("apply")), row.applies);
+    const QString warning = model->warning().value_or(QString());
+    EXPECT_EQ(warning.contains(QStringLiteral("refused")), row.loginChanged);
+    EXPECT_EQ(warning.contains(QStringLiteral("config.lock")), row.saveFails);
+    if (kept.sourceID) {
+        const auto *pinned = QAccessible::queryAccessibleInterface(find(QStringLiteral("source-") + *kept.sourceID));
+        EXPECT_EQ(pinned->text(QAccessible::Value).startsWith(QStringLiteral("Pinned")), kept.enabled);
+        EXPECT_EQ(pinned->childCount(), 0) << "a row reads as one element";
+    }
 }
 
 const char *const next = Identifier::setupNext;
 const QList<const char *> reopen = {Identifier::settings, Identifier::setupReopen};
-const SetupRow setups[] = {
-    {"AsOffered", {}, {hangul, next, next}, hangulKept},
-    {"LoginOffAndOnAgain", {}, {hangul, next, Identifier::setupLogin, Identifier::setupLogin, next}, hangulKept, true},
-    {"NotKeptNow", {}, {hangul, next, Identifier::setupKeep, next}, Config{"hangul", false, {}, true}},
-    {"Reopened", true, reopen + QList{next, next}, Config{"xkb:us::eng", true, {}, true}},
-    {"ReopenedWhilePaused", false, reopen + QList{next, next}, {}},
-    {"ReopenedAndCancelled", true, reopen + QList{Identifier::setupSkip}, {}},
+const WriteRow writes[] = {
+    {"ChoosingPins",
+     true,
+     {german},
+     Config{.sourceID = "xkb:de::deu", .enabled = true, .onboardingCompleted = true},
+     1},
+    {"FollowingTheSystemPauses",
+     true,
+     {german, Identifier::followSystem},
+     Config{.sourceID = "xkb:de::deu", .enabled = false, .onboardingCompleted = true},
+     1},
+    {"ChoosingAgainResumes", true, {german, Identifier::followSystem, hangul}, hangulKept, 2},
+    {"FailedSaveLosesNothing", true, {german}, {}, 0, false, true},
+    {"SetupAsOffered", {}, {hangul, next, next}, hangulKept, 1},
+    {"SetupLoginOffAndOnAgain",
+     {},
+     {hangul, next, Identifier::setupLogin, Identifier::setupLogin, next},
+     hangulKept,
+     1,
+     true},
+    {"SetupFailedSave", {}, {hangul, next, next}, {}, 0, false, true},
+    {"SetupNotKeptNow",
+     {},
+     {hangul, next, Identifier::setupKeep, next},
+     Config{.sourceID = "hangul", .enabled = false, .onboardingCompleted = true}},
+    {"SetupReopened", true, reopen + QList{next, next},
+     Config{.sourceID = "xkb:us::eng", .enabled = true, .onboardingCompleted = true}, 1},
+    {"SetupReopenedWhilePaused", false, reopen + QList{next, next}, {}},
+    {"SetupReopenedAndCancelled", true, reopen + QList{Identifier::setupSkip}, {}},
 };
-INSTANTIATE_TEST_SUITE_P(Panel, PanelSetupTest, testing::ValuesIn(setups), ParamName());
+INSTANTIATE_TEST_SUITE_P(Panel, PanelWriteTest, testing::ValuesIn(writes), ParamName());
 
 } // namespace

@@ -3,17 +3,19 @@
 #include "app/model/AppServices.h"
 
 #include <QStringList>
+#include <QThreadPool>
 
 #include <atomic>
 #include <vector>
 
 // A scriptable world behind the services it hands out. The login item is used
-// on worker threads; everything else only on the main thread.
+// on worker threads; everything else only on the main thread. Neither the
+// keyboard settings nor the browser is expected.
 struct FakeAppWorld
 {
-    std::optional<Config> config = Config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true}; // none: no file
+    std::optional<Config> config = Config{
+        .sourceID = QStringLiteral("xkb:us::eng"), .enabled = true, .onboardingCompleted = true}; // none: no file
     bool unreadable = false;
-    std::optional<QString> writeError;
     QList<InputChoice> sources = {{QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")},
                                   {QStringLiteral("xkb:de::deu"), QStringLiteral("German")},
                                   {QStringLiteral("hangul"), QStringLiteral("Hangul")}};
@@ -22,6 +24,11 @@ struct FakeAppWorld
     InputSources::Availability availability = InputSources::Availability::available;
     std::atomic<bool> login = false;
     std::optional<QString> loginError;
+
+    // Set: the keeper ends a manual switch at once, as the engine does for a
+    // layout, having said first that the world changed.
+    std::optional<SwitchOutcome> appliesAtOnce;
+    std::function<void()> keeperUpdate;
 
     QStringList calls; // main-thread services, in call order
     std::vector<AppServices::Completion> applies;
@@ -41,8 +48,7 @@ struct FakeAppWorld
             return config.value_or(Config{});
         };
         s.updateConfig = [this](const ConfigStore::Edit &edit) -> Expected<Config> {
-            if (noted("update", writeError))
-                return Error::other(*writeError);
+            noted("update", 0);
             Config edited = config.value_or(Config{});
             edit(edited);
             config = edited;
@@ -50,6 +56,29 @@ struct FakeAppWorld
         };
         s.choices = [this] { return noted("choices", sources); };
         s.current = [this] { return noted("current", current); };
+        s.secureInput = [this] { return secure; };
+        s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
+        s.availability = [this] { return noted("availability", availability); };
+        s.framework = QStringLiteral("IBus");
+        keeperAndLogin(s);
+        return s;
+    }
+
+    // A keeper that records what it is asked, and a login item in memory.
+    void keeperAndLogin(AppServices &s)
+    {
+        s.startKeeper = [this](std::function<void()> onUpdate, AppServices::Completion) {
+            keeperUpdate = std::move(onUpdate);
+        };
+        s.apply = [this](AppServices::Completion completion) {
+            applies.push_back(noted("apply", completion));
+            if (appliesAtOnce) {
+                keeperUpdate();
+                completion(*appliesAtOnce);
+            }
+        };
+        s.isSwitching = [] { return false; };
+        s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
         s.loginEnabled = [this] { return login.load(); };
         s.setLogin = [this](bool on) -> Expected<void> {
             if (loginError)
@@ -57,15 +86,6 @@ struct FakeAppWorld
             login = on;
             return {};
         };
-        s.apply = [this](AppServices::Completion completion) {
-            applies.push_back(noted("apply", std::move(completion)));
-        };
-        s.secureInput = [this] { return noted("secureInput", secure); };
-        s.isSwitching = [this] { return noted("isSwitching", false); };
-        s.cancelSwitch = [this] { noted("cancelSwitch", 0); };
-        s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
-        s.availability = [this] { return availability; };
-        s.framework = QStringLiteral("IBus");
-        return s;
+        s.background = [](std::function<void()> work) { QThreadPool::globalInstance()->start(std::move(work)); };
     }
 };

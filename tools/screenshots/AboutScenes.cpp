@@ -17,7 +17,7 @@ QWidget *page(const AppBuildInfo &info, std::optional<State> state = std::nullop
 {
     // Never loads: the scenes set their state directly.
     const UpdateLoader none = [](const QNetworkRequest &, QObject *, auto) {};
-    return new AboutPage(new UpdateViewModel(UpdateChecker::make(info, QStringLiteral("6.1.0"), none), state), true);
+    return new AboutPage(new UpdateViewModel(UpdateChecker::make(info, QStringLiteral("6.1.0"), none), state), {});
 }
 
 ReleaseManifest release(std::optional<QString> notes)

@@ -3,25 +3,24 @@
 #include "Scene.h"
 
 #include "app/model/AppModel.h"
+#include "app/model/PreviewWorld.h"
 #include "app/panel/Panel.h"
 #include "app/ui/controls/SearchField.h"
 #include "app/ui/look/Identifiers.h"
-#include "core/engine/Enforcer.h"
 #include "core/l10n/L10n.h"
-#include "core/sources/SourceIcon.h"
 
 #include <QAbstractButton>
 #include <QLineEdit>
-#include <QThread>
 #include <QVBoxLayout>
 
 #include <memory>
 
 namespace {
 
-const QList<std::pair<InputChoice, QString>> &catalog()
+// The first `count` of thirty sources, as desktops name and draw them.
+QList<PreviewWorld::Source> sources(int count)
 {
-    static const QList<std::pair<InputChoice, QString>> all{
+    static const QList<PreviewWorld::Source> all{
         {{QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")}, QStringLiteral("EN")},
         {{QStringLiteral("hangul"), QStringLiteral("Korean (Hangul)")}, QStringLiteral("한")},
         {{QStringLiteral("anthy"), QStringLiteral("Japanese (Anthy)")}, QStringLiteral("あ")},
@@ -54,85 +53,18 @@ const QList<std::pair<InputChoice, QString>> &catalog()
         {{QStringLiteral("xkb:rs::srp"), QStringLiteral("Serbian")}, QStringLiteral("SR")},
         {{QStringLiteral("chewing"), QStringLiteral("中文 - 酷音")}, QStringLiteral("酷")},
     };
-    return all;
+    return all.mid(0, count);
 }
 
-// A desktop as one scene needs it; the model over it owns it.
-struct World
+// Five sources, a Korean one pinned, kept and current, and Tolvar opening at login.
+PreviewWorld standard()
 {
-    int sourceCount = 5;
-    std::optional<Config> config =
-        Config{.sourceID = QStringLiteral("hangul"), .enabled = true, .onboardingCompleted = true};
-    QString current = QStringLiteral("hangul");
-    bool login = true;
-    bool secure = false;
-    bool unreadable = false;
-    bool loginTakesAWhile = false;
-    // What a manual switch ends in; none leaves it running.
-    std::optional<SwitchOutcome> applyOutcome = SwitchOutcome::success();
-    // The language the picture is taken in, which the model would otherwise reset.
-    QString language;
-
-    QList<InputChoice> sources() const
-    {
-        QList<InputChoice> list;
-        for (int i = 0; i < sourceCount; ++i)
-            list << catalog().at(i).first;
-        return list;
-    }
-
-    AppServices services(const std::shared_ptr<World> &self) const
-    {
-        AppServices s;
-        s.load = [self]() -> Expected<Config> {
-            if (self->unreadable)
-                return Error::decode(QStringLiteral("not JSON"));
-            Config stored = self->config.value_or(Config{});
-            stored.language = self->language;
-            return stored;
-        };
-        s.save = [self](const Config &written) -> Expected<void> {
-            self->config = written;
-            return {};
-        };
-        s.choices = [self] { return self->sources(); };
-        s.current = [self] {
-            for (const InputChoice &choice : self->sources())
-                if (choice.id == self->current)
-                    return choice;
-            return InputChoice{};
-        };
-        s.loginEnabled = [self] { return self->login; };
-        s.setLogin = [self](bool on) -> Expected<void> {
-            // Long enough for the picture to be taken while it runs.
-            if (self->loginTakesAWhile)
-                QThread::msleep(1500);
-            self->login = on;
-            return {};
-        };
-        s.apply = [self](const AppServices::Completion &completion) {
-            if (self->applyOutcome)
-                completion(*self->applyOutcome);
-        };
-        s.secureInput = [self] { return self->secure; };
-        s.isSwitching = [] { return false; };
-        s.cancelSwitch = [] {};
-        s.sourceIcon = [](const QString &id) -> std::optional<QImage> {
-            for (const auto &[choice, symbol] : catalog())
-                if (choice.id == id)
-                    return SourceIcon::fromSymbol(symbol);
-            return std::nullopt;
-        };
-        return s;
-    }
-};
-
-// An engine that is never started: a model on it does its login work in the
-// background, as the running application does.
-Enforcer &idleEngine()
-{
-    static Enforcer engine{EnforcementDependencies{}};
-    return engine;
+    PreviewWorld world;
+    world.sources = sources(5);
+    world.config = Config{.sourceID = QStringLiteral("hangul"), .enabled = true, .onboardingCompleted = true};
+    world.current = QStringLiteral("hangul");
+    world.login = true;
+    return world;
 }
 
 struct Shot
@@ -140,25 +72,22 @@ struct Shot
     QWidget *holder;
     AppModel *model;
     Panel *panel;
-    std::shared_ptr<World> world;
+    std::shared_ptr<PreviewWorld> world;
 };
 
-using Prepare = std::function<void(AppModel &, World &)>;
+using Prepare = std::function<void(AppModel &, PreviewWorld &)>;
 
 // `prepare` runs before the panel exists, so that it opens on that state as a
 // person would find it, without the transitions that follow a change.
-Shot shot(const World &settings, const Prepare &prepare = {}, bool inWindow = false, int maximumHeight = 900)
+Shot shot(const PreviewWorld &settings, const Prepare &prepare = {}, bool inWindow = false, int maximumHeight = 900)
 {
-    auto world = std::make_shared<World>(settings);
+    auto world = std::make_shared<PreviewWorld>(settings);
+    // The model would otherwise set the language the configuration names.
     world->language = L10n::activeLanguage();
     auto *holder = new QWidget;
     holder->setAutoFillBackground(true);
-    auto *model = new AppModel(world->services(world), world->loginTakesAWhile ? &idleEngine() : nullptr, holder);
-    // The idle engine is never started.
-    if (model->isPreview())
-        model->start();
-    else
-        model->refresh();
+    auto *model = new AppModel(AppServices::preview(world), holder);
+    model->start();
     if (prepare)
         prepare(*model, *world);
     auto *panel = new Panel(*model, inWindow, maximumHeight, holder);
@@ -174,44 +103,44 @@ template <typename T = QAbstractButton> T *find(const Shot &shot, const char *id
     return shot.panel->findChild<T *>(QLatin1String(identifier));
 }
 
-QWidget *main(const World &world)
+QWidget *main(const PreviewWorld &world)
 {
     return shot(world).holder;
 }
 
-World with(std::function<void(World &)> change)
+PreviewWorld with(std::function<void(PreviewWorld &)> change)
 {
-    World world;
+    PreviewWorld world = standard();
     change(world);
     return world;
 }
 
-const Scene::Registration keeping("panel-keeping", [](const Scene::Context &) { return main({}); });
+const Scene::Registration keeping("panel-keeping", [](const Scene::Context &) { return main(standard()); });
 
 const Scene::Registration paused("panel-paused", [](const Scene::Context &) {
-    return main(with([](World &w) { w.config->enabled = false; }));
+    return main(with([](PreviewWorld &w) { w.config->enabled = false; }));
 });
 
 const Scene::Registration switching("panel-switching", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) { w.applyOutcome.reset(); }));
+    const Shot s = shot(with([](PreviewWorld &w) { w.applyOutcome.reset(); }));
     s.model->apply();
     return s.holder;
 });
 
 const Scene::Registration waiting("panel-waiting", [](const Scene::Context &) {
-    return main(with([](World &w) { w.current = QStringLiteral("xkb:us::eng"); }));
+    return main(with([](PreviewWorld &w) { w.current = QStringLiteral("xkb:us::eng"); }));
 });
 
 const Scene::Registration missing("panel-missing-source", [](const Scene::Context &) {
-    return main(with([](World &w) { w.config->sourceID = QStringLiteral("xkb:gone::ger"); }));
+    return main(with([](PreviewWorld &w) { w.config->sourceID = QStringLiteral("xkb:gone::ger"); }));
 });
 
 const Scene::Registration configError("panel-config-error", [](const Scene::Context &) {
-    return main(with([](World &w) { w.unreadable = true; }));
+    return main(with([](PreviewWorld &w) { w.unreadable = true; }));
 });
 
 const Scene::Registration retry("panel-warning-retry", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) {
+    const Shot s = shot(with([](PreviewWorld &w) {
         w.applyOutcome = SwitchOutcome::failed(LocalizedText("cli.err.im-silent", {QStringLiteral("IBus")}));
     }));
     s.model->apply();
@@ -219,7 +148,7 @@ const Scene::Registration retry("panel-warning-retry", [](const Scene::Context &
 });
 
 const Scene::Registration secure("panel-secure-input", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) {
+    const Shot s = shot(with([](PreviewWorld &w) {
         w.secure = true;
         w.current = QStringLiteral("xkb:us::eng");
     }));
@@ -227,22 +156,23 @@ const Scene::Registration secure("panel-secure-input", [](const Scene::Context &
     return s.holder;
 });
 
-const Scene::Registration three("panel-3-sources",
-                                [](const Scene::Context &) { return main(with([](World &w) { w.sourceCount = 3; })); });
+const Scene::Registration three("panel-3-sources", [](const Scene::Context &) {
+    return main(with([](PreviewWorld &w) { w.sources = sources(3); }));
+});
 
 const Scene::Registration thirty("panel-30-sources", [](const Scene::Context &) {
-    return main(with([](World &w) { w.sourceCount = 30; }));
+    return main(with([](PreviewWorld &w) { w.sources = sources(30); }));
 });
 
 const Scene::Registration noResults("panel-no-results", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) { w.sourceCount = 30; }));
+    const Shot s = shot(with([](PreviewWorld &w) { w.sources = sources(30); }));
     find<QLineEdit>(s, Identifier::sourceSearch)->setText(QStringLiteral("Klingon"));
     return s.holder;
 });
 
 const Scene::Registration overflow("panel-window-overflow", [](const Scene::Context &) {
-    World world;
-    world.sourceCount = 30;
+    PreviewWorld world = standard();
+    world.sources = sources(30);
     world.applyOutcome = SwitchOutcome::failed(LocalizedText("cli.err.im-silent", {QStringLiteral("IBus")}));
     const Shot s = shot(world, {}, true, 420);
     s.model->apply();
@@ -250,15 +180,16 @@ const Scene::Registration overflow("panel-window-overflow", [](const Scene::Cont
 });
 
 const Scene::Registration settings("settings", [](const Scene::Context &) {
-    const Shot s = shot({});
+    const Shot s = shot(standard());
     s.panel->openSettings();
     find(s, Identifier::keepingHelp)->click();
     return s.holder;
 });
 
 const Scene::Registration settingsBusy("settings-login-busy", [](const Scene::Context &) {
-    const Shot s = shot(with([](World &w) {
-        w.loginTakesAWhile = true;
+    const Shot s = shot(with([](PreviewWorld &w) {
+        // Long enough for the picture to be taken while it runs.
+        w.loginTakes = std::chrono::milliseconds(1500);
         w.current = QStringLiteral("xkb:gone::ger");
         w.config->sourceID = QStringLiteral("xkb:gone::ger");
     }));
@@ -268,13 +199,13 @@ const Scene::Registration settingsBusy("settings-login-busy", [](const Scene::Co
 });
 
 const Scene::Registration about("panel-about", [](const Scene::Context &) {
-    const Shot s = shot({});
+    const Shot s = shot(standard());
     s.panel->setPage(PanelPage::about);
     return s.holder;
 });
 
 const Scene::Registration setupChoose("setup-choose", [](const Scene::Context &) {
-    return shot(with([](World &w) {
+    return shot(with([](PreviewWorld &w) {
                w.config.reset();
                w.login = false;
            }))
@@ -282,20 +213,20 @@ const Scene::Registration setupChoose("setup-choose", [](const Scene::Context &)
 });
 
 const Scene::Registration setupChooseMany("setup-choose-30", [](const Scene::Context &) {
-    return shot(with([](World &w) {
+    return shot(with([](PreviewWorld &w) {
                     w.config.reset();
-                    w.sourceCount = 30;
+                    w.sources = sources(30);
                 }),
-                [](AppModel &model, World &) { model.setSetupSourceID(QStringLiteral("anthy")); })
+                [](AppModel &model, PreviewWorld &) { model.setSetupSourceID(QStringLiteral("anthy")); })
         .holder;
 });
 
 const Scene::Registration setupConfirm("setup-confirm", [](const Scene::Context &) {
-    return shot(with([](World &w) {
+    return shot(with([](PreviewWorld &w) {
                     w.config.reset();
                     w.login = false;
                 }),
-                [](AppModel &model, World &) {
+                [](AppModel &model, PreviewWorld &) {
                     model.setSetupSourceID(QStringLiteral("anthy"));
                     model.setSetupStep(1);
                 })
@@ -303,8 +234,8 @@ const Scene::Registration setupConfirm("setup-confirm", [](const Scene::Context 
 });
 
 const Scene::Registration setupReopened("setup-reopened-source-gone", [](const Scene::Context &) {
-    return shot(with([](World &w) { w.config->sourceID = QStringLiteral("xkb:gone::ger"); }),
-                [](AppModel &model, World &) {
+    return shot(with([](PreviewWorld &w) { w.config->sourceID = QStringLiteral("xkb:gone::ger"); }),
+                [](AppModel &model, PreviewWorld &) {
                     model.beginSetup();
                     model.setSetupStep(1);
                 })
@@ -312,11 +243,11 @@ const Scene::Registration setupReopened("setup-reopened-source-gone", [](const S
 });
 
 const Scene::Registration setupWindow("setup-window-config-error", [](const Scene::Context &) {
-    World world;
+    PreviewWorld world = standard();
     world.config.reset();
     return shot(
                world,
-               [](AppModel &model, World &w) {
+               [](AppModel &model, PreviewWorld &w) {
                    model.setSetupSourceID(QStringLiteral("hangul"));
                    // The file turned unreadable while the flow was open.
                    w.unreadable = true;

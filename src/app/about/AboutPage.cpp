@@ -11,7 +11,6 @@
 #include "platform/OperatingSystem.h"
 
 #include <QApplication>
-#include <QDesktopServices>
 #include <QGraphicsDropShadowEffect>
 #include <QHBoxLayout>
 #include <QPainter>
@@ -57,7 +56,7 @@ QString versionText(const AppBuildInfo &info)
 
 } // namespace
 
-AboutPage::AboutPage(UpdateViewModel *model, bool isPreview, QWidget *parent)
+AboutPage::AboutPage(UpdateViewModel *model, UpdateResultView::OpenURL open, QWidget *parent)
     : QWidget(parent)
     , m_model(model)
 {
@@ -66,7 +65,7 @@ AboutPage::AboutPage(UpdateViewModel *model, bool isPreview, QWidget *parent)
     column->setContentsMargins(0, 0, 0, 0);
     column->setSpacing(blockSpacing);
     column->addWidget(identityBlock());
-    column->addWidget(updateBox(isPreview));
+    column->addWidget(updateBox(std::move(open)));
 
     const AppBuildInfo &info = m_model->info();
     auto *requirements =
@@ -79,13 +78,6 @@ AboutPage::AboutPage(UpdateViewModel *model, bool isPreview, QWidget *parent)
 
     connect(m_model, &UpdateViewModel::stateChanged, this, &AboutPage::render);
     render();
-}
-
-AboutPage *AboutPage::live(QWidget *parent)
-{
-    auto *model = new UpdateViewModel(UpdateChecker::make(AppBuildInfo::current()));
-    auto *page = new AboutPage(model, false, parent);
-    return page;
 }
 
 QWidget *AboutPage::identityBlock()
@@ -124,7 +116,7 @@ QWidget *AboutPage::identityBlock()
     return block;
 }
 
-QWidget *AboutPage::updateBox(bool isPreview)
+QWidget *AboutPage::updateBox(UpdateResultView::OpenURL open)
 {
     auto *box = new Surface(boxRadius, std::nullopt, this);
     auto *column = new QVBoxLayout(box);
@@ -148,11 +140,7 @@ QWidget *AboutPage::updateBox(bool isPreview)
     row->addWidget(m_checkButton);
     column->addLayout(row);
 
-    const auto open = [isPreview](const QUrl &address) {
-        if (!isPreview)
-            QDesktopServices::openUrl(address);
-    };
-    m_result = new UpdateResultView(open, box);
+    m_result = new UpdateResultView(std::move(open), box);
     m_result->setContentsMargins(resultIndent, 0, 0, 0);
     column->addWidget(m_result);
 

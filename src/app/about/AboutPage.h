@@ -13,12 +13,8 @@ class UpdateViewModel;
 class AboutPage : public QWidget
 {
 public:
-    // The page takes `model` as its child. In a preview nothing is opened.
-    AboutPage(UpdateViewModel *model, bool isPreview, QWidget *parent = nullptr);
-
-    // The page of the running application: its own build data, the system's
-    // version and the network loader; release pages open in the browser.
-    static AboutPage *live(QWidget *parent = nullptr);
+    // The page takes `model` as its child; release pages go to `open`.
+    AboutPage(UpdateViewModel *model, UpdateResultView::OpenURL open, QWidget *parent = nullptr);
 
     UpdateViewModel *model() const { return m_model; }
 
@@ -34,7 +30,7 @@ protected:
 
 private:
     QWidget *identityBlock();
-    QWidget *updateBox(bool isPreview);
+    QWidget *updateBox(UpdateResultView::OpenURL open);
     void render();
 
     UpdateViewModel *m_model;

@@ -73,11 +73,9 @@ AppController::Launch AppController::launch(bool openWindowOnLaunch)
             m_editMenu->retitle();
     });
 
-    if (!m_model.isPreview()) {
-        // Queued: a request from outside may arrive in the middle of anything.
-        m_dependencies.notifications.observe(ConfigStore::openWindow, this,
-                                             [this] { QTimer::singleShot(0, this, &AppController::showWindow); });
-    }
+    // Queued: a request from outside may arrive in the middle of anything.
+    m_dependencies.notifications.observe(ConfigStore::openWindow, this,
+                                         [this] { QTimer::singleShot(0, this, &AppController::showWindow); });
     m_dependencies.trayHost.whenPresent(this, [this] { createTrayIcon(); });
     if (openWindowOnLaunch)
         showWindow();
@@ -86,8 +84,6 @@ AppController::Launch AppController::launch(bool openWindowOnLaunch)
 
 AppController::Launch AppController::adoptExistingInstance()
 {
-    if (m_model.isPreview())
-        return Launch::Running;
     const Expected<bool> acquired = m_dependencies.acquireLock();
     if (!acquired) {
         m_dependencies.alert(L10n::text("app.lock-failed").arg(L10n::describe(acquired.error())));

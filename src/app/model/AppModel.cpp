@@ -5,72 +5,94 @@
 #include "core/l10n/L10n.h"
 #include "core/sources/SourcesAvailability.h"
 
-AppModel::AppModel(AppServices services, Enforcer *enforcer, QObject *parent)
+#include <utility>
+
+AppModel::AppModel(AppServices services, QObject *parent)
     : QObject(parent)
     , m_services(std::move(services))
-    , m_enforcer(enforcer)
     , m_currentSourceIcon(TrayImage::image())
 {}
 
 AppModel &AppModel::shared()
 {
     // Lives as long as the process, like the engine it drives.
-    static AppModel *instance = new AppModel(AppServices::live(Enforcer::shared()), &Enforcer::shared());
+    static AppModel *instance = new AppModel(AppServices::live(Enforcer::shared()));
     return *instance;
 }
 
-template <typename T> void AppModel::assign(T &field, const T &value, void (AppModel::*signal)())
+template <typename T> bool AppModel::assign(T &field, const T &value)
 {
     if (field == value)
-        return;
+        return false;
     field = value;
-    emit(this->*signal)();
     announce();
+    return true;
 }
 
 // Images are compared by identity: the same cached image is no change.
-template <> void AppModel::assign(QImage &field, const QImage &value, void (AppModel::*signal)())
+template <> bool AppModel::assign(QImage &field, const QImage &value)
 {
     if (field.cacheKey() == value.cacheKey())
-        return;
+        return false;
     field = value;
-    emit(this->*signal)();
     announce();
+    return true;
+}
+
+void AppModel::refresh()
+{
+    m_refreshOwed = true;
+    endTurnLater();
 }
 
 void AppModel::announce()
 {
-    // A refresh changes many properties at once; views hear of it once.
-    if (m_announcing)
+    m_changeOwed = true;
+    endTurnLater();
+}
+
+void AppModel::endTurnLater()
+{
+    if (m_turnEndQueued)
         return;
-    m_announcing = true;
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-            m_announcing = false;
-            emit changed();
-        },
-        Qt::QueuedConnection);
+    m_turnEndQueued = true;
+    QMetaObject::invokeMethod(this, &AppModel::endTurn, Qt::QueuedConnection);
+}
+
+void AppModel::endTurn()
+{
+    // One action asks for several readings, and changes many values at once:
+    // the desktop is asked once, and views hear of it once, with its answer.
+    catchUp();
+    m_turnEndQueued = false;
+    if (std::exchange(m_changeOwed, false))
+        emit changed();
+}
+
+void AppModel::catchUp()
+{
+    if (m_refreshOwed)
+        refreshNow();
 }
 
 void AppModel::setSetupStep(int step)
 {
-    assign(m_setupStep, step, &AppModel::setupStepChanged);
+    assign(m_setupStep, step);
 }
 
 void AppModel::setSetupSourceID(const std::optional<QString> &id)
 {
-    assign(m_setupSourceID, id, &AppModel::setupSourceIDChanged);
+    assign(m_setupSourceID, id);
 }
 
 void AppModel::setSetupKeepEnabled(bool keep)
 {
-    assign(m_setupKeepEnabled, keep, &AppModel::setupKeepEnabledChanged);
+    assign(m_setupKeepEnabled, keep);
 }
 
 void AppModel::setSetupLoginRequested(const std::optional<bool> &login)
 {
-    assign(m_setupLoginRequested, login, &AppModel::setupLoginRequestedChanged);
+    assign(m_setupLoginRequested, login);
 }
 
 namespace {
@@ -157,29 +179,11 @@ std::optional<QString> AppModel::SwitchWarning::message() const
     return outcome.warning();
 }
 
-void AppModel::refresh()
+void AppModel::refreshNow()
 {
-    const std::optional<QString> oldPinnedID = m_pinnedID;
-    const bool wasEnabled = m_enabled;
+    m_refreshOwed = false;
     const QString oldCurrentID = m_currentID;
-
-    if (const Expected<Config> config = m_services.load()) {
-        m_needsOnboarding = !config->onboardingCompleted;
-        const std::optional<QString> language = L10n::normalized(config->language);
-        L10n::setLanguageCode(language);
-        assign(m_language, language, &AppModel::languageChanged);
-        assign(m_pinnedID, config->sourceID, &AppModel::pinnedIDChanged);
-        assign(m_enabled, config->enabled, &AppModel::enabledChanged);
-        assign(m_configError, false, &AppModel::configErrorChanged);
-    } else {
-        assign(m_configError, true, &AppModel::configErrorChanged);
-        assign(m_enabled, false, &AppModel::enabledChanged);
-    }
-
-    if (m_pinnedID != oldPinnedID || m_enabled != wasEnabled || m_configError)
-        orphanManualSwitch();
-    if (wasEnabled && !m_enabled)
-        m_services.cancelSwitch();
+    adopt(m_services.load());
 
     if (const InputSources::Availability availability = m_services.availability(); availability != m_availability) {
         m_availability = availability;
@@ -193,35 +197,50 @@ void AppModel::refresh()
     m_artworkSourceIDs.insert(current.id);
     if (choices != m_sources) {
         m_sourceArtwork.clear();
-        assign(m_sources, choices, &AppModel::sourcesChanged);
+        assign(m_sources, choices);
     } else {
         m_sourceArtwork.removeIf([this](const auto &entry) { return !m_artworkSourceIDs.contains(entry.key()); });
     }
 
-    assign(m_currentName, current.name, &AppModel::currentNameChanged);
-    assign(m_currentID, current.id, &AppModel::currentIDChanged);
-    assign(m_currentSourceIcon, sourceIcon(m_currentID), &AppModel::currentSourceIconChanged);
-    assign(m_secureInput, m_services.secureInput(), &AppModel::secureInputChanged);
-    assign(m_automaticSwitching, m_services.isSwitching(), &AppModel::automaticSwitchingChanged);
+    assign(m_currentName, current.name);
+    assign(m_currentID, current.id);
+    assign(m_currentSourceIcon, sourceIcon(m_currentID));
+    assign(m_secureInput, m_services.secureInput());
+    assign(m_automaticSwitching, m_services.isSwitching());
 
     if (m_currentID != oldCurrentID && m_pinnedID == m_currentID)
         clearWarnings();
-    if (!m_secureInput) {
-        const auto isSecure = [](const std::optional<SwitchWarning> &w) {
-            return w && w->outcome.kind() == SwitchOutcome::Kind::SecureInput;
-        };
-        if (isSecure(m_manualWarning))
-            m_manualWarning.reset();
-        if (isSecure(m_automaticWarning))
-            m_automaticWarning.reset();
-    }
     publishWarning();
+}
+
+void AppModel::adopt(const Expected<Config> &config)
+{
+    const std::optional<QString> oldPinnedID = m_pinnedID;
+    const bool wasEnabled = m_enabled;
+    if (config) {
+        m_needsOnboarding = !config->onboardingCompleted;
+        const std::optional<QString> language = L10n::normalized(config->language);
+        L10n::setLanguageCode(language);
+        if (assign(m_language, language))
+            emit languageChanged();
+        assign(m_pinnedID, config->sourceID);
+        assign(m_enabled, config->enabled);
+        assign(m_configError, false);
+    } else {
+        assign(m_configError, true);
+        assign(m_enabled, false);
+    }
+
+    if (m_pinnedID != oldPinnedID || m_enabled != wasEnabled || m_configError)
+        orphanManualSwitch();
+    if (wasEnabled && !m_enabled)
+        m_services.cancelSwitch();
 }
 
 void AppModel::orphanManualSwitch()
 {
     ++m_request;
-    assign(m_switching, false, &AppModel::switchingChanged);
+    assign(m_switching, false);
     clearWarnings();
 }
 
@@ -235,7 +254,16 @@ void AppModel::clearWarnings()
 
 void AppModel::publishWarning()
 {
-    assign(m_warning, composedWarning(), &AppModel::warningChanged);
+    if (!m_secureInput) {
+        const auto isSecure = [](const std::optional<SwitchWarning> &w) {
+            return w && w->outcome.kind() == SwitchOutcome::Kind::SecureInput;
+        };
+        if (isSecure(m_manualWarning))
+            m_manualWarning.reset();
+        if (isSecure(m_automaticWarning))
+            m_automaticWarning.reset();
+    }
+    assign(m_warning, composedWarning());
 }
 
 std::optional<QString> AppModel::composedWarning() const
@@ -265,4 +293,4 @@ std::optional<QString> AppModel::composedWarning() const
 }
 
 // The operations in AppModelActions.cpp assign these.
-template void AppModel::assign(bool &, const bool &, void (AppModel::*)());
+template bool AppModel::assign(bool &, const bool &);

@@ -14,17 +14,17 @@
 
 #include <optional>
 
-class Enforcer;
-
 // The graphical instance's one observable model. It mirrors the configuration,
 // the current input source, the engine's activity and the login item, and
 // carries out every action of the panel and the setup flow.
 //
 // What a view may rely on:
-// - Every property below has its own change signal, emitted only when the
-//   value really changed; `changed()` follows any change once per turn of the
-//   event loop, and the derived values (pinnedName, canRetrySwitch,
-//   runtimeState...) are recomputed on each read, so redraw on `changed()`.
+// - `changed()` follows any change once per turn of the event loop, and the
+//   derived values (pinnedName, canRetrySwitch, runtimeState...) are
+//   recomputed on each read, so redraw on `changed()`.
+// - The configuration and the desktop are read at most once per turn, however
+//   many asked: an action works on what the view showed, adopts what it wrote,
+//   and the fresh reading follows before the views hear of the change.
 // - All of it lives on the main thread. Operations may be called in any
 //   state: each checks its own conditions and does nothing when they fail.
 // - Failures never throw or pop up: they end in `warning` (one or more lines).
@@ -32,32 +32,9 @@ class Enforcer;
 class AppModel : public QObject
 {
     Q_OBJECT
-    Q_PROPERTY(QList<InputChoice> sources READ sources NOTIFY sourcesChanged)
-    Q_PROPERTY(QString currentName READ currentName NOTIFY currentNameChanged)
-    Q_PROPERTY(QString currentID READ currentID NOTIFY currentIDChanged)
-    Q_PROPERTY(QImage currentSourceIcon READ currentSourceIcon NOTIFY currentSourceIconChanged)
-    Q_PROPERTY(std::optional<QString> pinnedID READ pinnedID NOTIFY pinnedIDChanged)
-    Q_PROPERTY(bool enabled READ enabled NOTIFY enabledChanged)
-    Q_PROPERTY(bool loginEnabled READ loginEnabled NOTIFY loginEnabledChanged)
-    Q_PROPERTY(bool loginBusy READ loginBusy NOTIFY loginBusyChanged)
-    Q_PROPERTY(bool switching READ switching NOTIFY switchingChanged)
-    Q_PROPERTY(std::optional<QString> language READ language NOTIFY languageChanged)
-    Q_PROPERTY(std::optional<QString> warning READ warning NOTIFY warningChanged)
-    Q_PROPERTY(bool secureInput READ secureInput NOTIFY secureInputChanged)
-    Q_PROPERTY(bool automaticSwitching READ automaticSwitching NOTIFY automaticSwitchingChanged)
-    Q_PROPERTY(bool configError READ configError NOTIFY configErrorChanged)
-    Q_PROPERTY(bool showsOnboarding READ showsOnboarding NOTIFY showsOnboardingChanged)
-    Q_PROPERTY(int setupStep READ setupStep WRITE setSetupStep NOTIFY setupStepChanged)
-    Q_PROPERTY(
-        std::optional<QString> setupSourceID READ setupSourceID WRITE setSetupSourceID NOTIFY setupSourceIDChanged)
-    Q_PROPERTY(bool setupKeepEnabled READ setupKeepEnabled WRITE setSetupKeepEnabled NOTIFY setupKeepEnabledChanged)
-    Q_PROPERTY(std::optional<bool> setupLoginRequested READ setupLoginRequested WRITE setSetupLoginRequested NOTIFY
-                   setupLoginRequestedChanged)
 
 public:
-    // A live model switches through `enforcer`; without one it is a preview,
-    // which never starts an engine and does its login work at once.
-    AppModel(AppServices services, Enforcer *enforcer, QObject *parent = nullptr);
+    explicit AppModel(AppServices services, QObject *parent = nullptr);
     // The process's model, on live services and the shared engine.
     static AppModel &shared();
 
@@ -90,9 +67,6 @@ public:
 
     // The last configuration read said setup was never completed.
     bool needsOnboarding() const { return m_needsOnboarding; }
-    bool isPreview() const { return m_enforcer == nullptr; }
-    // Why the last configuration write failed; cleared by the next one that works.
-    const std::optional<QString> &saveErrorDetail() const { return m_saveErrorDetail; }
 
     std::optional<QString> pinnedName() const;
     std::optional<QString> setupSourceName() const;
@@ -104,10 +78,13 @@ public:
     // The menu-bar image for a source, fetched once and kept until invalidateArtwork().
     QImage sourceIcon(const QString &id);
 
-public slots:
-    // Once, at launch: hooks up and starts the engine, reads everything, opens setup when due.
+    // Once, at launch: reads everything, opens setup when due, then starts the keeper.
     void start();
+    // Asks for the configuration and the desktop to be read again, once, at the end of this turn.
     void refresh();
+    // Reads them now, for a caller that looks at the answer before the turn
+    // ends (the launch, a test); a refresh asked for earlier is met by it.
+    void refreshNow();
     void refreshLogin();
     void beginSetup();
     void choose(const QString &id);
@@ -122,28 +99,13 @@ public slots:
     void apply();
     // An outcome of a switch the engine started by itself.
     void receiveAutomaticOutcome(const SwitchOutcome &outcome);
+    void openKeyboardSettings();
+    void openAddress(const QUrl &address);
 
 signals:
     void changed();
-    void sourcesChanged();
-    void currentNameChanged();
-    void currentIDChanged();
-    void currentSourceIconChanged();
-    void pinnedIDChanged();
-    void enabledChanged();
-    void loginEnabledChanged();
-    void loginBusyChanged();
-    void switchingChanged();
+    // Emitted at once, before the views redraw, so that menus can retitle themselves.
     void languageChanged();
-    void warningChanged();
-    void secureInputChanged();
-    void automaticSwitchingChanged();
-    void configErrorChanged();
-    void showsOnboardingChanged();
-    void setupStepChanged();
-    void setupSourceIDChanged();
-    void setupKeepEnabledChanged();
-    void setupLoginRequestedChanged();
 
 private:
     struct SwitchWarning
@@ -158,9 +120,14 @@ private:
         std::optional<QString> error;
     };
 
-    template <typename T> void assign(T &field, const T &value, void (AppModel::*signal)());
+    template <typename T> bool assign(T &field, const T &value);
     void announce();
-    // Writes the configuration; on failure records why, refreshes and says false.
+    void endTurnLater();
+    void endTurn();
+    void catchUp();
+    // Takes in a configuration record, read or just written.
+    void adopt(const Expected<Config> &config);
+    // Writes the configuration and adopts the result; on failure records why and says false.
     bool writeConfig(const std::function<void(Config &)> &edit);
     void orphanManualSwitch();
     void clearWarnings();
@@ -168,9 +135,10 @@ private:
     std::optional<QString> composedWarning() const;
     void finishManualSwitch(qint64 token, const QString &target, const SwitchOutcome &outcome);
     void deliverLogin(const LoginResult &result);
+    template <typename Result>
+    void inBackground(std::function<Result()> work, std::function<void(AppModel &, Result)> deliver);
 
     AppServices m_services;
-    Enforcer *m_enforcer;
 
     QList<InputChoice> m_sources;
     QString m_currentName;
@@ -194,6 +162,7 @@ private:
     std::optional<bool> m_setupLoginRequested;
 
     bool m_needsOnboarding = false;
+    // Why the last configuration write failed; cleared by the next one that works.
     std::optional<QString> m_saveErrorDetail;
     std::optional<SwitchWarning> m_manualWarning;
     std::optional<SwitchWarning> m_automaticWarning;
@@ -203,5 +172,8 @@ private:
     qint64 m_loginRefresh = 0;
     QHash<QString, QImage> m_sourceArtwork;
     QSet<QString> m_artworkSourceIDs;
-    bool m_announcing = false;
+    // What the end of this turn owes: a reading, a change signal.
+    bool m_turnEndQueued = false;
+    bool m_refreshOwed = false;
+    bool m_changeOwed = false;
 };

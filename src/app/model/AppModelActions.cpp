@@ -1,22 +1,19 @@
-// What the panel and the setup flow ask the model to do.
+// What the panel and the setup flow ask the model to do. Each works on what
+// the views show, adopts what it wrote, and asks for at most one reading.
 #include "app/model/AppModel.h"
 
-#include "core/engine/Enforcer.h"
 #include "core/l10n/L10n.h"
 
 #include <QCoreApplication>
 #include <QPointer>
-#include <QThreadPool>
 
-namespace {
-
-// Runs `work` on a worker thread and hands its result to `deliver` on the main
-// thread, unless the model is gone by then.
+// Runs `work` through the services' background and hands its result to
+// `deliver` on the main thread, unless the model is gone by then.
 template <typename Result>
-void inBackground(AppModel *model, std::function<Result()> work, std::function<void(AppModel &, Result)> deliver)
+void AppModel::inBackground(std::function<Result()> work, std::function<void(AppModel &, Result)> deliver)
 {
-    QPointer<AppModel> weak(model);
-    QThreadPool::globalInstance()->start([weak, work = std::move(work), deliver = std::move(deliver)]() mutable {
+    QPointer<AppModel> weak(this);
+    m_services.background([weak, work = std::move(work), deliver = std::move(deliver)]() mutable {
         Result result = work();
         QMetaObject::invokeMethod(
             QCoreApplication::instance(),
@@ -28,89 +25,68 @@ void inBackground(AppModel *model, std::function<Result()> work, std::function<v
     });
 }
 
-} // namespace
-
 void AppModel::start()
 {
-    if (m_enforcer) {
-        QPointer<AppModel> weak(this);
-        m_enforcer->setOnUpdate([weak] {
-            if (weak)
-                weak->refresh();
-        });
-        m_enforcer->setOnAutomaticOutcome([weak](const SwitchOutcome &outcome) {
-            if (weak)
-                weak->receiveAutomaticOutcome(outcome);
-        });
-        m_enforcer->start();
-    }
-    refresh();
+    // Read at once: whether setup opens depends on it.
+    refreshNow();
     refreshLogin();
     if (m_needsOnboarding && !m_configError)
         beginSetup();
-    if (m_enforcer && m_enabled) {
-        refresh();
-        m_enforcer->enforce(SwitchOrigin::Automatic);
-    }
+    QPointer<AppModel> weak(this);
+    m_services.startKeeper(
+        [weak] {
+            if (weak)
+                weak->refresh();
+        },
+        [weak](const SwitchOutcome &outcome) {
+            if (weak)
+                weak->receiveAutomaticOutcome(outcome);
+        });
 }
 
 void AppModel::refreshLogin()
 {
     if (m_loginBusy)
         return;
-    if (isPreview()) {
-        assign(m_loginEnabled, m_services.loginEnabled(), &AppModel::loginEnabledChanged);
-        return;
-    }
     const qint64 generation = ++m_loginRefresh;
-    inBackground<bool>(this, m_services.loginEnabled, [generation](AppModel &model, bool enabled) {
+    inBackground<bool>(m_services.loginEnabled, [generation](AppModel &model, bool enabled) {
         if (!model.m_loginBusy && model.m_loginRefresh == generation)
-            model.assign(model.m_loginEnabled, enabled, &AppModel::loginEnabledChanged);
+            model.assign(model.m_loginEnabled, enabled);
     });
 }
 
 void AppModel::beginSetup()
 {
-    refresh();
     if (m_configError)
         return;
     setSetupStep(0);
     setSetupSourceID(m_pinnedID);
     setSetupKeepEnabled(m_pinnedID ? m_enabled : true);
     setSetupLoginRequested(std::nullopt);
-    assign(m_showsOnboarding, true, &AppModel::showsOnboardingChanged);
+    assign(m_showsOnboarding, true);
     refreshLogin();
 }
 
 bool AppModel::writeConfig(const std::function<void(Config &)> &edit)
 {
-    std::optional<Error> failure;
-    if (m_services.updateConfig) {
-        const Expected<Config> updated = m_services.updateConfig([&edit](Config &config) -> Expected<void> {
-            edit(config);
-            return {};
-        });
-        if (!updated)
-            failure = updated.error();
-    } else if (Expected<Config> loaded = m_services.load(); !loaded) {
-        failure = loaded.error();
-    } else {
-        edit(loaded.value());
-        if (const Expected<void> saved = m_services.save(loaded.value()); !saved)
-            failure = saved.error();
-    }
-    if (failure) {
-        m_saveErrorDetail = L10n::describe(*failure);
-        refresh();
+    const Expected<Config> written = m_services.updateConfig([&edit](Config &config) -> Expected<void> {
+        edit(config);
+        return {};
+    });
+    refresh();
+    if (!written) {
+        m_saveErrorDetail = L10n::describe(written.error());
+        publishWarning();
         return false;
     }
     m_saveErrorDetail.reset();
+    adopt(written);
+    publishWarning();
     return true;
 }
 
 void AppModel::choose(const QString &id)
 {
-    refresh();
     const bool listed =
         std::any_of(m_sources.cbegin(), m_sources.cend(), [&id](const InputChoice &choice) { return choice.id == id; });
     if (!listed || m_configError)
@@ -120,39 +96,32 @@ void AppModel::choose(const QString &id)
             config.enabled = true;
         }))
         return;
-    refresh();
     apply();
 }
 
 void AppModel::setEnabled(bool on)
 {
-    if (on) {
-        refresh();
-        if (!pinnedName() || m_configError)
-            return;
-    }
+    if (on && (!pinnedName() || m_configError))
+        return;
     const bool wasEnabled = m_enabled;
     if (!writeConfig([on](Config &config) { config.enabled = on; }))
         return;
-    refresh();
     if (on) {
         apply();
         return;
     }
-    ++m_request;
-    assign(m_switching, false, &AppModel::switchingChanged);
-    clearWarnings();
-    // Had it been on, the refresh would already have cancelled on seeing it go off.
-    if (!wasEnabled)
+    // Had it been on, adopting the record has stopped the manual switch already.
+    if (!wasEnabled) {
+        orphanManualSwitch();
         m_services.cancelSwitch();
-    refresh();
+        publishWarning();
+    }
 }
 
 void AppModel::setLanguage(const std::optional<QString> &code)
 {
     const std::optional<QString> language = L10n::normalized(code);
-    if (writeConfig([&language](Config &config) { config.language = language; }))
-        refresh();
+    writeConfig([&language](Config &config) { config.language = language; });
 }
 
 void AppModel::invalidateArtwork()
@@ -166,20 +135,14 @@ void AppModel::skipSetup()
 {
     if (!m_showsOnboarding || m_loginBusy)
         return;
-    if (m_needsOnboarding) {
-        if (!writeConfig([](Config &config) { config.onboardingCompleted = true; }))
-            return;
-        refresh();
-    }
-    assign(m_showsOnboarding, false, &AppModel::showsOnboardingChanged);
+    if (m_needsOnboarding && !writeConfig([](Config &config) { config.onboardingCompleted = true; }))
+        return;
+    assign(m_showsOnboarding, false);
 }
 
 void AppModel::finishSetup()
 {
-    if (!m_showsOnboarding)
-        return;
-    refresh();
-    if (!canFinishSetup() || !m_setupSourceID)
+    if (!m_showsOnboarding || !canFinishSetup() || !m_setupSourceID)
         return;
     const QString id = *m_setupSourceID;
     const bool keep = m_setupKeepEnabled;
@@ -190,10 +153,9 @@ void AppModel::finishSetup()
             config.onboardingCompleted = true;
         }))
         return;
-    refresh();
     ++m_request;
-    assign(m_switching, false, &AppModel::switchingChanged);
-    assign(m_showsOnboarding, false, &AppModel::showsOnboardingChanged);
+    assign(m_switching, false);
+    assign(m_showsOnboarding, false);
     if (keep)
         apply();
     if (login)
@@ -204,7 +166,7 @@ void AppModel::setLogin(bool on)
 {
     if (m_loginBusy)
         return;
-    assign(m_loginBusy, true, &AppModel::loginBusyChanged);
+    assign(m_loginBusy, true);
     ++m_loginRefresh;
     m_loginErrorDetail.reset();
     std::function<LoginResult()> work = [services = m_services, on] {
@@ -214,21 +176,17 @@ void AppModel::setLogin(bool on)
         result.enabled = services.loginEnabled();
         return result;
     };
-    if (isPreview()) {
-        deliverLogin(work());
-        return;
-    }
-    inBackground<LoginResult>(this, std::move(work),
+    inBackground<LoginResult>(std::move(work),
                               [](AppModel &model, const LoginResult &result) { model.deliverLogin(result); });
 }
 
 void AppModel::deliverLogin(const LoginResult &result)
 {
-    assign(m_loginEnabled, result.enabled, &AppModel::loginEnabledChanged);
-    assign(m_loginBusy, false, &AppModel::loginBusyChanged);
+    assign(m_loginEnabled, result.enabled);
+    assign(m_loginBusy, false);
     if (result.error)
         m_loginErrorDetail = result.error;
-    refresh();
+    publishWarning();
 }
 
 void AppModel::apply()
@@ -238,8 +196,10 @@ void AppModel::apply()
     const qint64 token = ++m_request;
     const QString target = *m_pinnedID;
     clearWarnings();
-    assign(m_switching, true, &AppModel::switchingChanged);
+    assign(m_switching, true);
     publishWarning();
+    // Asked before the switch starts, so that a switch done at once is read together with it.
+    refresh();
     QPointer<AppModel> weak(this);
     m_services.apply([weak, token, target](const SwitchOutcome &outcome) {
         if (weak)
@@ -251,21 +211,23 @@ void AppModel::finishManualSwitch(qint64 token, const QString &target, const Swi
 {
     if (token != m_request)
         return;
-    refresh();
+    // Judged against the world the switch left, when a reading is due.
+    catchUp();
     if (token != m_request || m_pinnedID != target)
         return;
-    assign(m_switching, false, &AppModel::switchingChanged);
+    assign(m_switching, false);
     if (outcome.kind() == SwitchOutcome::Kind::Success)
         m_manualWarning.reset();
     else
         m_manualWarning = SwitchWarning{target, outcome};
     announce();
-    refresh();
+    publishWarning();
 }
 
 void AppModel::receiveAutomaticOutcome(const SwitchOutcome &outcome)
 {
-    refresh();
+    // The engine has said the world changed before telling how its switch ended.
+    catchUp();
     if (!m_enabled || !m_pinnedID || m_configError || outcome.isBusy())
         return;
     if (outcome.kind() == SwitchOutcome::Kind::Success) {
@@ -275,5 +237,15 @@ void AppModel::receiveAutomaticOutcome(const SwitchOutcome &outcome)
         m_automaticWarning = SwitchWarning{*m_pinnedID, outcome};
         announce();
     }
-    refresh();
+    publishWarning();
+}
+
+void AppModel::openKeyboardSettings()
+{
+    m_services.openKeyboardSettings();
+}
+
+void AppModel::openAddress(const QUrl &address)
+{
+    m_services.openAddress(address);
 }

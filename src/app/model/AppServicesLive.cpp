@@ -6,16 +6,15 @@
 #include "core/sources/Catalog.h"
 #include "core/sources/SourcesAvailability.h"
 #include "platform/ExecutableLocation.h"
-#include "platform/input/InputSources.h"
+#include "platform/input/KeyboardSettings.h"
+
+#include <QDesktopServices>
+#include <QThreadPool>
 
 AppServices AppServices::live(Enforcer &enforcer)
 {
-    const InputSources system = InputSources::live();
-    AppServices s;
-    s.load = [] { return ConfigStore::load(); };
-    s.save = [](const Config &config) { return ConfigStore::save(config); };
-    s.choices = [system] { return Catalog::choices(system); };
-    s.current = [system] { return Catalog::current(system); };
+    AppServices s = over(InputSources::live(), ConfigStore::directory(), Notifications::live());
+    s.keepWith(enforcer);
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
     s.setLogin = [](bool on) -> Expected<void> {
         if (!on)
@@ -26,11 +25,23 @@ AppServices AppServices::live(Enforcer &enforcer)
             return Error::other(L10n::text("warn.no-executable"));
         return Agent::controller().install(executable, false);
     };
-    s.apply = [&enforcer](Completion completion) { enforcer.enforce(SwitchOrigin::Manual, std::move(completion)); };
-    s.updateConfig = [](const ConfigStore::Edit &edit) { return ConfigStore::mutate(ConfigStore::directory(), edit); };
+    s.background = [](std::function<void()> work) { QThreadPool::globalInstance()->start(std::move(work)); };
+    s.openKeyboardSettings = KeyboardSettings::live().open;
+    s.openAddress = [](const QUrl &address) { QDesktopServices::openUrl(address); };
+    return s;
+}
+
+AppServices AppServices::over(const InputSources &system, const QString &configDirectory,
+                              const Notifications &notifications)
+{
+    AppServices s;
+    s.load = [configDirectory] { return ConfigStore::loadFrom(configDirectory); };
+    s.updateConfig = [configDirectory, notifications](const ConfigStore::Edit &edit) {
+        return ConfigStore::mutate(configDirectory, edit, notifications);
+    };
+    s.choices = [system] { return Catalog::choices(system); };
+    s.current = [system] { return Catalog::current(system); };
     s.secureInput = system.secureInput;
-    s.isSwitching = [&enforcer] { return enforcer.isSwitching(); };
-    s.cancelSwitch = [&enforcer] { enforcer.cancelManualRequests(); };
     s.sourceIcon = [system](const QString &id) -> std::optional<QImage> {
         const std::optional<Source> source = Catalog::find(id, system);
         return source ? source->icon() : std::nullopt;
@@ -38,4 +49,17 @@ AppServices AppServices::live(Enforcer &enforcer)
     s.availability = system.availability;
     s.framework = SourcesAvailability::frameworkName(system.backend);
     return s;
+}
+
+void AppServices::keepWith(Enforcer &enforcer)
+{
+    startKeeper = [&enforcer](std::function<void()> onUpdate, Completion onAutomaticOutcome) {
+        enforcer.setOnUpdate(std::move(onUpdate));
+        enforcer.setOnAutomaticOutcome(std::move(onAutomaticOutcome));
+        enforcer.start();
+        enforcer.enforce(SwitchOrigin::Automatic);
+    };
+    apply = [&enforcer](Completion completion) { enforcer.enforce(SwitchOrigin::Manual, std::move(completion)); };
+    isSwitching = [&enforcer] { return enforcer.isSwitching(); };
+    cancelSwitch = [&enforcer] { enforcer.cancelManualRequests(); };
 }

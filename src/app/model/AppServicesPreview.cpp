@@ -1,69 +1,78 @@
-// A world in memory for screenshots: the model behaves as on a desktop with a
-// few layouts and input methods, and nothing outside the process is touched.
+// The application model on a desktop held in memory, for screenshots: its
+// configuration in memory, a keeper that does nothing, the login item at once.
+// Nothing outside the process is touched.
 #include "app/model/AppServices.h"
+#include "app/model/PreviewWorld.h"
 #include "core/sources/SourceIcon.h"
 
-#include <QHash>
-
-#include <memory>
+#include <QThread>
+#include <QThreadPool>
 
 namespace {
 
-struct PreviewWorld
+const PreviewWorld::Source *find(const PreviewWorld &world, const QString &id)
 {
-    QList<InputChoice> sources = {
-        {QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")},
-        {QStringLiteral("xkb:de::deu"), QStringLiteral("German")},
-        {QStringLiteral("hangul"), QStringLiteral("Korean (Hangul)")},
-        {QStringLiteral("anthy"), QStringLiteral("Japanese (Anthy)")},
-        {QStringLiteral("libpinyin"), QStringLiteral("Chinese (Pinyin)")},
-    };
-    QHash<QString, QString> symbols = {
-        {QStringLiteral("xkb:us::eng"), QStringLiteral("EN")}, {QStringLiteral("xkb:de::deu"), QStringLiteral("DE")},
-        {QStringLiteral("hangul"), QStringLiteral("한")},      {QStringLiteral("anthy"), QStringLiteral("あ")},
-        {QStringLiteral("libpinyin"), QStringLiteral("拼")},
-    };
-    Config config{QStringLiteral("hangul"), true, std::nullopt, true};
-    QString current = QStringLiteral("hangul");
-    bool login = true;
-
-    InputChoice currentChoice() const
-    {
-        for (const InputChoice &choice : sources) {
-            if (choice.id == current)
-                return choice;
-        }
-        return {};
+    for (const PreviewWorld::Source &source : world.sources) {
+        if (source.choice.id == id)
+            return &source;
     }
-};
+    return nullptr;
+}
 
 } // namespace
 
-AppServices AppServices::preview()
+AppServices AppServices::preview(const std::shared_ptr<PreviewWorld> &world)
 {
-    const auto world = std::make_shared<PreviewWorld>();
     AppServices s;
-    s.load = [world]() -> Expected<Config> { return world->config; };
-    s.save = [world](const Config &config) -> Expected<void> {
-        world->config = config;
-        return {};
+    s.load = [world]() -> Expected<Config> {
+        if (world->unreadable)
+            return Error::decode(QStringLiteral("not JSON"));
+        Config stored = world->config.value_or(Config{});
+        stored.language = world->language;
+        return stored;
     };
-    s.choices = [world] { return world->sources; };
-    s.current = [world] { return world->currentChoice(); };
+    s.updateConfig = [world](const ConfigStore::Edit &edit) -> Expected<Config> {
+        Config stored = world->config.value_or(Config{});
+        if (const Expected<void> edited = edit(stored); !edited)
+            return edited.error();
+        world->config = stored;
+        return stored;
+    };
+    s.choices = [world] {
+        QList<InputChoice> choices;
+        for (const PreviewWorld::Source &source : world->sources)
+            choices << source.choice;
+        return choices;
+    };
+    s.current = [world] {
+        const PreviewWorld::Source *source = find(*world, world->current);
+        return source ? source->choice : InputChoice{};
+    };
+    s.secureInput = [world] { return world->secure; };
+    s.sourceIcon = [world](const QString &id) -> std::optional<QImage> {
+        const PreviewWorld::Source *source = find(*world, id);
+        return source ? SourceIcon::fromSymbol(source->symbol) : std::nullopt;
+    };
+    s.startKeeper = [](std::function<void()>, Completion) {};
+    s.apply = [world](const Completion &completion) {
+        if (world->applyOutcome)
+            completion(*world->applyOutcome);
+    };
+    s.isSwitching = [] { return false; };
+    s.cancelSwitch = [] {};
     s.loginEnabled = [world] { return world->login; };
     s.setLogin = [world](bool on) -> Expected<void> {
+        QThread::msleep(static_cast<unsigned long>(world->loginTakes.count()));
         world->login = on;
         return {};
     };
-    // Switches at once, as a quick engine would.
-    s.apply = [world](const Completion &completion) {
-        if (world->config.sourceID)
-            world->current = *world->config.sourceID;
-        completion(SwitchOutcome::success());
+    s.background = [world](std::function<void()> work) {
+        if (world->loginTakes.count() > 0)
+            QThreadPool::globalInstance()->start(std::move(work));
+        else
+            work();
     };
-    s.secureInput = [] { return false; };
-    s.isSwitching = [] { return false; };
-    s.cancelSwitch = [] {};
-    s.sourceIcon = [world](const QString &id) { return SourceIcon::fromSymbol(world->symbols.value(id)); };
+    s.openKeyboardSettings = [] { return true; };
+    s.openAddress = [](const QUrl &) {};
     return s;
 }

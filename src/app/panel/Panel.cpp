@@ -64,7 +64,6 @@ Panel::Panel(AppModel &model, bool inWindow, int maximumHeight, QWidget *parent)
     , m_model(model)
     , m_inWindow(inWindow)
     , m_maximumHeight(maximumHeight)
-    , m_keyboard(KeyboardSettings::live())
 {
     if (inWindow)
         m_material = new WindowMaterial(this);
@@ -114,11 +113,6 @@ void Panel::openSettings()
     setPage(PanelPage::settings);
 }
 
-void Panel::setKeyboardSettings(KeyboardSettings settings)
-{
-    m_keyboard = std::move(settings);
-}
-
 void Panel::setScreenHeight(int height)
 {
     if (m_screenHeight == height)
@@ -131,12 +125,6 @@ int Panel::scrollHeight() const
 {
     const int available = qMin(m_screenHeight.value_or(m_maximumHeight), m_maximumHeight);
     return qMax(available - (m_inWindow ? reservedHeaderWindow : reservedHeaderDropDown), 1);
-}
-
-void Panel::openKeyboardSettings()
-{
-    if (!m_model.isPreview() && m_keyboard.open)
-        m_keyboard.open();
 }
 
 QWidget *Panel::padded(QWidget *content)
@@ -183,10 +171,11 @@ void Panel::buildPages()
     m_aboutFrame = m_setupFrame = m_header = nullptr;
     m_setupView = nullptr;
     m_setupHeader = nullptr;
-    m_main = new MainPage(m_model, [this] { openKeyboardSettings(); });
+    m_main = new MainPage(m_model, [this] { m_model.openKeyboardSettings(); });
     m_main->setQuery(query);
     m_mainFrame = padded(m_main);
-    m_settings = new SettingsPage(m_model, {[this] { openKeyboardSettings(); }, [this] { setPage(PanelPage::about); }});
+    m_settings =
+        new SettingsPage(m_model, {[this] { m_model.openKeyboardSettings(); }, [this] { setPage(PanelPage::about); }});
     m_settingsFrame = padded(m_settings);
 }
 
@@ -254,7 +243,7 @@ void Panel::showContent()
     QWidget *frame = nullptr;
     if (m_showingSetup) {
         if (!m_setupFrame) {
-            m_setupView = new OnboardingView(m_model, [this] { openKeyboardSettings(); });
+            m_setupView = new OnboardingView(m_model, [this] { m_model.openKeyboardSettings(); });
             m_setupFrame = padded(m_setupView);
         }
         frame = m_setupFrame;
@@ -264,11 +253,9 @@ void Panel::showContent()
         frame = m_settingsFrame;
     } else {
         if (!m_aboutFrame) {
-            // Made once, when first shown; a preview never reaches the network on its own.
-            m_aboutFrame =
-                padded(m_model.isPreview()
-                           ? new AboutPage(new UpdateViewModel(UpdateChecker::make(AppBuildInfo::current())), true)
-                           : AboutPage::live());
+            // Made once, when first shown.
+            m_aboutFrame = padded(new AboutPage(new UpdateViewModel(UpdateChecker::make(AppBuildInfo::current())),
+                                                [this](const QUrl &address) { m_model.openAddress(address); }));
         }
         frame = m_aboutFrame;
     }

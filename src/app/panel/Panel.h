@@ -1,7 +1,6 @@
 #pragma once
 
 #include "app/panel/PanelPage.h"
-#include "platform/input/KeyboardSettings.h"
 
 #include <QWidget>
 
@@ -31,8 +30,6 @@ public:
     // As the gear and Ctrl+comma do: the login state afresh, then the settings.
     void openSettings();
 
-    // Where the keyboard settings open; the system's own unless replaced.
-    void setKeyboardSettings(KeyboardSettings settings);
     // The usable height of the panel's screen, as the screen probe reports it.
     void setScreenHeight(int height);
     std::optional<int> screenHeight() const { return m_screenHeight; }
@@ -57,7 +54,6 @@ private:
     void showContent();
     void scheduleFit();
     void fit();
-    void openKeyboardSettings();
     QWidget *padded(QWidget *content);
     QString identity() const;
 
@@ -66,7 +62,6 @@ private:
     int m_maximumHeight;
     PanelPage m_page = PanelPage::main;
     std::optional<int> m_screenHeight;
-    KeyboardSettings m_keyboard;
 
     WindowMaterial *m_material = nullptr;
     QVBoxLayout *m_headerBox;
