@@ -1,6 +1,13 @@
 // Tolvar's view of the shell's input sources, on the session bus. The shell
 // keeps the only true record of the current source, and nothing outside it
 // can switch: this object reads it, switches it and passes on its changes.
+//
+// An ES module, loaded as is by GNOME 45 and later. The build turns a copy
+// into a script for GNOME 43 and 44 (see CMakeLists.txt), which accepts only
+// the import and export forms used here.
+import Gio from 'gi://Gio';
+import GLib from 'gi://GLib';
+
 const busName = 'app.tolvar.InputSources';
 const objectPath = '/app/tolvar/InputSources';
 const interfaceXml = `
@@ -28,7 +35,7 @@ function sourceId(source) {
     return source ? `${source.type}:${source.id}` : '';
 }
 
-class InputSourcesService {
+export class InputSourcesService {
     // Undoes its own start when that fails, so the caller holds either a
     // running service or nothing.
     constructor(manager) {
@@ -42,8 +49,8 @@ class InputSourcesService {
             this._signals.push(manager.connect('current-source-changed', () => this._currentChanged()));
             this._signals.push(manager.connect('sources-changed', () => this._object.emit_signal('SourcesChanged', null)));
             // Owned last, so that whoever sees the name finds the object answering.
-            // Without a flag to give way, a name held elsewhere puts this one in
-            // line for it.
+            // Asked for with no flags, a name held elsewhere comes to this one
+            // when it is let go.
             this._nameId = Gio.bus_own_name_on_connection(Gio.DBus.session, busName,
                 Gio.BusNameOwnerFlags.NONE, () => this._nameAcquired(), () => this._nameLost());
         } catch (error) {
