@@ -1,6 +1,13 @@
 // Tolvar's view of the shell's input sources, on the session bus. The shell
 // keeps the only true record of the current source, and nothing outside it
 // can switch: this object reads it, switches it and passes on its changes.
+//
+// An ES module, loaded as is by GNOME 45 and later. The build turns a copy
+// into a script for GNOME 43 and 44 (see CMakeLists.txt), which accepts only
+// the import and export forms used here.
+import Gio from 'gi://Gio';
+import GLib from 'gi://GLib';
+
 const busName = 'app.tolvar.InputSources';
 const objectPath = '/app/tolvar/InputSources';
 const interfaceXml = `
@@ -28,25 +35,59 @@ function sourceId(source) {
     return source ? `${source.type}:${source.id}` : '';
 }
 
-class InputSourcesService {
+export class InputSourcesService {
+    // Undoes its own start when that fails, so the caller holds either a
+    // running service or nothing.
     constructor(manager) {
         this._manager = manager;
         this._current = sourceId(manager.currentSource);
+        this._signals = [];
+        this._nameId = 0;
         this._object = Gio.DBusExportedObject.wrapJSObject(interfaceXml, this);
-        this._object.export(Gio.DBus.session, objectPath);
-        this._signals = [
-            manager.connect('current-source-changed', () => this._currentChanged()),
-            manager.connect('sources-changed', () => this._object.emit_signal('SourcesChanged', null)),
-        ];
-        // Owned last, so that whoever sees the name finds the object answering.
-        this._nameId = Gio.bus_own_name_on_connection(Gio.DBus.session, busName,
-            Gio.BusNameOwnerFlags.NONE, null, null);
+        try {
+            this._object.export(Gio.DBus.session, objectPath);
+            this._signals.push(manager.connect('current-source-changed', () => this._currentChanged()));
+            this._signals.push(manager.connect('sources-changed', () => this._object.emit_signal('SourcesChanged', null)));
+            // Owned last, so that whoever sees the name finds the object answering.
+            // Asked for with no flags, a name held elsewhere comes to this one
+            // when it is let go.
+            this._nameId = Gio.bus_own_name_on_connection(Gio.DBus.session, busName,
+                Gio.BusNameOwnerFlags.NONE, () => this._nameAcquired(), () => this._nameLost());
+        } catch (error) {
+            this.destroy();
+            throw error;
+        }
     }
 
     destroy() {
-        Gio.bus_unown_name(this._nameId);
-        this._signals.forEach(id => this._manager.disconnect(id));
-        this._object.unexport();
+        if (this._nameId)
+            Gio.bus_unown_name(this._nameId);
+        this._nameId = 0;
+        this._signals.splice(0).forEach(id => this._manager.disconnect(id));
+        this._unexport();
+    }
+
+    _unexport() {
+        if (this._object.has_connection(Gio.DBus.session))
+            this._object.unexport();
+    }
+
+    // Calls to the name go to its new owner; the object under the shell's own
+    // address would only answer whoever still remembers that address.
+    _nameLost() {
+        this._unexport();
+        console.warn(`Tolvar: ${busName} is taken elsewhere on the session bus; answering again once it is free`);
+    }
+
+    _nameAcquired() {
+        if (this._object.has_connection(Gio.DBus.session))
+            return;
+        try {
+            this._object.export(Gio.DBus.session, objectPath);
+            console.log(`Tolvar: ${busName} is free again and answers`);
+        } catch (error) {
+            console.warn(`Tolvar: cannot answer on ${busName}: ${error.message}`);
+        }
     }
 
     _sources() {

@@ -27,6 +27,9 @@ namespace {
 const QString us = "xkb:us";
 const QString german = "xkb:de";
 const QString hangul = "ibus:hangul";
+const QString busName = "app.tolvar.InputSources";
+const QString objectPath = "/app/tolvar/InputSources";
+const QString interface = "app.tolvar.InputSources1";
 
 bool run(const QString &program, const QStringList &arguments, QByteArray *out = nullptr)
 {
@@ -51,8 +54,7 @@ QString setting(const QString &schema, const QString &key)
 
 QDBusMessage callExtension(const QString &method, const QVariantList &arguments = {})
 {
-    return DesktopSession::call("app.tolvar.InputSources", "/app/tolvar/InputSources", "app.tolvar.InputSources1",
-                                method, arguments);
+    return DesktopSession::call(busName, objectPath, interface, method, arguments);
 }
 
 QString current()
@@ -118,6 +120,9 @@ protected:
         ASSERT_TRUE(run("gsettings", {"set", "org.gnome.shell", "enabled-extensions",
                                       extensionEnabled() ? "['" + GnomeShellExtension::uuid + "']" : "[]"}));
 
+        if (nameTaken()) {
+            ASSERT_TRUE(QDBusConnection::sessionBus().registerService(busName));
+        }
         qputenv("DBUS_SYSTEM_BUS_ADDRESS", systemBus.toUtf8());
         qputenv("XDG_SESSION_TYPE", "wayland");
         // The shell logs that it started once its start-up work is done; before
@@ -127,7 +132,7 @@ protected:
             QFile file(log);
             if (!file.open(QIODevice::ReadOnly) || !file.readAll().contains("GNOME Shell started at"))
                 return false;
-            if (extensionEnabled() && !outdated())
+            if (extensionEnabled() && !outdated() && !nameTaken())
                 return sourceIDs() == QStringList{us, german, hangul} && current() == us;
             // The shell has judged its extensions once it can say what became of this one.
             const QDBusMessage info =
@@ -157,6 +162,8 @@ protected:
     virtual bool extensionEnabled() const { return true; }
     // Installed as made for another shell, which the shell refuses to load.
     virtual bool outdated() const { return false; }
+    // Another connection holds the extension's bus name when the shell starts.
+    virtual bool nameTaken() const { return false; }
 
     static QString errorCode(const ProcessResult &result)
     {
@@ -264,6 +271,27 @@ TEST_F(GnomeOutdatedExtensionTest, SaysToUpdateRatherThanToTurnItOn)
     const ProcessResult installed = m_session.tolvar({"install", german});
     EXPECT_EQ(installed.exitCode, 1);
     EXPECT_TRUE(installed.err.contains("doesn’t support this version")) << installed.err.constData();
+}
+
+class GnomeNameTakenTest : public GnomeEndToEndTest
+{
+protected:
+    bool nameTaken() const override { return true; }
+};
+
+TEST_F(GnomeNameTakenTest, AnswersOnceTheNameIsFreeAndNotBehindIt)
+{
+    const QString shell = QDBusConnection::sessionBus().interface()->serviceOwner("org.gnome.Shell");
+    const auto answersAtShell = [&] {
+        return DesktopSession::call(shell, objectPath, interface, "GetCurrent").type() == QDBusMessage::ReplyMessage;
+    };
+    EXPECT_TRUE(spinUntil([&] { return !answersAtShell(); }, 5000));
+    ASSERT_TRUE(QDBusConnection::sessionBus().unregisterService(busName));
+    EXPECT_TRUE(spinUntil([] { return current() == us; }, 5000));
+    EXPECT_TRUE(answersAtShell());
+    QFile log(QDir::homePath() + "/gnome-shell.log");
+    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
+    EXPECT_EQ(log.readAll().count("is taken elsewhere"), 1);
 }
 
 } // namespace

@@ -1,17 +1,17 @@
 // GNOME Shell 45 and later load extensions as ES modules.
-import Gio from 'gi://Gio';
-import GLib from 'gi://GLib';
 import * as Keyboard from 'resource:///org/gnome/shell/ui/status/keyboard.js';
 import {Extension} from 'resource:///org/gnome/shell/extensions/extension.js';
 
-@TOLVAR_GNOME_SERVICE@
+import {InputSourcesService} from './service.js';
+
 export default class TolvarExtension extends Extension {
     enable() {
         this._service = new InputSourcesService(Keyboard.getInputSourceManager());
     }
 
+    // Also after an enable() that threw, which left nothing to undo.
     disable() {
-        this._service.destroy();
+        this._service?.destroy();
         this._service = null;
     }
 }

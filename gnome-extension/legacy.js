@@ -1,16 +1,17 @@
 // GNOME Shell 43 and 44 load extensions as scripts.
 /* exported init */
-const {Gio, GLib} = imports.gi;
+const ExtensionUtils = imports.misc.extensionUtils;
 const Keyboard = imports.ui.status.keyboard;
+const {InputSourcesService} = ExtensionUtils.getCurrentExtension().imports.service;
 
-@TOLVAR_GNOME_SERVICE@
 class TolvarExtension {
     enable() {
         this._service = new InputSourcesService(Keyboard.getInputSourceManager());
     }
 
+    // Also after an enable() that threw, which left nothing to undo.
     disable() {
-        this._service.destroy();
+        this._service?.destroy();
         this._service = null;
     }
 }
