@@ -1,13 +1,17 @@
 #pragma once
 
 #include <QDBusArgument>
+#include <QDBusConnection>
+#include <QDBusConnectionInterface>
+#include <QDBusMessage>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
 #include <QDir>
 #include <QFile>
+#include <QProcess>
 #include <QStandardPaths>
 
-#include "support/DesktopSession.h"
+#include "support/Spin.h"
 
 // One (key, value) of the client's description of itself, a(ss) on the bus.
 struct Fcitx5ClientInfo
@@ -42,7 +46,10 @@ class Fcitx5Session
 public:
     static bool installed() { return !QStandardPaths::findExecutable(QStringLiteral("fcitx5")).isEmpty(); }
 
-    static bool running() { return DesktopSession::onBus(QStringLiteral("org.fcitx.Fcitx5")); }
+    static bool running()
+    {
+        return QDBusConnection::sessionBus().interface()->isServiceRegistered(QStringLiteral("org.fcitx.Fcitx5"));
+    }
 
     ~Fcitx5Session() { stop(); }
 
@@ -78,8 +85,11 @@ public:
 
     static QDBusMessage controller(const QString &method, const QVariantList &arguments = {})
     {
-        return DesktopSession::call("org.fcitx.Fcitx5", "/controller", "org.fcitx.Fcitx.Controller1", method,
-                                    arguments);
+        QDBusMessage message =
+            QDBusMessage::createMethodCall(QStringLiteral("org.fcitx.Fcitx5"), QStringLiteral("/controller"),
+                                           QStringLiteral("org.fcitx.Fcitx.Controller1"), method);
+        message.setArguments(arguments);
+        return QDBusConnection::sessionBus().call(message, QDBus::Block, 5000);
     }
 
     // Another program switching, as Fcitx5's own hotkeys and indicator do.
@@ -92,16 +102,21 @@ public:
 private:
     static bool focusContext()
     {
+        QDBusMessage create = QDBusMessage::createMethodCall(
+            QStringLiteral("org.fcitx.Fcitx5"), QStringLiteral("/org/freedesktop/portal/inputmethod"),
+            QStringLiteral("org.fcitx.Fcitx.InputMethod1"), QStringLiteral("CreateInputContext"));
         qDBusRegisterMetaType<Fcitx5ClientInfo>();
         qDBusRegisterMetaType<QList<Fcitx5ClientInfo>>();
-        const QDBusMessage reply = DesktopSession::call(
-            "org.fcitx.Fcitx5", "/org/freedesktop/portal/inputmethod", "org.fcitx.Fcitx.InputMethod1",
-            "CreateInputContext", {QVariant::fromValue(QList<Fcitx5ClientInfo>{{"program", "test"}})});
+        create.setArguments(
+            {QVariant::fromValue(QList<Fcitx5ClientInfo>{{QStringLiteral("program"), QStringLiteral("test")}})});
+        const QDBusMessage reply = QDBusConnection::sessionBus().call(create, QDBus::Block, 5000);
         if (reply.type() != QDBusMessage::ReplyMessage)
             return false;
         const QString context = reply.arguments().value(0).value<QDBusObjectPath>().path();
-        return DesktopSession::call("org.fcitx.Fcitx5", context, "org.fcitx.Fcitx.InputContext1", "FocusIn").type()
-               == QDBusMessage::ReplyMessage;
+        const QDBusMessage focus =
+            QDBusMessage::createMethodCall(QStringLiteral("org.fcitx.Fcitx5"), context,
+                                           QStringLiteral("org.fcitx.Fcitx.InputContext1"), QStringLiteral("FocusIn"));
+        return QDBusConnection::sessionBus().call(focus, QDBus::Block, 5000).type() == QDBusMessage::ReplyMessage;
     }
 
     QProcess m_process;
