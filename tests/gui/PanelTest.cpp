@@ -309,11 +309,6 @@ TEST_P(PanelWriteTest, WritesWhatWasChosenAndTellsTheKeeper)
 const char *const next = Identifier::setupNext;
 const QList<const char *> reopen = {Identifier::settings, Identifier::setupReopen};
 const WriteRow writes[] = {
-    {"ChoosingPins",
-     true,
-     {german},
-     Config{.sourceID = "xkb:de::deu", .enabled = true, .onboardingCompleted = true},
-     1},
     {"FollowingTheSystemPauses",
      true,
      {german, Identifier::followSystem},
@@ -321,7 +316,6 @@ const WriteRow writes[] = {
      1},
     {"ChoosingAgainResumes", true, {german, Identifier::followSystem, hangul}, hangulKept, 2},
     {"FailedSaveLosesNothing", true, {german}, {}, 0, false, true},
-    {"SetupAsOffered", {}, {hangul, next, next}, hangulKept, 1},
     {"SetupLoginOffAndOnAgain",
      {},
      {hangul, next, Identifier::setupLogin, Identifier::setupLogin, next},
