@@ -76,30 +76,22 @@ public:
 // Whatever the build record lacks is left out, never made up.
 TEST_F(CLITest, VersionSaysWhatTheBuildRecordHolds)
 {
-    struct Row
-    {
-        std::optional<QString> version;
-        std::optional<qint64> build;
-        const char *line;
-        QByteArray printed;
-    };
+    using Row = std::tuple<AppBuildInfo, const char *, const char *>;
+    // clang-format off
     const Row rows[] = {
-        {"1.2.0", 42, "--version", "Tolvar 1.2.0 (build 42)\n"},
-        {"1.2.0", std::nullopt, "version", "Tolvar 1.2.0 (development build)\n"},
-        {std::nullopt, std::nullopt, "version", "Tolvar (unknown version)\n"},
-        {"1.2.0", 42, "version --json",
-         R"({"build":42,"command":"version","ok":true,"schemaVersion":1,"version":"1.2.0"})"
-         "\n"},
-        {std::nullopt, 7, "--version --json",
-         R"({"build":7,"command":"version","ok":true,"schemaVersion":1})"
-         "\n"},
-    };
+        {{.version = "1.2.0", .build = 42}, "--version", "Tolvar 1.2.0 (build 42)"},
+        {{.version = "1.2.0"}, "version", "Tolvar 1.2.0 (development build)"},
+        {{}, "version", "Tolvar (unknown version)"},
+        {{.version = "1.2.0", .build = 42}, "version --json",
+         R"({"build":42,"command":"version","ok":true,"schemaVersion":1,"version":"1.2.0"})"},
+        {{.build = 7}, "--version --json", R"({"build":7,"command":"version","ok":true,"schemaVersion":1})"}};
+    // clang-format on
     fake.stored.reset();
-    for (const Row &row : rows) {
-        build = AppBuildInfo{.version = row.version, .build = row.build};
-        EXPECT_EQ(run(row.line), 0) << row.line;
-        EXPECT_EQ(out.data(), row.printed) << row.line;
-        EXPECT_TRUE(err.data().isEmpty()) << row.line;
+    for (const auto &[info, line, printed] : rows) {
+        build = info;
+        EXPECT_EQ(run(line), 0) << line;
+        EXPECT_EQ(out.data(), QByteArray(printed) + "\n") << line;
+        EXPECT_TRUE(err.data().isEmpty()) << line;
     }
     EXPECT_FALSE(fake.stored) << "the version wrote a configuration";
 }

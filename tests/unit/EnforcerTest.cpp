@@ -8,7 +8,6 @@
 #include "support/Spin.h"
 
 #include <QCoreApplication>
-#include <QMap>
 
 #include <gtest/gtest.h>
 
@@ -16,12 +15,10 @@ namespace {
 
 int exitStatus(const QString &name)
 {
-    static const QMap<QString, FocusExitStatus> statuses = {{"switched", FocusExitStatus::Switched},
-                                                            {"secure-input", FocusExitStatus::SecureInput},
-                                                            {"not-wanted", FocusExitStatus::NotWanted},
-                                                            {"missing", FocusExitStatus::Missing},
-                                                            {"failed", FocusExitStatus::Failed}};
-    return statuses.contains(name) ? static_cast<int>(statuses[name]) : -1;
+    using enum FocusExitStatus;
+    const FocusExitStatus statuses[] = {Switched, SecureInput, NotWanted, Missing, Failed};
+    const qsizetype i = QStringList{"switched", "secure-input", "not-wanted", "missing", "failed"}.indexOf(name);
+    return i < 0 ? -1 : static_cast<int>(statuses[i]);
 }
 
 using namespace std::chrono_literals;
