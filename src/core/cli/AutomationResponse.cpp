@@ -5,22 +5,22 @@
 
 AutomationResponse AutomationResponse::success(const QString &command, const AutomationStatus &status)
 {
-    return {true, command, status, std::nullopt, std::nullopt};
+    return {.ok = true, .command = command, .status = status};
 }
 
 AutomationResponse AutomationResponse::listing(const QString &command, const QList<AutomationSource> &sources)
 {
-    return {true, command, std::nullopt, sources, std::nullopt};
+    return {.ok = true, .command = command, .sources = sources};
 }
 
 AutomationResponse AutomationResponse::version(const QString &command, const AppBuildInfo &build)
 {
-    return {true, command, std::nullopt, std::nullopt, std::nullopt, build};
+    return {.ok = true, .command = command, .build = build};
 }
 
 AutomationResponse AutomationResponse::failure(const QString &command, const AutomationFailure &error)
 {
-    return {false, command, std::nullopt, std::nullopt, error};
+    return {.ok = false, .command = command, .error = error};
 }
 
 QByteArray AutomationResponse::encoded() const

@@ -15,10 +15,10 @@
 struct AutomationResponse
 {
     bool ok = true;
-    QString command;
-    std::optional<AutomationStatus> status;
-    std::optional<QList<AutomationSource>> sources;
-    std::optional<AutomationFailure> error;
+    QString command = {};
+    std::optional<AutomationStatus> status = {};
+    std::optional<QList<AutomationSource>> sources = {};
+    std::optional<AutomationFailure> error = {};
     // As members "version" and "build", each only when known.
     std::optional<AppBuildInfo> build = {};
 
