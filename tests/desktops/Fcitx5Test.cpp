@@ -5,11 +5,9 @@
 #include "platform/linux/input/LinuxInputBackend.h"
 
 #include "desktops/Fcitx5Session.h"
-#include "support/DesktopSession.h"
 #include "support/ParamName.h"
 
 #include <QImage>
-#include <QStandardPaths>
 
 #include <gtest/gtest.h>
 
@@ -28,11 +26,10 @@ protected:
             GTEST_SKIP() << "fcitx5 is not installed (scripts/install-deps installs it)";
         m_session.environment.insert("TOLVAR_INPUT_BACKEND", "");
         m_session.environment.remove("XDG_CURRENT_DESKTOP");
-        ASSERT_TRUE(m_fcitx5.start({us, german, hangul}));
+        ASSERT_TRUE(m_session.start({us, german, hangul}));
     }
 
-    Fcitx5Session m_fcitx5;
-    DesktopSession m_session;
+    Fcitx5Session m_session;
 };
 
 TEST_F(Fcitx5Test, ChosenListsTheGroupWithNamesAndIconsAndReadsBack)
@@ -98,8 +95,8 @@ TEST_F(Fcitx5Test, BackgroundInstanceUndoesOutsideSwitchesUntilPausedAndAcrossAR
 
     // Across a restart of fcitx5, whose new input context starts on keyboard-us.
     ASSERT_EQ(m_session.tolvar({"resume"}).exitCode, 0);
-    m_fcitx5.stop();
-    ASSERT_TRUE(m_fcitx5.start({us, german, hangul}));
+    m_session.stop();
+    ASSERT_TRUE(m_session.start({us, german, hangul}));
     EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
     Fcitx5Session::switchTo(hangul);
     EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
