@@ -5,20 +5,18 @@
 #include "core/instance/InstanceLock.h"
 #include "platform/AppPlaces.h"
 
+#include "support/DesktopSession.h"
 #include "support/FakeStatusNotifierWatcher.h"
-#include "support/Process.h"
-#include "support/Spin.h"
 #include "support/X11Windows.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-const QString executable = TOLVAR_EXECUTABLE;
 const QByteArray title = "Tolvar";
 constexpr int waitMs = 10000;
 
-class GraphicalInstanceTest : public testing::Test
+class GraphicalInstanceTest : public testing::Test, protected DesktopSession
 {
 protected:
     void SetUp() override
@@ -31,12 +29,12 @@ protected:
 
     void start(const QString &mode)
     {
-        m_instance.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
-        environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
-        m_instance.setProcessEnvironment(environment);
-        m_instance.start(executable, {mode});
-        ASSERT_TRUE(m_instance.waitForStarted());
+        instance().setProcessChannelMode(QProcess::ForwardedErrorChannel);
+        QProcessEnvironment xcb = environment;
+        xcb.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("xcb"));
+        instance().setProcessEnvironment(xcb);
+        instance().start(QStringLiteral(TOLVAR_EXECUTABLE), {mode});
+        ASSERT_TRUE(instance().waitForStarted());
         ASSERT_TRUE(spinUntil(
             [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())).value(); },
             waitMs));
@@ -47,10 +45,9 @@ protected:
         return spinUntil([&] { return m_display.shown(title).size() == count; }, waitMs);
     }
 
-    static int run(const QStringList &arguments) { return runProcess(executable, arguments).exitCode; }
+    int run(const QStringList &arguments) const { return tolvar(arguments).exitCode; }
 
     X11Windows m_display;
-    Instance m_instance;
 };
 
 // A second start brings the one window forward; "open" brings it back once closed.
@@ -69,7 +66,7 @@ TEST_F(GraphicalInstanceTest, ASecondStartOrOpenShowsTheOneWindow)
 
     m_display.close(window);
     ASSERT_TRUE(windows(0));
-    EXPECT_EQ(m_instance.state(), QProcess::Running);
+    EXPECT_EQ(instance().state(), QProcess::Running);
 
     EXPECT_EQ(run({QStringLiteral("open")}), 0);
     EXPECT_TRUE(windows(1));
@@ -89,7 +86,7 @@ TEST_F(GraphicalInstanceTest, TrayItemOfTheBackgroundInstance)
         << qPrintable(tray.toolTip());
     const QByteArray german = tray.iconPixels();
 
-    const ProcessResult pinned = runProcess(executable, {QStringLiteral("set"), QStringLiteral("hangul")});
+    const ProcessResult pinned = tolvar({QStringLiteral("set"), QStringLiteral("hangul")});
     ASSERT_EQ(pinned.exitCode, 0) << pinned.err.constData();
     EXPECT_TRUE(spinUntil([&] { return tray.toolTip().contains(QStringLiteral("Hangul")); }, waitMs))
         << qPrintable(tray.toolTip());

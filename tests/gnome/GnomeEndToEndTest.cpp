@@ -169,10 +169,6 @@ protected:
     {
         return DesktopSession::json(result)["error"].toObject()["code"].toString();
     }
-    QJsonObject status() const
-    {
-        return DesktopSession::json(m_session.tolvar({"status", "--json"}))["status"].toObject();
-    }
 
     QProcess m_systemBus;
     DesktopSession m_session;
@@ -188,7 +184,7 @@ TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
         EXPECT_FALSE(source.toObject()["name"].toString().isEmpty()) << qPrintable(ids.last());
     }
     EXPECT_EQ(ids, (QStringList{us, german, hangul}));
-    const QJsonObject now = status();
+    const QJsonObject now = m_session.status();
     EXPECT_EQ(now["backend"].toString(), "gnome");
     EXPECT_FALSE(now.contains("backendError"));
     EXPECT_EQ(now["current"].toObject()["id"].toString(), us);
@@ -199,7 +195,7 @@ TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
     ASSERT_TRUE(configure({"('xkb','us')", "('ibus','hangul')"}));
     ASSERT_TRUE(spinUntil([] { return sourceIDs() == QStringList{us, hangul}; }, 10000));
     EXPECT_EQ(errorCode(m_session.tolvar({"apply", "--json"})), "missing_source");
-    EXPECT_FALSE(status()["target"].toObject()["available"].toBool(true));
+    EXPECT_FALSE(m_session.status()["target"].toObject()["available"].toBool(true));
     EXPECT_EQ(current(), us);
     EXPECT_EQ(GnomeInputSources::onSessionBus().select(german), InputSources::refused);
 }
@@ -219,8 +215,8 @@ TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)
     }
 
     ASSERT_TRUE(m_session.keep(
-        german, [&] { return status()["state"].toString() == "keeping"; }, 15000))
-        << qPrintable(status()["state"].toString());
+        german, [&] { return m_session.status()["state"].toString() == "keeping"; }, 15000))
+        << qPrintable(m_session.status()["state"].toString());
     ASSERT_EQ(current(), german);
     // What the shell does when the user picks a source from its menu.
     ASSERT_EQ(callExtension("Activate", {us}).arguments().value(0).toBool(), true);
@@ -237,7 +233,7 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
 {
     const InputSources ibus = IBusInputSources::at(IBusAddress::published);
     const QString engine = ibus.currentID();
-    const QJsonObject now = status();
+    const QJsonObject now = m_session.status();
     EXPECT_EQ(now["backend"].toString(), "gnome");
     EXPECT_EQ(now["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
     EXPECT_TRUE(
@@ -264,7 +260,7 @@ protected:
 
 TEST_F(GnomeOutdatedExtensionTest, SaysToUpdateRatherThanToTurnItOn)
 {
-    const QJsonObject error = status()["backendError"].toObject();
+    const QJsonObject error = m_session.status()["backendError"].toObject();
     EXPECT_EQ(error["code"].toString(), "gnome_extension_missing");
     EXPECT_TRUE(error["message"].toString().contains("does not support this version"))
         << qPrintable(error["message"].toString());

@@ -5,50 +5,31 @@
 #include "platform/input/InputSources.h"
 #include "platform/linux/ibus/IBusAddress.h"
 
-#include "support/Process.h"
-#include "support/Spin.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "support/DesktopSession.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-const QString executable = TOLVAR_EXECUTABLE;
 const QString us = "xkb:us::eng";
 const QString german = "xkb:de::deu";
 const QString hangul = "hangul";
 
-class BackgroundInstanceTest : public testing::Test
+class BackgroundInstanceTest : public testing::Test, protected DesktopSession
 {
 protected:
     void SetUp() override
     {
         if (IBusAddress::published().isEmpty())
             GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
-        pin(german);
     }
 
-    static void pin(const QString &id)
+    void keepPinned(const QString &id = german)
     {
-        ASSERT_TRUE(ConfigStore::write(Config{.sourceID = id, .enabled = true, .onboardingCompleted = true},
-                                       ConfigStore::directory())
-                        .ok());
+        ASSERT_TRUE(keep(id, [this] { return state() == "keeping"; })) << "state " << qPrintable(state());
     }
 
-    void startInstance()
-    {
-        m_instance.start(executable, {"background"});
-        ASSERT_TRUE(m_instance.waitForStarted());
-        ASSERT_TRUE(spinUntil([] { return state() == "keeping"; }, 10000)) << "state " << qPrintable(state());
-    }
-
-    static QString state()
-    {
-        const ProcessResult result = runProcess(executable, {"status", "--json"});
-        return QJsonDocument::fromJson(result.out).object()["status"].toObject()["state"].toString();
-    }
+    QString state() const { return status()["state"].toString(); }
 
     bool becomes(const QString &id, int timeoutMs) const
     {
@@ -56,7 +37,6 @@ protected:
     }
 
     InputSources m_system = InputSources::live();
-    Instance m_instance;
 };
 
 class BackgroundComeBackTest : public BackgroundInstanceTest,
@@ -68,8 +48,7 @@ class BackgroundComeBackTest : public BackgroundInstanceTest,
 TEST_P(BackgroundComeBackTest, PinnedSourceComesBackAfterAnOutsideSwitch)
 {
     const auto &[pinned, elsewhere] = GetParam();
-    pin(pinned);
-    startInstance();
+    keepPinned(pinned);
     ASSERT_TRUE(becomes(pinned, 10000)) << "the pinned source is selected at start";
     for (int round = 0; round < 2; ++round) {
         // As a person or another program would; it fails afterwards for want of X, which is beside the point.
@@ -84,25 +63,25 @@ INSTANTIATE_TEST_SUITE_P(Background, BackgroundComeBackTest,
 
 TEST_F(BackgroundInstanceTest, KeepsThePinnedSourceUntilPaused)
 {
-    startInstance();
-    ASSERT_EQ(runProcess(executable, {"pause"}).exitCode, 0);
+    keepPinned();
+    ASSERT_EQ(tolvar({"pause"}).exitCode, 0);
     EXPECT_EQ(state(), "paused");
     ASSERT_EQ(m_system.select(us), 0);
     spinUntil([] { return false; }, 2600); // past the next tick
     EXPECT_EQ(m_system.currentID(), us);
-    ASSERT_EQ(runProcess(executable, {"resume"}).exitCode, 0);
+    ASSERT_EQ(tolvar({"resume"}).exitCode, 0);
     EXPECT_TRUE(becomes(german, 3000));
 
     // Each set races the instance following the same new pin; neither may fail the other.
     for (int i = 0; i < 20; ++i) {
-        const ProcessResult set = runProcess(executable, {"set", i % 2 ? german : hangul});
+        const ProcessResult set = tolvar({"set", i % 2 ? german : hangul});
         ASSERT_EQ(set.exitCode, 0) << i << ": " << set.err.constData();
     }
 }
 
 TEST_F(BackgroundInstanceTest, PinningAnotherSourceSwitchesAtOnce)
 {
-    startInstance();
+    keepPinned();
     const Expected<Config> written =
         ConfigStore::mutate(ConfigStore::directory(), [](Config &config) -> Expected<void> {
             config.sourceID = us;
@@ -116,25 +95,24 @@ TEST_F(BackgroundInstanceTest, PinningAnotherSourceSwitchesAtOnce)
 // and ends; a killed instance leaves no lock behind.
 TEST_F(BackgroundInstanceTest, OneInstanceAtATime)
 {
-    startInstance();
-    const ProcessResult second =
-        runProcess(executable, {"background"}, QProcessEnvironment::systemEnvironment(), 10000);
+    keepPinned();
+    const ProcessResult second = tolvar({"background"}, 10000);
     EXPECT_TRUE(second.finished);
     EXPECT_EQ(second.exitCode, 0);
 
     QObject context;
     bool asked = false;
     ASSERT_TRUE(Notifications::live().observe(ConfigStore::openWindow, &context, [&] { asked = true; }));
-    const ProcessResult opened = runProcess(executable, {"open", "--json"});
+    const ProcessResult opened = tolvar({"open", "--json"});
     EXPECT_EQ(opened.exitCode, 0) << opened.out.constData();
-    EXPECT_EQ(QJsonDocument::fromJson(opened.out).object()["command"].toString(), "open");
+    EXPECT_EQ(json(opened)["command"].toString(), "open");
     EXPECT_TRUE(spinUntil([&] { return asked; }, 10000));
-    EXPECT_EQ(m_instance.state(), QProcess::Running);
+    EXPECT_EQ(instance().state(), QProcess::Running);
 
-    m_instance.kill();
-    m_instance.waitForFinished();
+    instance().kill();
+    instance().waitForFinished();
     EXPECT_EQ(state(), "stopped");
-    startInstance();
+    keepPinned();
 }
 
 } // namespace

@@ -7,51 +7,43 @@
 #include "platform/input/InputSources.h"
 #include "platform/linux/ibus/IBusAddress.h"
 
+#include "support/DesktopSession.h"
 #include "support/ParamName.h"
-#include "support/Process.h"
 
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
 
 namespace {
 
-const QString executable = TOLVAR_EXECUTABLE;
 const QString us = "xkb:us::eng";
 const QString german = "xkb:de::deu";
 const QString hangul = "hangul";
 
 QString english(const char *key)
 {
-    const auto table = StringTable::load(ExecutableLocation::resourceDirectory(executable), "en");
+    const auto table = StringTable::load(ExecutableLocation::resourceDirectory(TOLVAR_EXECUTABLE), "en");
     return table ? table->text(QLatin1String(key)).value_or(QString()) : QString();
 }
 
-class CommandLineEndToEndTest : public testing::Test
+class CommandLineEndToEndTest : public testing::Test, protected DesktopSession
 {
 protected:
     void SetUp() override
     {
         if (IBusAddress::published().isEmpty())
             GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
-        m_environment.insert("LANG", "C.UTF-8");
-        m_environment.remove("LANGUAGE");
+        environment.insert("LANG", "C.UTF-8");
+        environment.remove("LANGUAGE");
         ASSERT_EQ(m_system.select(us), 0);
     }
-
-    ProcessResult tolvar(const QStringList &arguments) { return runProcess(executable, arguments, m_environment); }
-
-    static QJsonObject json(const ProcessResult &result) { return QJsonDocument::fromJson(result.out).object(); }
 
     static void writeRaw(const QByteArray &bytes) { ASSERT_TRUE(writeFile(ConfigStore::file(), bytes)); }
 
     static QByteArray readRaw() { return readFile(ConfigStore::file()); }
 
     InputSources m_system = InputSources::live();
-    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };
 
 TEST_F(CommandLineEndToEndTest, StatusWithNothingSetUpIsStopped)

@@ -7,16 +7,13 @@
 #include "platform/AppPlaces.h"
 #include "platform/linux/ibus/IBusAddress.h"
 
+#include "support/DesktopSession.h"
 #include "support/ParamName.h"
-#include "support/Process.h"
-#include "support/Spin.h"
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QDirIterator>
 #include <QFile>
-#include <QJsonDocument>
-#include <QJsonObject>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
@@ -133,27 +130,20 @@ QString instanceLock()
     return InstanceLock::fileIn(AppPlaces::sessionLockDirectory());
 }
 
-class FaultEndToEndTest : public testing::Test
+class FaultEndToEndTest : public testing::Test, protected DesktopSession
 {
 protected:
     void SetUp() override
     {
         if (IBusAddress::published().isEmpty())
             GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
-        m_environment.insert("LANG", "C.UTF-8");
+        environment.insert("LANG", "C.UTF-8");
         QDir(directory()).removeRecursively();
         ASSERT_TRUE(
             ConfigStore::write(Config{.sourceID = german, .enabled = true, .onboardingCompleted = true}, directory())
                 .ok());
     }
     void TearDown() override { signalDaemon(SIGCONT); }
-
-    ProcessResult tolvar(const QStringList &arguments) const
-    {
-        return runProcess(executable, arguments, m_environment, boundMs);
-    }
-
-    QProcessEnvironment m_environment = QProcessEnvironment::systemEnvironment();
 };
 
 class FaultTableTest : public FaultEndToEndTest, public testing::WithParamInterface<Fault>
@@ -163,23 +153,22 @@ class FaultTableTest : public FaultEndToEndTest, public testing::WithParamInterf
 TEST_P(FaultTableTest, ReturnsSoonReportsOnceNamesTheCauseAndChangesNothing)
 {
     SilentBus silent;
-    const QString cause = GetParam().arrange(m_environment, silent);
+    const QString cause = GetParam().arrange(environment, silent);
     const QStringList before = snapshot();
 
-    const ProcessResult text = tolvar(GetParam().arguments);
+    const ProcessResult text = tolvar(GetParam().arguments, boundMs);
     ASSERT_TRUE(text.finished);
     EXPECT_EQ(text.exitCode, 1);
     EXPECT_TRUE(text.out.isEmpty()) << text.out.constData();
     EXPECT_EQ(text.err.count('\n'), 1) << text.err.constData();
     EXPECT_TRUE(QString::fromUtf8(text.err).contains(cause)) << text.err.constData();
 
-    const ProcessResult json = tolvar(GetParam().arguments + QStringList{"--json"});
-    ASSERT_TRUE(json.finished);
-    EXPECT_EQ(json.exitCode, 1);
-    EXPECT_TRUE(json.err.isEmpty()) << json.err.constData();
-    EXPECT_EQ(json.out.count('\n'), 1);
-    const QJsonObject error = QJsonDocument::fromJson(json.out).object()["error"].toObject();
-    EXPECT_TRUE(error["detail"].toString().contains(cause)) << json.out.constData();
+    const ProcessResult machine = tolvar(GetParam().arguments + QStringList{"--json"}, boundMs);
+    ASSERT_TRUE(machine.finished);
+    EXPECT_EQ(machine.exitCode, 1);
+    EXPECT_TRUE(machine.err.isEmpty()) << machine.err.constData();
+    EXPECT_EQ(machine.out.count('\n'), 1);
+    EXPECT_TRUE(json(machine)["error"].toObject()["detail"].toString().contains(cause)) << machine.out.constData();
 
     EXPECT_EQ(snapshot(), before);
 }
@@ -230,24 +219,24 @@ TEST_P(SilentSessionBusTest, HoldsUpNothingAndNamesTheBus)
 {
     SilentBus silent;
     for (const char *name : {"XDG_CURRENT_DESKTOP", "GTK_IM_MODULE", "QT_IM_MODULE", "XMODIFIERS"})
-        m_environment.remove(name);
+        environment.remove(name);
     for (const QString &variable : GetParam().environment)
-        m_environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
-    m_environment.insert("DBUS_SESSION_BUS_ADDRESS",
-                         silent.listen(QStringLiteral("tolvar-bus-%1").arg(QCoreApplication::applicationPid())));
+        environment.insert(variable.section('=', 0, 0), variable.section('=', 1));
+    environment.insert("DBUS_SESSION_BUS_ADDRESS",
+                       silent.listen(QStringLiteral("tolvar-bus-%1").arg(QCoreApplication::applicationPid())));
     const bool blocked = GetParam().overTheBus;
     // Only the configuration's own commands, and status, succeed without the sources.
     const std::pair<QStringList, int> commands[] = {
         {{"status"}, 0}, {{"list"}, blocked}, {{"set", german}, blocked}, {{"pause"}, 0}, {{"resume"}, blocked}};
     for (const auto &[arguments, exitCode] : commands) {
-        const ProcessResult result = tolvar(arguments);
+        const ProcessResult result = tolvar(arguments, boundMs);
         ASSERT_TRUE(result.finished) << qPrintable(arguments.join(' '));
         EXPECT_EQ(result.exitCode, exitCode) << qPrintable(arguments.join(' '));
         const QString said = QString::fromUtf8(result.out + result.err);
         EXPECT_EQ(said.contains("session bus"), blocked) << qPrintable(said);
         EXPECT_FALSE(said.contains(QRegularExpression("IBus|Fcitx|GNOME Shell|KDE Plasma"))) << qPrintable(said);
     }
-    const QJsonObject error = QJsonDocument::fromJson(tolvar({"list", "--json"}).out).object()["error"].toObject();
+    const QJsonObject error = json(tolvar({"list", "--json"}, boundMs))["error"].toObject();
     EXPECT_EQ(error["code"].toString(), blocked ? "input_method_unavailable" : "");
     EXPECT_EQ(error["detail"].toString().contains("session bus"), blocked);
 }
@@ -261,7 +250,7 @@ INSTANTIATE_TEST_SUITE_P(Stacks, SilentSessionBusTest,
 TEST_F(FaultEndToEndTest, OutputThatCannotBeWrittenFails)
 {
     QProcess process;
-    process.setProcessEnvironment(m_environment);
+    process.setProcessEnvironment(environment);
     process.setStandardOutputFile("/dev/full");
     process.start(executable, {"status"});
     ASSERT_TRUE(process.waitForFinished(boundMs));
@@ -272,7 +261,7 @@ TEST_F(FaultEndToEndTest, OutputThatCannotBeWrittenFails)
 TEST_F(FaultEndToEndTest, OpenReturnsAtOnceInsideCommandSubstitution)
 {
     const ProcessResult opened =
-        runProcess("sh", {"-c", "x=$(\"$0\" open); echo \"[$x]\"", executable}, m_environment, boundMs);
+        runProcess("sh", {"-c", "x=$(\"$0\" open); echo \"[$x]\"", executable}, environment, boundMs);
     ASSERT_TRUE(opened.finished);
     EXPECT_EQ(opened.out, "[]\n");
     // The instance it started takes the lock; end it, found by that lock's holder.
@@ -288,18 +277,14 @@ TEST_F(FaultEndToEndTest, OpenReturnsAtOnceInsideCommandSubstitution)
 
 TEST_F(FaultEndToEndTest, BackgroundInstanceOutlivesAFrozenDaemon)
 {
-    Instance instance;
-    instance.start(executable, {"background"});
-    const auto status = [&] {
-        return QJsonDocument::fromJson(tolvar({"status", "--json"}).out).object()["status"].toObject();
-    };
-    ASSERT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, boundMs));
+    ASSERT_TRUE(keep(
+        german, [&] { return status(boundMs)["state"] == "keeping"; }, boundMs));
     signalDaemon(SIGSTOP);
-    const QJsonObject frozen = status();
+    const QJsonObject frozen = status(boundMs);
     EXPECT_TRUE(frozen["running"].toBool());
     EXPECT_EQ(frozen["state"], "error");
     signalDaemon(SIGCONT);
-    EXPECT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, boundMs));
+    EXPECT_TRUE(spinUntil([&] { return status(boundMs)["state"] == "keeping"; }, boundMs));
 }
 
 } // namespace

@@ -3,27 +3,15 @@
 #include "platform/linux/x11/X11Layout.h"
 #include "platform/linux/ibus/IBusAddress.h"
 
-#include "support/Process.h"
-#include "support/Spin.h"
-
-#include <QJsonDocument>
-#include <QJsonObject>
+#include "support/DesktopSession.h"
 
 #include <gtest/gtest.h>
 
 namespace {
 
-const QString executable = TOLVAR_EXECUTABLE;
-
 QString xLayout()
 {
     return X11Layout::current().value_or(X11Layout::Names()).layout;
-}
-
-QString reported()
-{
-    const ProcessResult status = runProcess(executable, {"status", "--json"});
-    return QJsonDocument::fromJson(status.out).object()["status"].toObject()["current"].toObject()["id"].toString();
 }
 
 void keepSystemLayout(bool keep)
@@ -32,7 +20,7 @@ void keepSystemLayout(bool keep)
                {"set", "org.freedesktop.ibus.general", "use-system-keyboard-layout", keep ? "true" : "false"});
 }
 
-class X11LayoutTest : public testing::TestWithParam<std::pair<bool, const char *>>
+class X11LayoutTest : public testing::TestWithParam<std::pair<bool, const char *>>, protected DesktopSession
 {
 protected:
     void SetUp() override
@@ -44,13 +32,15 @@ protected:
     }
 
     void TearDown() override { keepSystemLayout(false); }
+
+    QString reported() const { return status()["current"].toObject()["id"].toString(); }
 };
 
 TEST_P(X11LayoutTest, SetFollowsIBusSettingAndOutsideChanges)
 {
     const auto [keepSystem, expected] = GetParam();
     keepSystemLayout(keepSystem);
-    const ProcessResult set = runProcess(executable, {"set", "xkb:de::deu"});
+    const ProcessResult set = tolvar({"set", "xkb:de::deu"});
     ASSERT_EQ(set.exitCode, 0) << set.err.constData();
     EXPECT_EQ(xLayout(), expected);
     EXPECT_EQ(reported(), "xkb:de::deu");
@@ -70,14 +60,13 @@ INSTANTIATE_TEST_SUITE_P(X11Layout, X11LayoutTest, testing::Values(std::pair{fal
 // right and the layout wrong, which the instance must see and repair too.
 TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)
 {
-    ASSERT_EQ(runProcess(executable, {"set", "xkb:de::deu"}).exitCode, 0);
-    ASSERT_EQ(runProcess(executable, {"resume"}).exitCode, 0);
-    Instance instance;
-    instance.start(executable, {"background"});
-    ASSERT_TRUE(instance.waitForStarted());
+    ASSERT_EQ(tolvar({"set", "xkb:de::deu"}).exitCode, 0);
+    ASSERT_EQ(tolvar({"resume"}).exitCode, 0);
+    instance().start(TOLVAR_EXECUTABLE, {"background"});
+    ASSERT_TRUE(instance().waitForStarted());
     for (int round = 0; round < 2; ++round) {
         ASSERT_EQ(runProcess("ibus", {"engine", "xkb:us::eng"}).exitCode, 0);
-        EXPECT_TRUE(spinUntil([] { return xLayout() == "de" && reported() == "xkb:de::deu"; }, 5000))
+        EXPECT_TRUE(spinUntil([this] { return xLayout() == "de" && reported() == "xkb:de::deu"; }, 5000))
             << "round " << round << ": layout " << qPrintable(xLayout());
     }
 }
