@@ -23,7 +23,7 @@ const QString us = QStringLiteral("xkb:us::eng");
 const QString german = QStringLiteral("xkb:de::deu");
 const QString hangul = QStringLiteral("hangul");
 
-class IBusTest : public testing::Test
+class IBusCatalogTest : public testing::Test
 {
 protected:
     void SetUp() override
@@ -31,11 +31,7 @@ protected:
         if (IBusAddress::published().isEmpty())
             GTEST_SKIP() << "needs the private IBus of scripts/private-session --ibus";
     }
-
-    static bool onMainThread() { return QThread::currentThread() == QCoreApplication::instance()->thread(); }
 };
-
-using IBusCatalogTest = IBusTest;
 
 TEST_F(IBusCatalogTest, ChoicesAreThePreloadedEnginesInOrderAndNoOtherIsSelected)
 {
@@ -59,7 +55,7 @@ TEST_F(IBusCatalogTest, SelectionMadeElsewhereIsAnnouncedOnTheMainThread)
     QObject context;
     ASSERT_TRUE(InputSources::live().observeSelected(&context, [&] {
         ++announced;
-        mainThread = onMainThread();
+        mainThread = QThread::currentThread() == QCoreApplication::instance()->thread();
     }));
     // The ibus tool selects the engine, then fails to apply its layout with
     // setxkbmap for want of a display; only the selection matters here.
