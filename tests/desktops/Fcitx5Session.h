@@ -5,8 +5,6 @@
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDBusObjectPath>
-#include <QDir>
-#include <QFile>
 #include <QStandardPaths>
 
 // One (key, value) of the client's description of itself, a(ss) on the bus.
@@ -45,20 +43,15 @@ public:
 
     bool start(const QStringList &items)
     {
-        const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/fcitx5");
-        QDir().mkpath(folder);
-        QFile profile(folder + QStringLiteral("/profile"));
-        if (!profile.open(QIODevice::WriteOnly))
-            return false;
         QByteArray text = "[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=" + items.value(1).toUtf8() + "\n";
         for (qsizetype i = 0; i < items.size(); ++i)
             text += QStringLiteral("[Groups/0/Items/%1]\nName=%2\nLayout=\n").arg(i).arg(items[i]).toUtf8();
-        profile.write(text + "[GroupOrder]\n0=Default\n");
-        profile.close();
-        return DesktopSession::start(QStringLiteral("fcitx5"),
-                                     {QStringLiteral("-D"), QStringLiteral("--disable=all"),
-                                      QStringLiteral("--enable=dbus,dbusfrontend,keyboard,hangul")},
-                                     running, 10000)
+        return writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + QStringLiteral("/fcitx5/profile"),
+                         text + "[GroupOrder]\n0=Default\n")
+               && DesktopSession::start(QStringLiteral("fcitx5"),
+                                        {QStringLiteral("-D"), QStringLiteral("--disable=all"),
+                                         QStringLiteral("--enable=dbus,dbusfrontend,keyboard,hangul")},
+                                        running, 10000)
                && focusContext();
     }
 

@@ -4,7 +4,6 @@
 
 #include "support/DesktopSession.h"
 
-#include <QDir>
 #include <QFile>
 #include <QStandardPaths>
 #include <QTemporaryDir>
@@ -39,10 +38,9 @@ protected:
 
     static void configure(const char *layouts, const char *variants)
     {
-        QDir().mkpath(qEnvironmentVariable("XDG_CONFIG_HOME"));
-        QFile file(qEnvironmentVariable("XDG_CONFIG_HOME") + "/kxkbrc");
-        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-        file.write(QByteArray("[Layout]\nLayoutList=") + layouts + "\nVariantList=" + variants + "\nUse=true\n");
+        ASSERT_TRUE(
+            writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + "/kxkbrc",
+                      QByteArray("[Layout]\nLayoutList=") + layouts + "\nVariantList=" + variants + "\nUse=true\n"));
     }
 
     void startKWin(const char *layouts, const char *variants)

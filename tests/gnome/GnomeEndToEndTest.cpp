@@ -12,7 +12,6 @@
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDir>
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -76,11 +75,8 @@ QList<qint64> descendants(qint64 root)
     QList<qint64> found{root};
     for (qsizetype i = 0; i < found.size(); ++i) {
         for (const QString &entry : QDir("/proc").entryList(QDir::Dirs)) {
-            QFile stat(QString("/proc/%1/stat").arg(entry));
-            if (!stat.open(QIODevice::ReadOnly))
-                continue;
             // "pid (name) state ppid ...": the name may hold spaces, so read after its ")".
-            const QByteArray line = stat.readAll();
+            const QByteArray line = readFile(QString("/proc/%1/stat").arg(entry));
             const QList<QByteArray> fields = line.mid(line.lastIndexOf(')') + 2).split(' ');
             if (fields.size() > 1 && fields[1].toLongLong() == found[i])
                 found << entry.toLongLong();
@@ -89,7 +85,7 @@ QList<qint64> descendants(qint64 root)
     return found.mid(1);
 }
 
-class GnomeEndToEndTest : public testing::Test
+class GnomeEndToEndTest : public testing::Test, protected DesktopSession
 {
 protected:
     void SetUp() override
@@ -101,20 +97,18 @@ protected:
         qputenv("XDG_CURRENT_DESKTOP", "GNOME");
         qputenv("GSETTINGS_BACKEND", "dconf");
         qunsetenv("TOLVAR_INPUT_BACKEND");
-        m_session.environment = QProcessEnvironment::systemEnvironment();
+        environment = QProcessEnvironment::systemEnvironment();
         // The shell aborts without a system bus; a second private bus stands in for it.
         const QString systemBus = "unix:path=" + qEnvironmentVariable("XDG_RUNTIME_DIR") + "/system-bus";
         m_systemBus.start("dbus-daemon", {"--session", "--nofork", "--address=" + systemBus});
         ASSERT_TRUE(run(TOLVAR_CMAKE, {"--install", TOLVAR_BUILD_DIR, "--prefix", QDir::homePath() + "/.local",
                                        "--component", "gnome_extension"}));
         if (outdated()) {
-            QFile metadata(QDir::homePath() + "/.local/share/gnome-shell/extensions/" + GnomeShellExtension::uuid
-                           + "/metadata.json");
-            ASSERT_TRUE(metadata.open(QIODevice::ReadWrite));
-            QJsonObject fields = QJsonDocument::fromJson(metadata.readAll()).object();
+            const QString metadata = QDir::homePath() + "/.local/share/gnome-shell/extensions/"
+                                     + GnomeShellExtension::uuid + "/metadata.json";
+            QJsonObject fields = QJsonDocument::fromJson(readFile(metadata)).object();
             fields["shell-version"] = QJsonArray{"40"};
-            metadata.resize(0);
-            metadata.write(QJsonDocument(fields).toJson());
+            ASSERT_TRUE(writeFile(metadata, QJsonDocument(fields).toJson()));
         }
         ASSERT_TRUE(configure({"('xkb','us')", "('xkb','de')", "('ibus','hangul')"}));
         ASSERT_TRUE(run("gsettings", {"set", "org.gnome.shell", "enabled-extensions",
@@ -129,8 +123,7 @@ protected:
         // that it can leave calls unanswered for seconds on a busy machine.
         const QString log = QDir::homePath() + "/gnome-shell.log";
         const auto ready = [&] {
-            QFile file(log);
-            if (!file.open(QIODevice::ReadOnly) || !file.readAll().contains("GNOME Shell started at"))
+            if (!readFile(log).contains("GNOME Shell started at"))
                 return false;
             if (extensionEnabled() && !outdated() && !nameTaken())
                 return sourceIDs() == QStringList{us, german, hangul} && current() == us;
@@ -140,7 +133,7 @@ protected:
                                      "GetExtensionInfo", {GnomeShellExtension::uuid});
             return qdbus_cast<QVariantMap>(info.arguments().value(0)).contains("state");
         };
-        ASSERT_TRUE(m_session.start(
+        ASSERT_TRUE(start(
             "gnome-shell",
             {"--headless", "--wayland", "--no-x11", "--wayland-display=tolvar-test", "--virtual-monitor", "1024x768"},
             ready, 30000, log))
@@ -149,9 +142,9 @@ protected:
 
     void TearDown() override
     {
-        if (m_session.program().state() != QProcess::NotRunning) {
-            const QList<qint64> started = descendants(m_session.program().processId());
-            m_session.stop();
+        if (program().state() != QProcess::NotRunning) {
+            const QList<qint64> started = descendants(program().processId());
+            stop();
             for (const qint64 pid : started)
                 ::kill(static_cast<pid_t>(pid), SIGKILL);
         }
@@ -167,24 +160,23 @@ protected:
 
     static QString errorCode(const ProcessResult &result)
     {
-        return DesktopSession::json(result)["error"].toObject()["code"].toString();
+        return json(result)["error"].toObject()["code"].toString();
     }
 
     QProcess m_systemBus;
-    DesktopSession m_session;
 };
 
 TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
 {
-    const ProcessResult list = m_session.tolvar({"list", "--json"});
+    const ProcessResult list = tolvar({"list", "--json"});
     ASSERT_EQ(list.exitCode, 0) << list.out.constData();
     QStringList ids;
-    for (const QJsonValue source : DesktopSession::json(list)["sources"].toArray()) {
+    for (const QJsonValue source : json(list)["sources"].toArray()) {
         ids << source.toObject()["id"].toString();
         EXPECT_FALSE(source.toObject()["name"].toString().isEmpty()) << qPrintable(ids.last());
     }
     EXPECT_EQ(ids, (QStringList{us, german, hangul}));
-    const QJsonObject now = m_session.status();
+    const QJsonObject now = status();
     EXPECT_EQ(now["backend"].toString(), "gnome");
     EXPECT_FALSE(now.contains("backendError"));
     EXPECT_EQ(now["current"].toObject()["id"].toString(), us);
@@ -194,8 +186,8 @@ TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
                     .ok());
     ASSERT_TRUE(configure({"('xkb','us')", "('ibus','hangul')"}));
     ASSERT_TRUE(spinUntil([] { return sourceIDs() == QStringList{us, hangul}; }, 10000));
-    EXPECT_EQ(errorCode(m_session.tolvar({"apply", "--json"})), "missing_source");
-    EXPECT_FALSE(m_session.status()["target"].toObject()["available"].toBool(true));
+    EXPECT_EQ(errorCode(tolvar({"apply", "--json"})), "missing_source");
+    EXPECT_FALSE(status()["target"].toObject()["available"].toBool(true));
     EXPECT_EQ(current(), us);
     EXPECT_EQ(GnomeInputSources::onSessionBus().select(german), InputSources::refused);
 }
@@ -203,7 +195,7 @@ TEST_F(GnomeEndToEndTest, ListsTheShellsSourcesAndMissesARemovedOne)
 TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)
 {
     for (const QString &id : {german, hangul}) {
-        const ProcessResult result = m_session.tolvar({"set", id});
+        const ProcessResult result = tolvar({"set", id});
         EXPECT_EQ(result.exitCode, 0) << qPrintable(id) << result.err.constData();
         EXPECT_EQ(current(), id);
         // The shell's own record of the user's last choice, written by the shell alone, a moment later.
@@ -214,9 +206,9 @@ TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)
             << qPrintable(setting("org.gnome.desktop.input-sources", "mru-sources"));
     }
 
-    ASSERT_TRUE(m_session.keep(
-        german, [&] { return m_session.status()["state"].toString() == "keeping"; }, 15000))
-        << qPrintable(m_session.status()["state"].toString());
+    ASSERT_TRUE(keep(
+        german, [&] { return status()["state"].toString() == "keeping"; }, 15000))
+        << qPrintable(status()["state"].toString());
     ASSERT_EQ(current(), german);
     // What the shell does when the user picks a source from its menu.
     ASSERT_EQ(callExtension("Activate", {us}).arguments().value(0).toBool(), true);
@@ -233,20 +225,19 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
 {
     const InputSources ibus = IBusInputSources::at(IBusAddress::published);
     const QString engine = ibus.currentID();
-    const QJsonObject now = m_session.status();
+    const QJsonObject now = status();
     EXPECT_EQ(now["backend"].toString(), "gnome");
     EXPECT_EQ(now["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
-    EXPECT_TRUE(
-        m_session.tolvar({"status"}).out.contains(("gnome-extensions enable " + GnomeShellExtension::uuid).toUtf8()));
+    EXPECT_TRUE(tolvar({"status"}).out.contains(("gnome-extensions enable " + GnomeShellExtension::uuid).toUtf8()));
     for (const QStringList &command : {QStringList{"list"}, {"set", "hangul"}, {"set", hangul}}) {
-        const ProcessResult result = m_session.tolvar(command + QStringList{"--json"});
+        const ProcessResult result = tolvar(command + QStringList{"--json"});
         EXPECT_EQ(result.exitCode, 1) << qPrintable(command.join(' '));
         EXPECT_EQ(errorCode(result), "gnome_extension_missing") << qPrintable(command.join(' '));
     }
     EXPECT_EQ(ibus.currentID(), engine) << "no IBus switch behind the shell's back";
 
     // The shell knows the extension already, so turning it on is enough: no new login.
-    const ProcessResult installed = m_session.tolvar({"install", german});
+    const ProcessResult installed = tolvar({"install", german});
     EXPECT_EQ(installed.exitCode, 0) << installed.err.constData();
     EXPECT_TRUE(setting("org.gnome.shell", "enabled-extensions").contains(GnomeShellExtension::uuid));
     EXPECT_EQ(sourceIDs(), (QStringList{us, german, hangul}));
@@ -260,11 +251,11 @@ protected:
 
 TEST_F(GnomeOutdatedExtensionTest, SaysToUpdateRatherThanToTurnItOn)
 {
-    const QJsonObject error = m_session.status()["backendError"].toObject();
+    const QJsonObject error = status()["backendError"].toObject();
     EXPECT_EQ(error["code"].toString(), "gnome_extension_missing");
     EXPECT_TRUE(error["message"].toString().contains("does not support this version"))
         << qPrintable(error["message"].toString());
-    const ProcessResult installed = m_session.tolvar({"install", german});
+    const ProcessResult installed = tolvar({"install", german});
     EXPECT_EQ(installed.exitCode, 1);
     EXPECT_TRUE(installed.err.contains("doesn’t support this version")) << installed.err.constData();
 }
@@ -285,9 +276,7 @@ TEST_F(GnomeNameTakenTest, AnswersOnceTheNameIsFreeAndNotBehindIt)
     ASSERT_TRUE(QDBusConnection::sessionBus().unregisterService(busName));
     EXPECT_TRUE(spinUntil([] { return current() == us; }, 5000));
     EXPECT_TRUE(answersAtShell());
-    QFile log(QDir::homePath() + "/gnome-shell.log");
-    ASSERT_TRUE(log.open(QIODevice::ReadOnly));
-    EXPECT_EQ(log.readAll().count("is taken elsewhere"), 1);
+    EXPECT_EQ(readFile(QDir::homePath() + "/gnome-shell.log").count("is taken elsewhere"), 1);
 }
 
 } // namespace
