@@ -45,8 +45,6 @@ protected:
         return spinUntil([&] { return m_display.shown(title).size() == count; }, waitMs);
     }
 
-    int run(const QStringList &arguments) const { return tolvar(arguments).exitCode; }
-
     X11Windows m_display;
 };
 
@@ -59,7 +57,7 @@ TEST_F(GraphicalInstanceTest, ASecondStartOrOpenShowsTheOneWindow)
     m_display.cover();
     ASSERT_TRUE(spinUntil([&] { return m_display.topmost() != window; }, waitMs));
 
-    EXPECT_EQ(run({QStringLiteral("gui")}), 0);
+    EXPECT_EQ(tolvar({"gui"}).exitCode, 0);
     EXPECT_TRUE(spinUntil([&] { return m_display.topmost() == window; }, waitMs));
     EXPECT_TRUE(spinUntil([&] { return m_display.focused() == window; }, waitMs));
     EXPECT_EQ(m_display.shown(title).size(), 1);
@@ -68,7 +66,7 @@ TEST_F(GraphicalInstanceTest, ASecondStartOrOpenShowsTheOneWindow)
     ASSERT_TRUE(windows(0));
     EXPECT_EQ(instance().state(), QProcess::Running);
 
-    EXPECT_EQ(run({QStringLiteral("open")}), 0);
+    EXPECT_EQ(tolvar({"open"}).exitCode, 0);
     EXPECT_TRUE(windows(1));
 }
 
@@ -77,7 +75,7 @@ TEST_F(GraphicalInstanceTest, ASecondStartOrOpenShowsTheOneWindow)
 TEST_F(GraphicalInstanceTest, TrayItemOfTheBackgroundInstance)
 {
     start(QStringLiteral("background"));
-    ASSERT_EQ(run({QStringLiteral("status")}), 0);
+    ASSERT_EQ(tolvar({"status"}).exitCode, 0);
     FakeStatusNotifierWatcher tray;
     ASSERT_TRUE(tray.own());
     ASSERT_TRUE(spinUntil([&] { return !tray.items().isEmpty(); }, waitMs));
@@ -86,7 +84,7 @@ TEST_F(GraphicalInstanceTest, TrayItemOfTheBackgroundInstance)
         << qPrintable(tray.toolTip());
     const QByteArray german = tray.iconPixels();
 
-    const ProcessResult pinned = tolvar({QStringLiteral("set"), QStringLiteral("hangul")});
+    const ProcessResult pinned = tolvar({"set", "hangul"});
     ASSERT_EQ(pinned.exitCode, 0) << pinned.err.constData();
     EXPECT_TRUE(spinUntil([&] { return tray.toolTip().contains(QStringLiteral("Hangul")); }, waitMs))
         << qPrintable(tray.toolTip());
