@@ -62,6 +62,7 @@ TEST_P(FocusHelperTest, ExitsWithTheRightStatusAfterTheRightSteps)
 const QStringList allSteps = {"accessory", "select", "window", "activate"};
 const auto paused = [](HelperWorld &w) { w.config.enabled = false; };
 
+// clang-format off
 const HelperCase cases[] = {
     {"Switches", [](auto &) {}, true, FocusExitStatus::Switched, allSteps},
     {"NotCurrentAfterwards", [](auto &w) { w.selectWorks = false; }, false, FocusExitStatus::Failed, allSteps},
@@ -71,18 +72,12 @@ const HelperCase cases[] = {
     {"ManualWhilePaused", paused, false, FocusExitStatus::Switched, allSteps},
     {"SecureInput", [](auto &w) { w.secure = true; }, false, FocusExitStatus::SecureInput, {}},
     {"SourceRemoved", [](auto &w) { w.selectable = false; }, false, FocusExitStatus::Missing, {}},
-    {"SelectionRefused",
-     [](auto &w) { w.selectStatus = -50; },
-     false,
-     FocusExitStatus::Failed,
-     {"accessory", "select"}},
-    {"UnpinnedBeforeActivating",
-     [](auto &w) { w.goneAt = 3; },
-     false,
-     FocusExitStatus::NotWanted,
+    {"SelectionRefused", [](auto &w) { w.selectStatus = -50; }, false, FocusExitStatus::Failed, {"accessory", "select"}},
+    {"UnpinnedBeforeActivating", [](auto &w) { w.goneAt = 3; }, false, FocusExitStatus::NotWanted,
      {"accessory", "select", "window"}},
     {"UnpinnedWhileConfirming", [](auto &w) { w.goneAt = 4; }, false, FocusExitStatus::NotWanted, allSteps},
 };
+// clang-format on
 INSTANTIATE_TEST_SUITE_P(FocusHelper, FocusHelperTest, testing::ValuesIn(cases), ParamName());
 
 } // namespace

@@ -13,9 +13,7 @@ struct RunCase
     ServiceToolResult expected;
 };
 
-class ProgramRunnerTest : public testing::TestWithParam<RunCase>
-{
-};
+using ProgramRunnerTest = testing::TestWithParam<RunCase>;
 
 TEST_P(ProgramRunnerTest, ReportsStatusAndStandardOutput)
 {
@@ -27,27 +25,18 @@ TEST_P(ProgramRunnerTest, ReportsStatusAndStandardOutput)
 
 const QString shell = QStringLiteral("/bin/sh");
 
-INSTANTIATE_TEST_SUITE_P(
-    , ProgramRunnerTest,
-    testing::Values(
-        RunCase{"StandardErrorIsDiscarded",
-                shell,
-                QStringLiteral("echo hi; echo err >&2; exit 3"),
-                {3, QStringLiteral("hi\n")}},
-        // Arguments reach the program as they are, never through a shell.
-        RunCase{"ArgumentsAreNotInterpreted",
-                shell,
-                QStringLiteral("printf '%s' \"$0\""),
-                {0, QStringLiteral("not-a-shell")}},
-        RunCase{"ProgramThatCannotStart", QStringLiteral("/nonexistent/program"), QString(), {1, QString()}},
-        RunCase{"KilledBySignal", shell, QStringLiteral("kill -9 $$"), {9, QString()}},
-        RunCase{"InvalidUtf8IsRepaired", shell, QStringLiteral("printf 'a\\377b'"), {0, QStringLiteral("a\uFFFDb")}},
-        // More than a pipe holds: the reader must keep draining while the program runs.
-        RunCase{"LongOutputIsReadToTheEnd",
-                shell,
-                QStringLiteral("head -c 1000000 /dev/zero | tr '\\0' a"),
-                {0, QString(1000000, QLatin1Char('a'))}},
-        RunCase{"StandardInputIsEmpty", shell, QStringLiteral("cat; echo done"), {0, QStringLiteral("done\n")}}),
+// clang-format off
+INSTANTIATE_TEST_SUITE_P(, ProgramRunnerTest, testing::Values(
+    RunCase{"StandardErrorIsDiscarded", shell, "echo hi; echo err >&2; exit 3", {3, "hi\n"}},
+    // Arguments reach the program as they are, never through a shell.
+    RunCase{"ArgumentsAreNotInterpreted", shell, "printf '%s' \"$0\"", {0, "not-a-shell"}},
+    RunCase{"ProgramThatCannotStart", "/nonexistent/program", QString(), {1, QString()}},
+    RunCase{"KilledBySignal", shell, "kill -9 $$", {9, QString()}},
+    RunCase{"InvalidUtf8IsRepaired", shell, "printf 'a\\377b'", {0, "a\uFFFDb"}},
+    // More than a pipe holds: the reader must keep draining while the program runs.
+    RunCase{"LongOutputIsReadToTheEnd", shell, "head -c 1000000 /dev/zero | tr '\\0' a", {0, QString(1000000, 'a')}},
+    RunCase{"StandardInputIsEmpty", shell, "cat; echo done", {0, "done\n"}}),
     ParamName());
+// clang-format on
 
 } // namespace

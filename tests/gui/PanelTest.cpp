@@ -308,30 +308,23 @@ TEST_P(PanelWriteTest, WritesWhatWasChosenAndTellsTheKeeper)
 
 const char *const next = Identifier::setupNext;
 const QList<const char *> reopen = {Identifier::settings, Identifier::setupReopen};
+// clang-format off
 const WriteRow writes[] = {
-    {"FollowingTheSystemPauses",
-     true,
-     {german, Identifier::followSystem},
-     Config{.sourceID = "xkb:de::deu", .enabled = false, .onboardingCompleted = true},
-     1},
+    {"FollowingTheSystemPauses", true, {german, Identifier::followSystem},
+     Config{.sourceID = "xkb:de::deu", .enabled = false, .onboardingCompleted = true}, 1},
     {"ChoosingAgainResumes", true, {german, Identifier::followSystem, hangul}, hangulKept, 2},
     {"FailedSaveLosesNothing", true, {german}, {}, 0, false, true},
-    {"SetupLoginOffAndOnAgain",
-     {},
-     {hangul, next, Identifier::setupLogin, Identifier::setupLogin, next},
-     hangulKept,
-     1,
-     true},
+    {"SetupLoginOffAndOnAgain", {}, {hangul, next, Identifier::setupLogin, Identifier::setupLogin, next}, hangulKept,
+     1, true},
     {"SetupFailedSave", {}, {hangul, next, next}, {}, 0, false, true},
-    {"SetupNotKeptNow",
-     {},
-     {hangul, next, Identifier::setupKeep, next},
+    {"SetupNotKeptNow", {}, {hangul, next, Identifier::setupKeep, next},
      Config{.sourceID = "hangul", .enabled = false, .onboardingCompleted = true}},
     {"SetupReopened", true, reopen + QList{next, next},
      Config{.sourceID = "xkb:us::eng", .enabled = true, .onboardingCompleted = true}, 1},
     {"SetupReopenedWhilePaused", false, reopen + QList{next, next}, {}},
     {"SetupReopenedAndCancelled", true, reopen + QList{Identifier::setupSkip}, {}},
 };
+// clang-format on
 INSTANTIATE_TEST_SUITE_P(Panel, PanelWriteTest, testing::ValuesIn(writes), ParamName());
 
 } // namespace
