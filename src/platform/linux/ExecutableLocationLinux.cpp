@@ -1,5 +1,7 @@
 #include "platform/ExecutableLocation.h"
 
+#include "BuildRecord.h"
+
 #include <QDir>
 #include <QFileInfo>
 
@@ -21,9 +23,9 @@ QString resourceDirectory(const QString &executablePath)
 
 QString graphicalLibrary(const QString &executablePath)
 {
-    // <prefix>/lib/tolvar, installed or in the build tree.
+    // <prefix>/lib/tolvar (or where the build put it), installed or in the build tree.
     const QDir bin = QFileInfo(executablePath).absoluteDir();
-    return QDir::cleanPath(bin.absoluteFilePath(QStringLiteral("../lib/tolvar/libtolvar_gui.so")));
+    return QDir::cleanPath(bin.absoluteFilePath(QStringLiteral("../" TOLVAR_PRIVATE_LIBDIR "/libtolvar_gui.so")));
 }
 
 } // namespace ExecutableLocation
