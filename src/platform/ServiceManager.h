@@ -35,6 +35,8 @@ struct ServiceManager
     // Files earlier installations left that would start the agent a second way;
     // install and uninstall remove them.
     QStringList leftovers = {};
+    // The program a definition starts; empty when it names none.
+    std::function<QString(const QString &definition)> programOf = [](const QString &) { return QString(); };
 
     // This platform's service manager for the current user.
     static ServiceManager live();

@@ -23,7 +23,7 @@ struct Row
 };
 
 // clang-format off
-constexpr std::array<Row, 25> rows{{
+constexpr std::array<Row, 26> rows{{
     {Kind::InvalidArguments, "invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.",
      "cli.usage.header"},
     {Kind::InvalidConfig, "invalid_config", "Unable to read the configuration. The file has not been changed.",
@@ -70,6 +70,7 @@ constexpr std::array<Row, 25> rows{{
     {Kind::GnomeExtensionPending, "gnome_extension_missing",
      "Tolvar's GNOME Shell extension starts at the next login. Log out and back in.", nullptr, nullptr,
      Availability::extensionPending},
+    {Kind::ChecksFailed, "checks_failed", "At least one check failed.", "doctor.failed"},
 }};
 // clang-format on
 

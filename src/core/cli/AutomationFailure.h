@@ -38,6 +38,7 @@ struct AutomationFailure
         GnomeExtensionOutdated,
         GnomeExtensionFailed,
         GnomeExtensionPending,
+        ChecksFailed,
     };
 
     Kind kind = Kind::OperationFailed;

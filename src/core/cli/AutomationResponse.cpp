@@ -18,6 +18,14 @@ AutomationResponse AutomationResponse::version(const QString &command, const App
     return {.ok = true, .command = command, .build = build};
 }
 
+AutomationResponse AutomationResponse::doctor(const QString &command, const QList<DoctorCheck> &checks, bool failed)
+{
+    AutomationResponse response{.ok = !failed, .command = command, .checks = checks};
+    if (failed)
+        response.error = AutomationFailure::of(AutomationFailure::Kind::ChecksFailed);
+    return response;
+}
+
 AutomationResponse AutomationResponse::failure(const QString &command, const AutomationFailure &error)
 {
     return {.ok = false, .command = command, .error = error};
@@ -46,6 +54,12 @@ QByteArray AutomationResponse::encoded() const
         object.insert(QStringLiteral("version"), *build->version);
     if (build && build->build)
         object.insert(QStringLiteral("build"), *build->build);
+    if (checks) {
+        QJsonArray list;
+        for (const DoctorCheck &check : *checks)
+            list.append(check.toJson());
+        object.insert(QStringLiteral("checks"), list);
+    }
     return QJsonDocument(object).toJson(QJsonDocument::Compact);
 }
 

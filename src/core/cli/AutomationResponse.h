@@ -2,6 +2,7 @@
 
 #include "core/cli/AutomationFailure.h"
 #include "core/cli/AutomationStatus.h"
+#include "core/doctor/DoctorCheck.h"
 #include "core/instance/AppBuildInfo.h"
 
 #include <QByteArray>
@@ -21,10 +22,13 @@ struct AutomationResponse
     std::optional<AutomationFailure> error = {};
     // As members "version" and "build", each only when known.
     std::optional<AppBuildInfo> build = {};
+    std::optional<QList<DoctorCheck>> checks = {};
 
     static AutomationResponse success(const QString &command, const AutomationStatus &status);
     static AutomationResponse listing(const QString &command, const QList<AutomationSource> &sources);
     static AutomationResponse version(const QString &command, const AppBuildInfo &build);
+    // Not ok when a check failed, with the failure beside the checks.
+    static AutomationResponse doctor(const QString &command, const QList<DoctorCheck> &checks, bool failed);
     static AutomationResponse failure(const QString &command, const AutomationFailure &error);
 
     QByteArray encoded() const;

@@ -2,6 +2,7 @@
 
 #include "core/cli/Automation.h"
 #include "core/cli/AutomationResponse.h"
+#include "core/doctor/Doctor.h"
 #include "core/l10n/L10n.h"
 #include "core/sources/SourcesAvailability.h"
 
@@ -43,6 +44,7 @@ QString CLI::usage()
         "cli.usage.header", "cli.usage.status",  "cli.usage.list",      "cli.usage.pause",
         "cli.usage.resume", "cli.usage.toggle",  "cli.usage.set",       "cli.usage.apply",
         "cli.usage.open",   "cli.usage.install", "cli.usage.uninstall", "cli.usage.version",
+        "cli.usage.doctor",
     };
     QStringList lines;
     for (const char *key : keys)
@@ -117,6 +119,7 @@ int CLI::execute(const CLIRequest &request)
     case Command::Uninstall: return uninstall(request);
     case Command::Help: line(m_out, usage()); return 0;
     case Command::Version: return version(request);
+    case Command::Doctor: return doctor(request);
     }
     return fail(AutomationFailure::operationFailed(), request);
 }
@@ -153,6 +156,26 @@ int CLI::version(const CLIRequest &request)
     else
         line(m_out, L10n::text("cli.version").arg(*build.version));
     return 0;
+}
+
+int CLI::doctor(const CLIRequest &request)
+{
+    const QList<DoctorCheck> checks = m_services.doctor();
+    const bool failed = Doctor::failed(checks);
+    if (request.json) {
+        printDocument(AutomationResponse::doctor(CLIRequest::word(request.command), checks, failed).encoded());
+        return failed ? 1 : 0;
+    }
+    for (const DoctorCheck &check : checks) {
+        const QString verdict = L10n::text(QStringLiteral("doctor.") + DoctorCheck::verdictName(check.verdict));
+        line(m_out, L10n::text("cli.line")
+                        .arg(verdict, L10n::text(QStringLiteral("doctor.title.") + check.id) + QStringLiteral(" (") + check.id
+                                          + QStringLiteral(")")));
+        line(m_out, QStringLiteral("    ") + check.evidence);
+        if (!check.advice.key().isEmpty())
+            line(m_out, QStringLiteral("    ") + check.advice.text());
+    }
+    return failed ? 1 : 0;
 }
 
 int CLI::list(const CLIRequest &request)

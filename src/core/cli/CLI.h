@@ -31,6 +31,7 @@ private:
     int reportStatus(const CLIRequest &request, const std::optional<AutomationStatus> &given = std::nullopt);
     int list(const CLIRequest &request);
     int version(const CLIRequest &request);
+    int doctor(const CLIRequest &request);
     int apply(const CLIRequest &request);
     int install(const CLIRequest &request);
     int uninstall(const CLIRequest &request);

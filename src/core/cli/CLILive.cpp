@@ -1,6 +1,7 @@
 // The command line wired to this machine.
 #include "core/cli/CLIServices.h"
 #include "core/config/ConfigStore.h"
+#include "core/doctor/Doctor.h"
 #include "core/engine/Enforcer.h"
 #include "core/engine/SwitchRetry.h"
 #include "core/instance/InstanceLock.h"
@@ -122,5 +123,6 @@ CLIServices CLIServices::live(std::optional<Expected<Config>> started)
     s.configFile = [] { return ConfigStore::file(); };
     s.enableCompanion = InputSources::live().enableCompanion;
     s.buildInfo = AppBuildInfo::current;
+    s.doctor = [] { return Doctor::run(DoctorServices::live()); };
     return s;
 }

@@ -7,7 +7,7 @@ namespace {
 
 using Command = CLIRequest::Command;
 
-constexpr std::array<std::pair<Command, const char *>, 12> words = {{
+constexpr std::array<std::pair<Command, const char *>, 13> words = {{
     {Command::Status, "status"},
     {Command::List, "list"},
     {Command::Set, "set"},
@@ -20,6 +20,7 @@ constexpr std::array<std::pair<Command, const char *>, 12> words = {{
     {Command::Toggle, "toggle"},
     {Command::Help, "help"},
     {Command::Version, "version"},
+    {Command::Doctor, "doctor"},
 }};
 
 const QString jsonFlag = QStringLiteral("--json");

@@ -10,7 +10,7 @@
 // One parsed command line: tolvar [command] [source-id] [--json].
 struct CLIRequest
 {
-    enum class Command { Status, List, Set, Apply, Open, Install, Uninstall, Pause, Resume, Toggle, Help, Version };
+    enum class Command { Status, List, Set, Apply, Open, Install, Uninstall, Pause, Resume, Toggle, Help, Version, Doctor };
 
     Command command = Command::Status;
     std::optional<QString> sourceID;

@@ -3,6 +3,7 @@
 #include "base/Expected.h"
 #include "core/cli/AutomationFailure.h"
 #include "core/cli/AutomationServices.h"
+#include "core/doctor/DoctorCheck.h"
 #include "core/instance/AppBuildInfo.h"
 #include "core/sources/SwitchOutcome.h"
 
@@ -28,6 +29,8 @@ struct CLIServices
     // Turns on what the input-source backend needs from the desktop; false when that failed.
     std::function<bool()> enableCompanion = [] { return true; };
     std::function<AppBuildInfo()> buildInfo = [] { return AppBuildInfo{}; };
+    // The machine's checks, in their fixed order.
+    std::function<QList<DoctorCheck>()> doctor = [] { return QList<DoctorCheck>(); };
 
     // `started`: as for AutomationServices::live.
     static CLIServices live(std::optional<Expected<Config>> started = std::nullopt);

@@ -2,6 +2,7 @@
 
 #include "base/Expected.h"
 
+#include <QByteArray>
 #include <QString>
 
 // An open descriptor on an advisory lock file. The lock dies with the
@@ -27,6 +28,9 @@ public:
     Expected<void> lockExclusive();
     Expected<Attempt> tryLock(Mode mode);
     Expected<bool> isRegularFile() const;
+    // The file's whole text, and in its place, for a lock whose holder leaves word of itself.
+    Expected<QByteArray> contents() const;
+    Expected<void> replaceContents(const QByteArray &bytes);
     void unlock();
 
     const QString &path() const { return m_path; }

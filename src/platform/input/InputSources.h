@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/input/SourceProperties.h"
+#include "platform/input/StackReport.h"
 
 #include <QList>
 #include <QString>
@@ -77,6 +78,9 @@ struct InputSources
     // Turns on what the backend needs from the desktop, for this and later
     // sessions (GNOME: Tolvar's shell extension); false when that failed.
     std::function<bool()> enableCompanion = [] { return true; };
+    // What the stack tells of itself, for a check of the machine; asked in a
+    // bounded time, and only while the stack itself can be reached.
+    std::function<StackReport()> report = [] { return StackReport{}; };
 
     // Selects `id`, asking again up to three times, after `firstPause` and then
     // twice as long each time, while the system turns it down: IBus refuses a

@@ -16,6 +16,18 @@ QByteArray escaped(QString text)
     return text.toUtf8();
 }
 
+// The first of ProgramArguments, its escapes undone.
+QString programOf(const QString &definition)
+{
+    static const QRegularExpression first(
+        QStringLiteral("<key>ProgramArguments</key>\\s*<array>\\s*<string>([^<]*)</string>"));
+    return first.match(definition)
+        .captured(1)
+        .replace(QLatin1String("&lt;"), QLatin1String("<"))
+        .replace(QLatin1String("&gt;"), QLatin1String(">"))
+        .replace(QLatin1String("&amp;"), QLatin1String("&"));
+}
+
 } // namespace
 
 ServiceManager manager(const QString &homeDirectory, unsigned userId)
@@ -34,6 +46,8 @@ ServiceManager manager(const QString &homeDirectory, unsigned userId)
         .load = {QStringLiteral("bootstrap"), domain, file},
         .disable = {QStringLiteral("disable"), target},
         .unload = {QStringLiteral("bootout"), target},
+        .leftovers = {},
+        .programOf = programOf,
     };
 }
 

@@ -41,6 +41,7 @@ ServiceManager manager(const QString &configHome)
         .disable = {},
         .unload = {},
         .leftovers = {unit, wants},
+        .programOf = program,
     };
 }
 
@@ -54,6 +55,34 @@ QByteArray entry(const QString &executable)
                           "NoDisplay=true\n")
         .arg(quotedProgram(executable))
         .toUtf8();
+}
+
+QString program(const QString &entryText)
+{
+    for (const QString &line : entryText.split(QLatin1Char('\n'))) {
+        if (!line.startsWith(QLatin1String("Exec=")))
+            continue;
+        // Undone in the reverse order of quotedProgram: field codes, the value's escapes, the quotes.
+        const QString value = line.mid(5).trimmed().replace(QLatin1String("%%"), QLatin1String("%"));
+        QString unescaped;
+        for (qsizetype i = 0; i < value.size(); ++i)
+            unescaped += value[i] == QLatin1Char('\\') && i + 1 < value.size() ? value[++i] : value[i];
+        QString found;
+        bool quoted = false;
+        for (qsizetype i = 0; i < unescaped.size(); ++i) {
+            const QChar c = unescaped[i];
+            if (quoted && c == QLatin1Char('\\') && i + 1 < unescaped.size())
+                found += unescaped[++i];
+            else if (c == QLatin1Char('"'))
+                quoted = !quoted;
+            else if (!quoted && c == QLatin1Char(' '))
+                break;
+            else
+                found += c;
+        }
+        return found;
+    }
+    return {};
 }
 
 ServiceManager::Mark readMark(const ServiceToolResult &entryText)

@@ -17,6 +17,9 @@ ServiceManager manager(const QString &configHome);
 
 QByteArray entry(const QString &executable);
 
+// The program an entry's Exec line starts, its quoting undone; empty when it names none.
+QString program(const QString &entryText);
+
 // Reads the entry's own text: disabled when it is hidden or switched off.
 ServiceManager::Mark readMark(const ServiceToolResult &entryText);
 

@@ -73,6 +73,38 @@ Expected<bool> LockFile::isRegularFile() const
     return S_ISREG(info.st_mode);
 }
 
+Expected<QByteArray> LockFile::contents() const
+{
+    QByteArray bytes;
+    char chunk[512];
+    for (off_t at = 0;;) {
+        const ssize_t read = ::pread(m_descriptor, chunk, sizeof chunk, at);
+        if (read < 0 && errno == EINTR)
+            continue;
+        if (read < 0)
+            return Error::posix(errno, m_path);
+        if (read == 0)
+            return bytes;
+        bytes.append(chunk, read);
+        at += read;
+    }
+}
+
+Expected<void> LockFile::replaceContents(const QByteArray &bytes)
+{
+    if (::ftruncate(m_descriptor, 0) != 0)
+        return Error::posix(errno, m_path);
+    for (qsizetype written = 0; written < bytes.size();) {
+        const ssize_t wrote = ::pwrite(m_descriptor, bytes.constData() + written, bytes.size() - written, written);
+        if (wrote < 0 && errno == EINTR)
+            continue;
+        if (wrote < 0)
+            return Error::posix(errno, m_path);
+        written += wrote;
+    }
+    return {};
+}
+
 void LockFile::unlock()
 {
     if (m_descriptor >= 0)

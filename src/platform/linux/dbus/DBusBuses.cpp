@@ -36,6 +36,16 @@ QDBusMessage callSession(const QDBusMessage &message, int timeoutMs)
     return bus->call(message, QDBus::Block, timeoutMs);
 }
 
+bool sessionHas(const QString &name, int timeoutMs)
+{
+    QDBusMessage question =
+        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
+                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
+    question.setArguments({name});
+    const QDBusMessage reply = callSession(question, timeoutMs);
+    return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
+}
+
 std::optional<QDBusConnection> system()
 {
     QString address = qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS");

@@ -15,5 +15,7 @@ std::optional<QDBusConnection> system();
 // `message` on the session bus, waiting at most `timeoutMs`; a Disconnected
 // error at once when there is no session bus to ask.
 QDBusMessage callSession(const QDBusMessage &message, int timeoutMs);
+// Whether `name` has an owner on the session bus; false when it cannot be told.
+bool sessionHas(const QString &name, int timeoutMs = 1000);
 
 } // namespace DBusBuses

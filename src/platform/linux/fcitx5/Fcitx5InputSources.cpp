@@ -11,6 +11,8 @@
 #include <QDBusServiceWatcher>
 #include <QHash>
 #include <QPointer>
+#include <QSettings>
+#include <QStandardPaths>
 
 #include <memory>
 
@@ -189,6 +191,21 @@ bool observeEnabled(QObject *context, std::function<void()> callback)
                        QStringLiteral("InputMethodGroupsChanged"), receiver, SLOT(deliver()));
 }
 
+// Without a shared input state every input context keeps a method of its own,
+// and Fcitx5 gives it back whenever that context gets the focus.
+StackReport report()
+{
+    const QString config =
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/fcitx5/config");
+    const QString shared = QSettings(config, QSettings::IniFormat)
+                               .value(QStringLiteral("Behavior/ShareInputState"), QStringLiteral("No"))
+                               .toString();
+    return {.version = Fcitx5Controller::text(Fcitx5Controller::call(QStringLiteral("Version"))),
+            .settings = {StackSetting{config + QStringLiteral(" [Behavior] ShareInputState"), shared,
+                                      shared == QLatin1String("All") ? StackSetting::Effect::none
+                                                                     : StackSetting::Effect::switchesPerWindow}}};
+}
+
 } // namespace
 
 namespace Fcitx5InputSources {
@@ -213,6 +230,7 @@ InputSources live()
         // SetCurrentIM takes effect at once, whatever the method.
         .cjkvNeedsFocus = false,
         .needSelected = [polls](bool needed) { polls->setNeeded(needed); }};
+    sources.report = report;
     return sources;
 }
 

@@ -10,7 +10,9 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
+#include <QDBusVariant>
 #include <QDeadlineTimer>
+#include <QFileInfo>
 #include <QStandardPaths>
 #include <QThread>
 
@@ -52,21 +54,61 @@ bool extensionRunning()
     return owned.metaType() == QMetaType::fromType<bool>() && owned.toBool();
 }
 
+// The extension's metadata where the shell looks for it; empty when it is not installed.
+QString installedAt()
+{
+    return QStandardPaths::locate(
+        QStandardPaths::GenericDataLocation,
+        QStringLiteral("gnome-shell/extensions/%1/metadata.json").arg(GnomeShellExtension::uuid));
+}
+
 bool installed()
 {
-    return !QStandardPaths::locate(
-                QStandardPaths::GenericDataLocation,
-                QStringLiteral("gnome-shell/extensions/%1/metadata.json").arg(GnomeShellExtension::uuid))
-                .isEmpty();
+    return !installedAt().isEmpty();
+}
+
+QDBusMessage extensionInfo()
+{
+    return call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+                QStringLiteral("org.gnome.Shell.Extensions"), QStringLiteral("GetExtensionInfo"),
+                {GnomeShellExtension::uuid});
+}
+
+// A GSettings value in GVariant text, as the shell's own tool prints it; empty when unreadable.
+QString setting(const QString &schema, const QString &key)
+{
+    const ServiceToolResult read = ProgramRunner::run(QStringLiteral("gsettings"), {QStringLiteral("get"), schema, key});
+    return read.status == 0 ? read.output.trimmed() : QString();
+}
+
+StackReport report()
+{
+    StackReport report;
+    const QVariant version = firstArgument(call(
+        QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+        {QStringLiteral("org.gnome.Shell"), QStringLiteral("ShellVersion")}));
+    report.version = qvariant_cast<QDBusVariant>(version).variant().toString();
+    // With per-window sources the shell gives each window back the source it had last.
+    const QString perWindow = setting(QStringLiteral("org.gnome.desktop.input-sources"), QStringLiteral("per-window"));
+    if (!perWindow.isEmpty())
+        report.settings << StackSetting{QStringLiteral("org.gnome.desktop.input-sources per-window"), perWindow,
+                                        perWindow == QLatin1String("true") ? StackSetting::Effect::switchesPerWindow
+                                                                           : StackSetting::Effect::none};
+    const QString metadata = installedAt();
+    report.companionPath = metadata.isEmpty() ? QString() : QFileInfo(metadata).absolutePath();
+    report.companionEnabled = setting(QStringLiteral("org.gnome.shell"), QStringLiteral("enabled-extensions"))
+                                  .contains(QLatin1Char('\'') + GnomeShellExtension::uuid + QLatin1Char('\''));
+    const QVariantMap info = qdbus_cast<QVariantMap>(firstArgument(extensionInfo()));
+    report.companionError = info.value(QStringLiteral("error")).toString();
+    return report;
 }
 
 InputSources::Availability availability()
 {
     if (extensionRunning())
         return InputSources::Availability::available;
-    const QDBusMessage reply = call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
-                                    QStringLiteral("org.gnome.Shell.Extensions"), QStringLiteral("GetExtensionInfo"),
-                                    {GnomeShellExtension::uuid});
+    const QDBusMessage reply = extensionInfo();
     if (reply.type() == QDBusMessage::ErrorMessage) {
         const QString error = reply.errorName();
         if (error == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown"))
@@ -173,6 +215,7 @@ InputSources onSessionBus()
                          // The shell applies every source at once.
                          .cjkvNeedsFocus = false};
     sources.availability = availability;
+    sources.report = report;
     sources.enableCompanion = [] {
         const bool wasOff = availability() == InputSources::Availability::extensionOff;
         // Through the shell's own tool, which also works while the shell does not run.

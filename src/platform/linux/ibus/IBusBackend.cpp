@@ -153,6 +153,14 @@ bool IBusBackend::keepSystemLayout()
     });
 }
 
+std::optional<bool> IBusBackend::generalFlag(const QString &name)
+{
+    const std::optional<QVariant> value = generalSetting(name);
+    if (!value || value->metaType() != QMetaType::fromType<bool>())
+        return std::nullopt;
+    return value->toBool();
+}
+
 QString IBusBackend::globalEngine(std::optional<IBusEngineDesc::Engine> *described)
 {
     return cached(&Known::current, [this, described]() -> std::optional<QString> {

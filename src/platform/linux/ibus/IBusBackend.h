@@ -42,6 +42,9 @@ public:
     QStringList preload();
     // Whether the user told IBus to keep the system's layout.
     bool keepSystemLayout();
+    // One of IBus's boolean "general" settings, by its underscored name, asked
+    // afresh; none when IBus did not answer with a flag.
+    std::optional<bool> generalFlag(const QString &name);
     // The global engine's name; `described` gets its description when IBus was asked for it.
     QString globalEngine(std::optional<IBusEngineDesc::Engine> *described);
 

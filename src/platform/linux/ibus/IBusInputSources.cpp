@@ -71,6 +71,22 @@ qint32 select(IBusBackend &backend, const QString &id)
     return SelectStatus::ofError(reply);
 }
 
+StackReport report(IBusBackend &backend)
+{
+    using Effect = StackSetting::Effect;
+    StackReport report;
+    const auto read = [&](const char *underscored, const char *dashed, Effect whenOn, Effect whenOff) {
+        if (const std::optional<bool> on = backend.generalFlag(QLatin1String(underscored)))
+            report.settings << StackSetting{QStringLiteral("org.freedesktop.ibus.general ") + QLatin1String(dashed),
+                                            *on ? QStringLiteral("true") : QStringLiteral("false"),
+                                            *on ? whenOn : whenOff};
+    };
+    // Off, IBus's panel gives each window back the engine it had last.
+    read("use_global_engine", "use-global-engine", Effect::none, Effect::switchesPerWindow);
+    read("use_system_keyboard_layout", "use-system-keyboard-layout", Effect::keepsSystemLayout, Effect::none);
+    return report;
+}
+
 bool isSelection(const QDBusMessage &message)
 {
     return message.type() != QDBusMessage::SignalMessage || message.member() == QLatin1String("GlobalEngineChanged");
@@ -117,6 +133,7 @@ InputSources at(std::function<QString()> address, std::function<void()> sent)
         return observeEngine(context, std::move(callback));
     };
     sources.availability = [backend] { return backend->bus().availability(); };
+    sources.report = [backend] { return report(*backend); };
     return sources;
 }
 

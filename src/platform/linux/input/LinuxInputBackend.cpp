@@ -2,8 +2,6 @@
 
 #include "platform/linux/dbus/DBusBuses.h"
 
-#include <QDBusMessage>
-
 #include <array>
 #include <utility>
 
@@ -15,16 +13,6 @@ constexpr std::array names = {
     std::pair{LinuxInputBackend::Kind::fcitx5, "fcitx5"},
     std::pair{LinuxInputBackend::Kind::plasma, "plasma"},
 };
-
-bool hasOwner(const QString &service)
-{
-    QDBusMessage question =
-        QDBusMessage::createMethodCall(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                                       QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"));
-    question.setArguments({service});
-    const QDBusMessage reply = DBusBuses::callSession(question, 1000);
-    return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
-}
 
 // What im-config and the desktops export for applications: the framework they
 // type through. When it names IBus, that holds whatever else runs, and the bus
@@ -82,9 +70,9 @@ Session probe()
     if (!session.busAnswers)
         return session;
     if (!sessionTypesThrough(QStringLiteral("ibus")))
-        session.fcitx5Running = hasOwner(QStringLiteral("org.fcitx.Fcitx5"));
+        session.fcitx5Running = DBusBuses::sessionHas(QStringLiteral("org.fcitx.Fcitx5"));
     if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive))
-        session.plasmaLayouts = hasOwner(QStringLiteral("org.kde.keyboard"));
+        session.plasmaLayouts = DBusBuses::sessionHas(QStringLiteral("org.kde.keyboard"));
     return session;
 }
 

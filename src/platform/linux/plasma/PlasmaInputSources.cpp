@@ -169,6 +169,18 @@ bool observe(const QString &signal, bool serviceToo, QObject *context, std::func
     return bus.connect(service, path, interface, signal, receiver, SLOT(deliver()));
 }
 
+// Plasma's switching policy: with any other than Global, KWin gives each
+// window, application or desktop back the layout it had last.
+StackReport report(const QString &kxkbrc)
+{
+    const QString mode = QSettings(kxkbrc, QSettings::IniFormat)
+                             .value(QStringLiteral("Layout/SwitchMode"), QStringLiteral("Global"))
+                             .toString();
+    return {.settings = {StackSetting{kxkbrc + QStringLiteral(" [Layout] SwitchMode"), mode,
+                                      mode == QLatin1String("Global") ? StackSetting::Effect::none
+                                                                      : StackSetting::Effect::switchesPerWindow}}};
+}
+
 } // namespace
 
 namespace PlasmaInputSources {
@@ -176,7 +188,7 @@ namespace PlasmaInputSources {
 InputSources at(const QString &kxkbrc)
 {
     const auto layouts = std::make_shared<Layouts>(kxkbrc);
-    return {[layouts] { return layouts->enabled(); },
+    InputSources sources{[layouts] { return layouts->enabled(); },
             [layouts](const QString &id) { return id.isEmpty() ? QList<SourceProperties>() : layouts->enabled(id); },
             [layouts] { return layouts->currentID(); },
             [layouts](const QString &id) { return layouts->select(id); },
@@ -189,6 +201,8 @@ InputSources at(const QString &kxkbrc)
             },
             QStringLiteral("plasma"),
             false};
+    sources.report = [kxkbrc] { return report(kxkbrc); };
+    return sources;
 }
 
 InputSources live()

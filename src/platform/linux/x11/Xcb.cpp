@@ -41,6 +41,8 @@ std::optional<Xcb> load()
     resolve(x.configureWindow, "xcb_configure_window");
     resolve(x.setInputFocus, "xcb_set_input_focus");
     resolve(x.sendEvent, "xcb_send_event");
+    resolve(x.getSelectionOwner, "xcb_get_selection_owner");
+    resolve(x.getSelectionOwnerReply, "xcb_get_selection_owner_reply");
     // Never unloaded: its connections live to the end of the process.
     if (!complete)
         return std::nullopt;

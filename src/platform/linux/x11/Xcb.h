@@ -2,7 +2,7 @@
 
 #include <xcb/xcb.h>
 
-// The few libxcb calls the X layout and window activation need, loaded on first use:
+// The few libxcb calls the X layout, window activation and the tray check need, loaded on first use:
 // most commands never talk to an X server and should not pay for loading its client library.
 struct Xcb
 {
@@ -30,6 +30,8 @@ struct Xcb
     decltype(&xcb_configure_window) configureWindow;
     decltype(&xcb_set_input_focus) setInputFocus;
     decltype(&xcb_send_event) sendEvent;
+    decltype(&xcb_get_selection_owner) getSelectionOwner;
+    decltype(&xcb_get_selection_owner_reply) getSelectionOwnerReply;
 
     // The library's calls; none when libxcb cannot be loaded.
     static const Xcb *library();
