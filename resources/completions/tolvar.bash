@@ -8,7 +8,7 @@ _tolvar_sources()
 _tolvar()
 {
     local cur="${COMP_WORDS[COMP_CWORD]}"
-    local commands="status list set apply open install uninstall pause resume toggle help version"
+    local commands="status list set apply open install uninstall pause resume toggle help version doctor"
     local words=() word
     for word in "${COMP_WORDS[@]:1:COMP_CWORD-1}"; do
         [ "$word" = "--json" ] || words+=("$word")

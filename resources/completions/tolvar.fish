@@ -37,6 +37,7 @@ complete -c tolvar -n __tolvar_needs_command -a resume
 complete -c tolvar -n __tolvar_needs_command -a toggle
 complete -c tolvar -n __tolvar_needs_command -a help
 complete -c tolvar -n __tolvar_needs_command -a version
+complete -c tolvar -n __tolvar_needs_command -a doctor
 complete -c tolvar -n __tolvar_needs_command -l help
 complete -c tolvar -n __tolvar_needs_command -l version
 complete -c tolvar -n __tolvar_needs_source -a '(__tolvar_sources)'

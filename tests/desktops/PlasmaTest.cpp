@@ -5,6 +5,7 @@
 #include "support/DesktopSession.h"
 
 #include <QFile>
+#include <QJsonArray>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 
@@ -68,6 +69,21 @@ TEST_F(PlasmaTest, ListsAndSetsByNameAndVariant)
     EXPECT_EQ(m_session.tolvar({"set", "fr"}).exitCode, 1);
     configure("de,us", ",neo"); // not yet reloaded: variants that no longer belong to the running layouts
     EXPECT_EQ(m_session.listed(), (QStringList{"us", "de", "de"}));
+}
+
+TEST_F(PlasmaTest, DoctorWarnsOfSwitchingPerWindow)
+{
+    startKWin("us,de", ",");
+    QFile kxkbrc(qEnvironmentVariable("XDG_CONFIG_HOME") + "/kxkbrc");
+    ASSERT_TRUE(kxkbrc.open(QIODevice::Append));
+    kxkbrc.write("SwitchMode=Window\n");
+    kxkbrc.close();
+    const ProcessResult result = m_session.tolvar({"doctor", "--json"});
+    QStringList verdicts;
+    for (const QJsonValue check : DesktopSession::json(result)["checks"].toArray())
+        verdicts << check["id"].toString() + ' ' + check["verdict"].toString();
+    EXPECT_TRUE(verdicts.contains("framework ok")) << result.out.constData();
+    EXPECT_TRUE(verdicts.contains("desktop-switching warn")) << result.out.constData();
 }
 
 TEST_F(PlasmaTest, BackgroundInstanceKeepsThePinAcrossAnOutsideSwitchAndANewList)

@@ -243,6 +243,20 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
     EXPECT_EQ(sourceIDs(), (QStringList{us, german, hangul}));
 }
 
+TEST_F(GnomeWithoutExtensionTest, DoctorSaysTheExtensionIsOffAndWhere)
+{
+    const ProcessResult result = m_session.tolvar({"doctor", "--json"});
+    EXPECT_EQ(result.exitCode, 1);
+    for (const QJsonValue check : DesktopSession::json(result)["checks"].toArray()) {
+        if (check["id"] == "gnome-extension") {
+            EXPECT_EQ(check["verdict"], "fail");
+            EXPECT_TRUE(check["evidence"].toString().contains("/.local/share/gnome-shell/extensions/"));
+            EXPECT_TRUE(check["advice"].toString().contains("gnome-extensions enable"));
+        }
+        EXPECT_EQ(check["verdict"] == "fail", check["id"] == "gnome-extension") << result.out.constData();
+    }
+}
+
 class GnomeOutdatedExtensionTest : public GnomeEndToEndTest
 {
 protected:

@@ -1,8 +1,10 @@
 // The real tolvar command against the private session's ibus-daemon (engines
 // xkb:us::eng selected, xkb:de::deu and hangul) and its temporary HOME.
 #include "core/config/ConfigStore.h"
+#include "core/instance/InstanceLock.h"
 #include "core/l10n/L10n.h"
 #include "core/l10n/StringTable.h"
+#include "platform/AppPlaces.h"
 #include "platform/ExecutableLocation.h"
 #include "platform/input/InputSources.h"
 #include "platform/linux/ibus/IBusAddress.h"
@@ -10,10 +12,15 @@
 #include "support/DesktopSession.h"
 #include "support/ParamName.h"
 
+#include <QCoreApplication>
+#include <QDir>
 #include <QFile>
+#include <QJsonArray>
 #include <QRegularExpression>
 
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -179,5 +186,89 @@ TEST_F(CommandLineEndToEndTest, HelpAndUnknownWords)
     EXPECT_EQ(json(unknownJson)["command"].toString(), "lsit");
     EXPECT_EQ(json(unknownJson)["error"].toObject()["code"].toString(), "invalid_arguments");
 }
+
+// Each row sets up what goes wrong, from a pin that works on the private IBus.
+struct DoctorCase
+{
+    const char *name;
+    std::function<void(QProcessEnvironment &, InstanceLock &)> arrange;
+    QList<std::pair<QString, QString>> verdicts;
+    int exitCode;
+    QByteArray said = {};
+};
+
+class DoctorTest : public CommandLineEndToEndTest, public testing::WithParamInterface<DoctorCase>
+{
+};
+
+TEST_P(DoctorTest, NamesWhatIsWrongAndFailsOnlyOnAFailure)
+{
+    writeRaw(Config{.sourceID = german, .enabled = true, .onboardingCompleted = true}.encoded());
+    InstanceLock lock;
+    GetParam().arrange(environment, lock);
+    const bool regular = QFileInfo(ConfigStore::file()).isFile();
+    const QByteArray before = regular ? readRaw() : QByteArray();
+    const ProcessResult result = tolvar({"doctor", "--json"});
+    EXPECT_EQ(result.exitCode, GetParam().exitCode) << result.out.constData();
+    EXPECT_EQ(json(result)["ok"].toBool(), GetParam().exitCode == 0);
+    QHash<QString, QString> verdicts;
+    for (const QJsonValue check : json(result)["checks"].toArray())
+        verdicts.insert(check["id"].toString(), check["verdict"].toString());
+    EXPECT_EQ(verdicts.size(), 10);
+    EXPECT_TRUE(result.out.contains(GetParam().said)) << result.out.constData();
+    for (const auto &[id, verdict] : GetParam().verdicts)
+        EXPECT_EQ(verdicts.value(id), verdict) << qPrintable(id) << result.out.constData();
+    EXPECT_EQ(tolvar({"doctor"}).exitCode, GetParam().exitCode);
+    if (regular) {
+        EXPECT_EQ(readRaw(), before) << "doctor must not write";
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLine, DoctorTest,
+    testing::Values(
+        DoctorCase{"IBusAllOk",
+                   [](QProcessEnvironment &, InstanceLock &) {},
+                   {{"framework", "ok"}, {"pinned-source", "ok"}, {"desktop-switching", "ok"}, {"config", "ok"}},
+                   0},
+        DoctorCase{"IBusStopped",
+                   [](QProcessEnvironment &environment, InstanceLock &) {
+                       environment.insert("IBUS_ADDRESS", "unix:path=/nonexistent/ibus");
+                   },
+                   {{"framework", "fail"}, {"pinned-source", "info"}},
+                   1},
+        DoctorCase{"FifoAtConfig",
+                   [](QProcessEnvironment &, InstanceLock &) {
+                       QFile::remove(ConfigStore::file());
+                       ASSERT_EQ(::mkfifo(QFile::encodeName(ConfigStore::file()).constData(), 0600), 0);
+                   },
+                   {{"config", "fail"}, {"framework", "ok"}},
+                   1},
+        DoctorCase{"AutostartExecGone",
+                   [](QProcessEnvironment &, InstanceLock &) {
+                       ASSERT_TRUE(writeFile(qEnvironmentVariable("XDG_CONFIG_HOME") + "/autostart/app.tolvar.desktop",
+                                             "[Desktop Entry]\nType=Application\nExec=\"/gone/tol var\" background\n"));
+                   },
+                   {{"login-item", "fail"}},
+                   1},
+        DoctorCase{"StaleInstanceOfAnotherVersion",
+                   [](QProcessEnvironment &, InstanceLock &lock) {
+                       ASSERT_TRUE(QDir().mkpath(AppPlaces::sessionLockDirectory()));
+                       ASSERT_TRUE(
+                           lock.acquire(InstanceLock::fileIn(AppPlaces::sessionLockDirectory()),
+                                        {.version = "0.0.1", .build = 1, .pid = QCoreApplication::applicationPid()})
+                               .value());
+                   },
+                   {{"instance", "warn"}, {"login-item", "info"}},
+                   0,
+                   "process " + QByteArray::number(QCoreApplication::applicationPid())},
+        DoctorCase{"PinOfAnotherStack",
+                   [](QProcessEnvironment &, InstanceLock &) {
+                       ASSERT_TRUE(writeFile(ConfigStore::file(), Config{.sourceID = "xkb:de"}.encoded()));
+                   },
+                   {{"pinned-source", "fail"}},
+                   1,
+                   "tolvar set xkb:de::deu"}),
+    ParamName());
 
 } // namespace

@@ -25,7 +25,7 @@ QSet<QString> placeholders(const QString &text)
 QSet<QString> keysUsedInCode()
 {
     static const QRegularExpression literal(QStringLiteral(
-        R"re("((?:about|agent|app|cli|enf|err|lang|menu|panel|setup|state|ui|warn)\.[a-z][A-Za-z0-9.-]*)")re"));
+        R"re("((?:about|agent|app|cli|doctor|enf|err|lang|menu|panel|setup|state|ui|warn)\.[a-z][A-Za-z0-9.-]*)")re"));
     QSet<QString> keys;
     QDirIterator it(QStringLiteral(TOLVAR_SOURCE_DIR "/src"),
                     {QStringLiteral("*.cpp"), QStringLiteral("*.h"), QStringLiteral("*.mm")}, QDir::Files,

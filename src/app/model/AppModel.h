@@ -101,6 +101,8 @@ public:
     void receiveAutomaticOutcome(const SwitchOutcome &outcome);
     void openKeyboardSettings();
     void openAddress(const QUrl &address);
+    // What `tolvar doctor` finds; it waits a few seconds at most on a silent framework.
+    QList<DoctorCheck> checkComputer() const;
 
 signals:
     void changed();

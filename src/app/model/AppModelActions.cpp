@@ -249,3 +249,8 @@ void AppModel::openAddress(const QUrl &address)
 {
     m_services.openAddress(address);
 }
+
+QList<DoctorCheck> AppModel::checkComputer() const
+{
+    return m_services.checkComputer();
+}

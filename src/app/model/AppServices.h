@@ -3,6 +3,7 @@
 #include "base/Expected.h"
 #include "core/config/Config.h"
 #include "core/config/ConfigStore.h"
+#include "core/doctor/DoctorCheck.h"
 #include "core/sources/InputChoice.h"
 #include "core/sources/SwitchOutcome.h"
 #include "platform/Notifications.h"
@@ -60,6 +61,8 @@ struct AppServices
     // The system's keyboard settings; false when they could not be shown.
     std::function<bool()> openKeyboardSettings;
     std::function<void(const QUrl &address)> openAddress;
+    // The checks `tolvar doctor` makes, for the same findings in the window.
+    std::function<QList<DoctorCheck>()> checkComputer = [] { return QList<DoctorCheck>(); };
 
     // This machine, kept by `enforcer`.
     static AppServices live(Enforcer &enforcer);

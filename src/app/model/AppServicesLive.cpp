@@ -1,5 +1,6 @@
 // The application model wired to this machine.
 #include "app/model/AppServices.h"
+#include "core/doctor/Doctor.h"
 #include "core/engine/Enforcer.h"
 #include "core/l10n/L10n.h"
 #include "core/login/Agent.h"
@@ -28,6 +29,7 @@ AppServices AppServices::live(Enforcer &enforcer)
     s.background = [](std::function<void()> work) { QThreadPool::globalInstance()->start(std::move(work)); };
     s.openKeyboardSettings = KeyboardSettings::live().open;
     s.openAddress = [](const QUrl &address) { QDesktopServices::openUrl(address); };
+    s.checkComputer = [] { return Doctor::run(DoctorServices::live()); };
     return s;
 }
 

@@ -32,18 +32,18 @@ QWidget *settingLine(const QString &title, QWidget *control, QWidget *parent)
     return row;
 }
 
-// The disclosure of how keeping works: a row whose chevron turns, and the text under it.
+// A row whose chevron turns, and the text under it, asked for at each opening.
 class Disclosure : public QWidget
 {
 public:
-    Disclosure(const QString &title, const QString &body, QWidget *parent)
+    Disclosure(const char *identifier, const QString &title, std::function<QString()> body, QWidget *parent)
         : QWidget(parent)
     {
         auto *column = new QVBoxLayout(this);
         column->setContentsMargins(0, 4, 0, 4);
         column->setSpacing(2);
         auto *toggle = new RowButton(8, this);
-        toggle->setObjectName(QLatin1String(Identifier::keepingHelp));
+        toggle->setObjectName(QLatin1String(identifier));
         toggle->setCheckable(true);
         toggle->setText(title);
         toggle->setAccessibleName(title);
@@ -58,16 +58,31 @@ public:
         label->setAttribute(Qt::WA_TransparentForMouseEvents);
         row->addWidget(label, 1);
         column->addWidget(toggle);
-        auto *text = new ThemedLabel(body, 11.5, QFont::Normal, ThemedLabel::secondary, this);
+        auto *text = new ThemedLabel(QString(), 11.5, QFont::Normal, ThemedLabel::secondary, this);
         text->setContentsMargins(SettingsPage::rowPadding, 0, SettingsPage::rowPadding, 4);
         text->setVisible(false);
         column->addWidget(text);
-        connect(toggle, &QAbstractButton::toggled, this, [text, chevron](bool open) {
+        connect(toggle, &QAbstractButton::toggled, this, [text, chevron, body = std::move(body)](bool open) {
+            if (open)
+                text->setText(body());
             text->setVisible(open);
             chevron->setSymbol(open ? QStringLiteral("chevron.down") : QStringLiteral("chevron.right"));
         });
     }
 };
+
+// The findings of `tolvar doctor`, each with what to do about it.
+QString findings(const QList<DoctorCheck> &checks)
+{
+    QStringList paragraphs;
+    for (const DoctorCheck &check : checks) {
+        QString paragraph = check.heading();
+        if (!check.advice.key().isEmpty())
+            paragraph += QLatin1Char('\n') + check.advice.text();
+        paragraphs << paragraph;
+    }
+    return paragraphs.join(QStringLiteral("\n\n"));
+}
 
 } // namespace
 
@@ -104,7 +119,11 @@ SettingsPage::SettingsPage(AppModel &model, Actions actions, QWidget *parent)
     connect(about, &QAbstractButton::clicked, this, [this] { m_actions.showAbout(); });
     column->addWidget(about);
     column->addWidget(Hairline::create(this, QMargins(8, 6, 8, 6)));
-    column->addWidget(new Disclosure(L10n::text("ui.how-title"), L10n::text("ui.how-body"), this));
+    column->addWidget(new Disclosure(
+        Identifier::keepingHelp, L10n::text("ui.how-title"), [] { return L10n::text("ui.how-body"); }, this));
+    column->addWidget(new Disclosure(
+        Identifier::checkComputer, L10n::text("panel.doctor"), [this] { return findings(m_model.checkComputer()); },
+        this));
     render();
 }
 

@@ -41,10 +41,9 @@ CLI::CLI(CLIServices services, QIODevice &out, QIODevice &err)
 QString CLI::usage()
 {
     static const char *const keys[] = {
-        "cli.usage.header", "cli.usage.status",  "cli.usage.list",      "cli.usage.pause",
-        "cli.usage.resume", "cli.usage.toggle",  "cli.usage.set",       "cli.usage.apply",
-        "cli.usage.open",   "cli.usage.install", "cli.usage.uninstall", "cli.usage.version",
-        "cli.usage.doctor",
+        "cli.usage.header",    "cli.usage.status",  "cli.usage.list",   "cli.usage.pause", "cli.usage.resume",
+        "cli.usage.toggle",    "cli.usage.set",     "cli.usage.apply",  "cli.usage.open",  "cli.usage.install",
+        "cli.usage.uninstall", "cli.usage.version", "cli.usage.doctor",
     };
     QStringList lines;
     for (const char *key : keys)
@@ -167,10 +166,7 @@ int CLI::doctor(const CLIRequest &request)
         return failed ? 1 : 0;
     }
     for (const DoctorCheck &check : checks) {
-        const QString verdict = L10n::text(QStringLiteral("doctor.") + DoctorCheck::verdictName(check.verdict));
-        line(m_out, L10n::text("cli.line")
-                        .arg(verdict, L10n::text(QStringLiteral("doctor.title.") + check.id) + QStringLiteral(" (") + check.id
-                                          + QStringLiteral(")")));
+        line(m_out, check.heading() + QStringLiteral(" (") + check.id + QLatin1Char(')'));
         line(m_out, QStringLiteral("    ") + check.evidence);
         if (!check.advice.key().isEmpty())
             line(m_out, QStringLiteral("    ") + check.advice.text());

@@ -10,7 +10,21 @@
 // One parsed command line: tolvar [command] [source-id] [--json].
 struct CLIRequest
 {
-    enum class Command { Status, List, Set, Apply, Open, Install, Uninstall, Pause, Resume, Toggle, Help, Version, Doctor };
+    enum class Command {
+        Status,
+        List,
+        Set,
+        Apply,
+        Open,
+        Install,
+        Uninstall,
+        Pause,
+        Resume,
+        Toggle,
+        Help,
+        Version,
+        Doctor
+    };
 
     Command command = Command::Status;
     std::optional<QString> sourceID;

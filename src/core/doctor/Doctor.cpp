@@ -88,8 +88,7 @@ DoctorCheck gnomeExtension(const Seen &seen)
     const StackReport &report = seen.report;
     QString evidence = QStringLiteral("%1: %2; %3 in org.gnome.shell enabled-extensions; %4")
                            .arg(GnomeShellExtension::uuid,
-                                report.companionPath.isEmpty() ? QStringLiteral("not installed")
-                                                               : report.companionPath,
+                                report.companionPath.isEmpty() ? QStringLiteral("not installed") : report.companionPath,
                                 report.companionEnabled ? QStringLiteral("listed") : QStringLiteral("not listed"),
                                 stateName(seen.availability));
     if (!report.companionError.isEmpty())
@@ -132,7 +131,7 @@ DoctorCheck desktopSwitching(const Seen &seen)
     QStringList read;
     std::optional<StackSetting> switching;
     for (const StackSetting &setting : seen.report.settings) {
-        if (setting.effect == Effect::keepsSystemLayout)
+        if (setting.concern != StackSetting::Concern::switching)
             continue;
         read << described(setting);
         if (setting.effect == Effect::switchesPerWindow && !switching)
@@ -149,19 +148,22 @@ DoctorCheck desktopSwitching(const Seen &seen)
 DoctorCheck keyboardLayout(const Seen &seen, const QString &sessionType)
 {
     const QString id = QStringLiteral("keyboard-layout");
-    const QString session = QStringLiteral("session: ") + (sessionType.isEmpty() ? QStringLiteral("none") : sessionType);
+    const QString session =
+        QStringLiteral("session: ") + (sessionType.isEmpty() ? QStringLiteral("none") : sessionType);
     if (seen.stack.backend != QLatin1String("ibus"))
-        return {id, Verdict::ok, session + QStringLiteral("; %1 applies the layouts of its sources").arg(seen.stack.backend)};
+        return {id, Verdict::ok,
+                session + QStringLiteral("; %1 applies the layouts of its sources").arg(seen.stack.backend)};
     if (sessionType == QLatin1String("wayland"))
         return {id, Verdict::info, session, LocalizedText("doctor.layout.wayland")};
     if (sessionType != QLatin1String("x11"))
         return {id, Verdict::info, session};
     for (const StackSetting &setting : seen.report.settings) {
+        if (setting.concern != StackSetting::Concern::layout)
+            continue;
         if (setting.effect == Effect::keepsSystemLayout)
             return {id, Verdict::info, session + QStringLiteral("; ") + described(setting),
                     LocalizedText("doctor.layout.system")};
-        if (setting.name.endsWith(QLatin1String("use-system-keyboard-layout")))
-            return {id, Verdict::ok, session + QStringLiteral("; ") + described(setting)};
+        return {id, Verdict::ok, session + QStringLiteral("; ") + described(setting)};
     }
     return {id, Verdict::info, session + QStringLiteral("; IBus's layout setting not read")};
 }

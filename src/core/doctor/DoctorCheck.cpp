@@ -1,5 +1,7 @@
 #include "core/doctor/DoctorCheck.h"
 
+#include "core/l10n/L10n.h"
+
 QString DoctorCheck::verdictName(Verdict verdict)
 {
     switch (verdict) {
@@ -9,6 +11,13 @@ QString DoctorCheck::verdictName(Verdict verdict)
     case Verdict::fail: return QStringLiteral("fail");
     }
     return QStringLiteral("fail");
+}
+
+QString DoctorCheck::heading() const
+{
+    return L10n::text("cli.line")
+        .arg(L10n::text(QStringLiteral("doctor.%1").arg(verdictName(verdict))),
+             L10n::text(QStringLiteral("doctor.title.%1").arg(id)));
 }
 
 QJsonObject DoctorCheck::toJson() const

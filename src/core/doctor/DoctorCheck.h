@@ -11,7 +11,7 @@ struct DoctorCheck
 {
     enum class Verdict { ok, info, warn, fail };
 
-    // Stable, such as "input-stack"; the title's key is "doctor.title." + id.
+    // Stable, such as "input-stack"; its title is the text "doctor.title.<id>".
     QString id;
     Verdict verdict = Verdict::ok;
     QString evidence = {};
@@ -20,6 +20,8 @@ struct DoctorCheck
 
     // "ok", "info", "warn" or "fail".
     static QString verdictName(Verdict verdict);
+    // The verdict and the check's title, in the active language: "Warning: Tray icon".
+    QString heading() const;
     // Members "id", "verdict", "evidence" and "advice", the advice in the active language.
     QJsonObject toJson() const;
 

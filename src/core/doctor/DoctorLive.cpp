@@ -13,7 +13,7 @@
 
 namespace {
 
-DoctorServices::LoginEntry loginEntry()
+DoctorServices::LoginEntry readLoginEntry()
 {
     const ServiceManager manager = ServiceManager::live();
     DoctorServices::LoginEntry entry{manager.agentFile};
@@ -27,12 +27,11 @@ DoctorServices::LoginEntry loginEntry()
     entry.exists = true;
     entry.program = manager.programOf(text);
     // Without a question for the service manager, the file itself says whether it is off.
-    entry.hidden =
-        manager.disabledQuery.isEmpty() && manager.readMark({0, text}) == ServiceManager::Mark::Disabled;
+    entry.hidden = manager.disabledQuery.isEmpty() && manager.readMark({0, text}) == ServiceManager::Mark::Disabled;
     return entry;
 }
 
-bool runnable(const QString &program)
+bool isRunnable(const QString &program)
 {
     const QFileInfo file(program.contains(QLatin1Char('/')) ? program : QStandardPaths::findExecutable(program));
     return file.isFile() && file.isExecutable();
@@ -55,8 +54,8 @@ DoctorServices DoctorServices::live()
     s.configFile = [] { return ConfigStore::file(); };
     s.configExists = [] { return QFileInfo::exists(ConfigStore::file()); };
     s.config = [] { return ConfigStore::load(); };
-    s.loginEntry = loginEntry;
-    s.runnable = runnable;
+    s.loginEntry = readLoginEntry;
+    s.runnable = isRunnable;
     s.instance = [] { return InstanceLock::holder(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); };
     s.build = AppBuildInfo::current;
     return s;

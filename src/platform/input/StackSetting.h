@@ -13,10 +13,14 @@ struct StackSetting
         keepsSystemLayout,
     };
 
+    enum class Concern { switching, layout };
+
     // Where it is kept, such as "org.gnome.desktop.input-sources per-window".
     QString name;
     QString value;
     Effect effect = Effect::none;
+    // What it bears on: which source is current, or which keyboard layout applies.
+    Concern concern = Concern::switching;
 
     bool operator==(const StackSetting &) const = default;
 };

@@ -22,7 +22,7 @@ QString variable(const char *name)
     return QLatin1String(name) + QLatin1Char('=') + (value.isEmpty() ? QStringLiteral("(unset)") : value);
 }
 
-SessionFacts::Stack stack()
+SessionFacts::Stack readStack()
 {
     const LinuxInputBackend::Session session = LinuxInputBackend::probe();
     SessionFacts::Stack stack{LinuxInputBackend::name(LinuxInputBackend::choose(session)), {}, {}};
@@ -43,12 +43,12 @@ SessionFacts::Stack stack()
         if (owned)
             stack.running << QLatin1String(name);
     }
-    stack.evidence << QStringLiteral("IBus: ")
-                          + (stack.running.contains(QLatin1String("ibus")) ? ibus : QStringLiteral("not answering"));
+    stack.evidence << (stack.running.contains(QLatin1String("ibus")) ? QStringLiteral("IBus: answering")
+                                                                     : QStringLiteral("IBus: not answering"));
     return stack;
 }
 
-QString sessionType()
+QString readSessionType()
 {
     const QString type = qEnvironmentVariable("XDG_SESSION_TYPE");
     if (type == QLatin1String("x11") || type == QLatin1String("wayland"))
@@ -66,7 +66,7 @@ std::optional<QString> x11Tray()
         return std::nullopt;
     int screen = 0;
     const std::unique_ptr<xcb_connection_t, decltype(x->disconnect)> connection(x->connect(nullptr, &screen),
-                                                                                  x->disconnect);
+                                                                                x->disconnect);
     if (x->connectionHasError(connection.get()))
         return std::nullopt;
     const QByteArray name = "_NET_SYSTEM_TRAY_S" + QByteArray::number(screen);
@@ -84,7 +84,7 @@ std::optional<QString> x11Tray()
     return QString::fromLatin1(name);
 }
 
-std::optional<QString> trayHost()
+std::optional<QString> findTrayHost()
 {
     const QString watcher = QStringLiteral("org.kde.StatusNotifierWatcher");
     if (DBusBuses::sessionHas(watcher))
@@ -96,5 +96,5 @@ std::optional<QString> trayHost()
 
 SessionFacts SessionFacts::live()
 {
-    return {.stack = stack, .sessionType = sessionType, .trayHost = trayHost};
+    return {.stack = readStack, .sessionType = readSessionType, .trayHost = findTrayHost};
 }

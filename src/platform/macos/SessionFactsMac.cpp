@@ -3,7 +3,10 @@
 // One stack and a menu bar that is always there.
 SessionFacts SessionFacts::live()
 {
-    return {.stack = [] { return Stack{QStringLiteral("macos"), {}, {QStringLiteral("macos")}}; },
+    return {.stack =
+                [] {
+                    return Stack{QStringLiteral("macos"), {}, {QStringLiteral("macos")}};
+                },
             .sessionType = [] { return QString(); },
             .trayHost = []() -> std::optional<QString> { return QStringLiteral("menu bar"); }};
 }

@@ -28,6 +28,7 @@ inline constexpr char setupReopen[] = "setup-reopen";
 inline constexpr char settingsKeyboard[] = "settings-keyboard";
 inline constexpr char about[] = "about";
 inline constexpr char keepingHelp[] = "keeping-help";
+inline constexpr char checkComputer[] = "check-computer";
 inline constexpr char language[] = "language-menu";
 
 // Setup flow

@@ -77,17 +77,18 @@ QDBusMessage extensionInfo()
 // A GSettings value in GVariant text, as the shell's own tool prints it; empty when unreadable.
 QString setting(const QString &schema, const QString &key)
 {
-    const ServiceToolResult read = ProgramRunner::run(QStringLiteral("gsettings"), {QStringLiteral("get"), schema, key});
+    const ServiceToolResult read =
+        ProgramRunner::run(QStringLiteral("gsettings"), {QStringLiteral("get"), schema, key});
     return read.status == 0 ? read.output.trimmed() : QString();
 }
 
 StackReport report()
 {
     StackReport report;
-    const QVariant version = firstArgument(call(
-        QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
-        QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-        {QStringLiteral("org.gnome.Shell"), QStringLiteral("ShellVersion")}));
+    const QVariant version =
+        firstArgument(call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+                           QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+                           {QStringLiteral("org.gnome.Shell"), QStringLiteral("ShellVersion")}));
     report.version = qvariant_cast<QDBusVariant>(version).variant().toString();
     // With per-window sources the shell gives each window back the source it had last.
     const QString perWindow = setting(QStringLiteral("org.gnome.desktop.input-sources"), QStringLiteral("per-window"));

@@ -75,15 +75,18 @@ StackReport report(IBusBackend &backend)
 {
     using Effect = StackSetting::Effect;
     StackReport report;
-    const auto read = [&](const char *underscored, const char *dashed, Effect whenOn, Effect whenOff) {
+    const auto read = [&](const char *underscored, const char *dashed, Effect whenOn, Effect whenOff,
+                          StackSetting::Concern concern) {
         if (const std::optional<bool> on = backend.generalFlag(QLatin1String(underscored)))
             report.settings << StackSetting{QStringLiteral("org.freedesktop.ibus.general ") + QLatin1String(dashed),
                                             *on ? QStringLiteral("true") : QStringLiteral("false"),
-                                            *on ? whenOn : whenOff};
+                                            *on ? whenOn : whenOff, concern};
     };
     // Off, IBus's panel gives each window back the engine it had last.
-    read("use_global_engine", "use-global-engine", Effect::none, Effect::switchesPerWindow);
-    read("use_system_keyboard_layout", "use-system-keyboard-layout", Effect::keepsSystemLayout, Effect::none);
+    read("use_global_engine", "use-global-engine", Effect::none, Effect::switchesPerWindow,
+         StackSetting::Concern::switching);
+    read("use_system_keyboard_layout", "use-system-keyboard-layout", Effect::keepsSystemLayout, Effect::none,
+         StackSetting::Concern::layout);
     return report;
 }
 

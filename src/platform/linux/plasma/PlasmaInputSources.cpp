@@ -188,19 +188,20 @@ namespace PlasmaInputSources {
 InputSources at(const QString &kxkbrc)
 {
     const auto layouts = std::make_shared<Layouts>(kxkbrc);
-    InputSources sources{[layouts] { return layouts->enabled(); },
-            [layouts](const QString &id) { return id.isEmpty() ? QList<SourceProperties>() : layouts->enabled(id); },
-            [layouts] { return layouts->currentID(); },
-            [layouts](const QString &id) { return layouts->select(id); },
-            [] { return false; },
-            [](QObject *context, std::function<void()> callback) {
-                return observe(QStringLiteral("layoutChanged"), true, context, std::move(callback));
-            },
-            [](QObject *context, std::function<void()> callback) {
-                return observe(QStringLiteral("layoutListChanged"), true, context, std::move(callback));
-            },
-            QStringLiteral("plasma"),
-            false};
+    InputSources sources{
+        [layouts] { return layouts->enabled(); },
+        [layouts](const QString &id) { return id.isEmpty() ? QList<SourceProperties>() : layouts->enabled(id); },
+        [layouts] { return layouts->currentID(); },
+        [layouts](const QString &id) { return layouts->select(id); },
+        [] { return false; },
+        [](QObject *context, std::function<void()> callback) {
+            return observe(QStringLiteral("layoutChanged"), true, context, std::move(callback));
+        },
+        [](QObject *context, std::function<void()> callback) {
+            return observe(QStringLiteral("layoutListChanged"), true, context, std::move(callback));
+        },
+        QStringLiteral("plasma"),
+        false};
     sources.report = [kxkbrc] { return report(kxkbrc); };
     return sources;
 }
