@@ -239,6 +239,11 @@ QList<DoctorCheck> run(const DoctorServices &services)
     Seen seen{services.stack(), services.availability(), {}, services.config()};
     if (reached(seen.availability))
         seen.report = services.report();
+    // A stack whose name is held on the bus may still not answer, or be gone since.
+    if (seen.report.reach == StackReport::Reach::silent)
+        seen.availability = Availability::notAnswering;
+    if (seen.report.reach == StackReport::Reach::absent)
+        seen.availability = Availability::notRunning;
     return {
         inputStack(seen),
         framework(seen, services.framework),

@@ -8,6 +8,11 @@
 // What an input stack tells of itself when the machine is checked.
 struct StackReport
 {
+    // Whether the stack answered the report's first question: a name held on
+    // the bus does not mean that its owner still answers. Nothing more is
+    // asked of a stack that did not.
+    enum class Reach { answered, absent, silent };
+    Reach reach = Reach::answered;
     // Empty when the stack does not tell.
     QString version = {};
     QList<StackSetting> settings = {};

@@ -46,6 +46,18 @@ bool sessionHas(const QString &name, int timeoutMs)
     return reply.type() == QDBusMessage::ReplyMessage && reply.arguments().value(0).toBool();
 }
 
+StackReport::Reach reachOf(const QDBusMessage &reply)
+{
+    const QString error = reply.type() == QDBusMessage::ErrorMessage ? reply.errorName() : QString();
+    if (error == QLatin1String("org.freedesktop.DBus.Error.NoReply")
+        || error == QLatin1String("org.freedesktop.DBus.Error.Timeout"))
+        return StackReport::Reach::silent;
+    if (error == QLatin1String("org.freedesktop.DBus.Error.ServiceUnknown")
+        || error == QLatin1String("org.freedesktop.DBus.Error.Disconnected"))
+        return StackReport::Reach::absent;
+    return StackReport::Reach::answered;
+}
+
 std::optional<QDBusConnection> system()
 {
     QString address = qEnvironmentVariable("DBUS_SYSTEM_BUS_ADDRESS");

@@ -3,6 +3,8 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 
+#include "platform/input/StackReport.h"
+
 #include <optional>
 
 // The session and system buses, each knocked at once per process before QtDBus
@@ -17,5 +19,8 @@ std::optional<QDBusConnection> system();
 QDBusMessage callSession(const QDBusMessage &message, int timeoutMs);
 // Whether `name` has an owner on the session bus; false when it cannot be told.
 bool sessionHas(const QString &name, int timeoutMs = 1000);
+// Whether the service a reply came from was there and answered in time; any
+// answer counts, an error among them.
+StackReport::Reach reachOf(const QDBusMessage &reply);
 
 } // namespace DBusBuses

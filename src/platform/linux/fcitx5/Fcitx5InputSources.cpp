@@ -200,7 +200,10 @@ StackReport report()
     const QString shared = QSettings(config, QSettings::IniFormat)
                                .value(QStringLiteral("Behavior/ShareInputState"), QStringLiteral("No"))
                                .toString();
-    return {.version = Fcitx5Controller::text(Fcitx5Controller::call(QStringLiteral("Version"))),
+    const QDBusMessage version = Fcitx5Controller::call(QStringLiteral("Version"));
+    if (DBusBuses::reachOf(version) != StackReport::Reach::answered)
+        return {.reach = DBusBuses::reachOf(version)};
+    return {.version = Fcitx5Controller::text(version),
             .settings = {StackSetting{config + QStringLiteral(" [Behavior] ShareInputState"), shared,
                                       shared == QLatin1String("All") ? StackSetting::Effect::none
                                                                      : StackSetting::Effect::switchesPerWindow}}};

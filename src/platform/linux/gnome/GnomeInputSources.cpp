@@ -24,14 +24,16 @@ const QString interface = QStringLiteral("app.tolvar.InputSources1");
 // The shell answers from memory, but while it starts up (at login, when the
 // background instance starts too) it can be busy for over a second.
 constexpr int callTimeoutMs = 2500;
+// A check of the machine asks a shell that is up and running.
+constexpr int reportTimeoutMs = 1000;
 
 QDBusMessage call(const QString &destination, const QString &objectPath, const QString &iface, const QString &method,
-                  const QVariantList &arguments = {})
+                  const QVariantList &arguments = {}, int timeoutMs = callTimeoutMs)
 {
     QDBusMessage message = QDBusMessage::createMethodCall(destination, objectPath, iface, method);
     message.setArguments(arguments);
     message.setAutoStartService(false);
-    return DBusBuses::callSession(message, callTimeoutMs);
+    return DBusBuses::callSession(message, timeoutMs);
 }
 
 QDBusMessage callExtension(const QString &method, const QVariantList &arguments = {})
@@ -67,11 +69,11 @@ bool installed()
     return !installedAt().isEmpty();
 }
 
-QDBusMessage extensionInfo()
+QDBusMessage extensionInfo(int timeoutMs = callTimeoutMs)
 {
     return call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
                 QStringLiteral("org.gnome.Shell.Extensions"), QStringLiteral("GetExtensionInfo"),
-                {GnomeShellExtension::uuid});
+                {GnomeShellExtension::uuid}, timeoutMs);
 }
 
 // A GSettings value in GVariant text, as the shell's own tool prints it; empty when unreadable.
@@ -85,11 +87,14 @@ QString setting(const QString &schema, const QString &key)
 StackReport report()
 {
     StackReport report;
-    const QVariant version =
-        firstArgument(call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
-                           QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
-                           {QStringLiteral("org.gnome.Shell"), QStringLiteral("ShellVersion")}));
-    report.version = qvariant_cast<QDBusVariant>(version).variant().toString();
+    const QDBusMessage version =
+        call(QStringLiteral("org.gnome.Shell"), QStringLiteral("/org/gnome/Shell"),
+             QStringLiteral("org.freedesktop.DBus.Properties"), QStringLiteral("Get"),
+             {QStringLiteral("org.gnome.Shell"), QStringLiteral("ShellVersion")}, reportTimeoutMs);
+    report.reach = DBusBuses::reachOf(version);
+    if (report.reach != StackReport::Reach::answered)
+        return report;
+    report.version = qvariant_cast<QDBusVariant>(firstArgument(version)).variant().toString();
     // With per-window sources the shell gives each window back the source it had last.
     const QString perWindow = setting(QStringLiteral("org.gnome.desktop.input-sources"), QStringLiteral("per-window"));
     if (!perWindow.isEmpty())
@@ -100,7 +105,7 @@ StackReport report()
     report.companionPath = metadata.isEmpty() ? QString() : QFileInfo(metadata).absolutePath();
     report.companionEnabled = setting(QStringLiteral("org.gnome.shell"), QStringLiteral("enabled-extensions"))
                                   .contains(QLatin1Char('\'') + GnomeShellExtension::uuid + QLatin1Char('\''));
-    const QVariantMap info = qdbus_cast<QVariantMap>(firstArgument(extensionInfo()));
+    const QVariantMap info = qdbus_cast<QVariantMap>(firstArgument(extensionInfo(reportTimeoutMs)));
     report.companionError = info.value(QStringLiteral("error")).toString();
     return report;
 }

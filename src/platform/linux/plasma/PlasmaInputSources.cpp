@@ -173,6 +173,9 @@ bool observe(const QString &signal, bool serviceToo, QObject *context, std::func
 // window, application or desktop back the layout it had last.
 StackReport report(const QString &kxkbrc)
 {
+    if (const StackReport::Reach reach = DBusBuses::reachOf(call(QStringLiteral("getLayout")));
+        reach != StackReport::Reach::answered)
+        return {.reach = reach};
     const QString mode = QSettings(kxkbrc, QSettings::IniFormat)
                              .value(QStringLiteral("Layout/SwitchMode"), QStringLiteral("Global"))
                              .toString();
