@@ -20,6 +20,7 @@
 
 #include <QAccessible>
 #include <QDir>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
 #include <QSystemTrayIcon>
@@ -93,6 +94,24 @@ TEST_F(PanelTest, TrayItemFollowsTheModel)
     tray.refresh();
     EXPECT_NE(tray.icon()->icon().pixmap(22).toImage(), keeping);
     EXPECT_FALSE(tray.menu()->actions().at(1)->isEnabled());
+}
+
+// The settings page shows what `tolvar doctor` finds, asking afresh at each opening.
+TEST_F(PanelTest, CheckingTheComputerShowsEachFindingAndWhatToDo)
+{
+    const DoctorCheck tray{"tray", DoctorCheck::Verdict::warn, "none", LocalizedText("doctor.tray.none")};
+    world.checks = {tray, {"config", DoctorCheck::Verdict::ok, "config.json"}};
+    open();
+    click(Identifier::settings);
+    for (int opening = 1; opening <= 2; ++opening) {
+        click(Identifier::checkComputer);
+        const QString expected = tray.heading() + '\n' + tray.advice.text() + "\n\n" + world.checks[1].heading();
+        const QList<QLabel *> labels = panel->findChildren<QLabel *>();
+        EXPECT_TRUE(std::any_of(labels.cbegin(), labels.cend(),
+                                [&](QLabel *label) { return label->isVisible() && label->text() == expected; }));
+        EXPECT_EQ(world.calls.count("checks"), opening);
+        click(Identifier::checkComputer);
+    }
 }
 
 // From the seventh source on, the list scrolls and a search field shows; a

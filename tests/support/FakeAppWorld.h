@@ -30,6 +30,7 @@ struct FakeAppWorld
     std::optional<SwitchOutcome> appliesAtOnce;
     std::function<void()> keeperUpdate;
 
+    QList<DoctorCheck> checks;
     QStringList calls; // main-thread services, in call order
     std::vector<AppServices::Completion> applies;
 
@@ -60,6 +61,7 @@ struct FakeAppWorld
         s.sourceIcon = [](const QString &) { return std::optional<QImage>(); };
         s.availability = [this] { return noted("availability", availability); };
         s.framework = QStringLiteral("IBus");
+        s.checkComputer = [this] { return noted("checks", checks); };
         keeperAndLogin(s);
         return s;
     }
