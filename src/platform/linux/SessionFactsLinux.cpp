@@ -4,9 +4,9 @@
 #include "platform/linux/dbus/DBusBuses.h"
 #include "platform/linux/ibus/IBusAddress.h"
 #include "platform/linux/input/LinuxInputBackend.h"
+#include "platform/linux/x11/X11Tray.h"
 #include "platform/linux/x11/Xcb.h"
 
-#include <cstdlib>
 #include <memory>
 
 namespace {
@@ -69,19 +69,8 @@ std::optional<QString> x11Tray()
                                                                                 x->disconnect);
     if (x->connectionHasError(connection.get()))
         return std::nullopt;
-    const QByteArray name = "_NET_SYSTEM_TRAY_S" + QByteArray::number(screen);
-    const std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
-        x->internAtomReply(connection.get(), x->internAtom(connection.get(), 1, name.size(), name.constData()),
-                           nullptr),
-        &std::free);
-    if (!atom || atom->atom == XCB_ATOM_NONE)
-        return std::nullopt;
-    const std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner(
-        x->getSelectionOwnerReply(connection.get(), x->getSelectionOwner(connection.get(), atom->atom), nullptr),
-        &std::free);
-    if (!owner || owner->owner == XCB_NONE)
-        return std::nullopt;
-    return QString::fromLatin1(name);
+    const std::optional<QByteArray> selection = X11Tray::ownedSelection(connection.get(), screen);
+    return selection ? std::optional(QString::fromLatin1(*selection)) : std::nullopt;
 }
 
 std::optional<QString> findTrayHost()

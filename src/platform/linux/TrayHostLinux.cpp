@@ -1,5 +1,6 @@
 #include "platform/TrayHost.h"
 #include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/x11/X11Tray.h"
 
 #include <QDBusConnection>
 #include <QDBusConnectionInterface>
@@ -13,7 +14,6 @@
 #include <xcb/xcb.h>
 
 #include <cstdlib>
-#include <memory>
 
 namespace {
 
@@ -22,29 +22,16 @@ constexpr int dbusTimeoutMs = 2000;
 // Only while no tray exists; an owner check is one round trip to the X server.
 constexpr int x11PollMs = 1000;
 
-// Whether the X11 tray selection of the default screen has an owner: the
-// XEmbed tray protocol's way of saying a tray runs.
+// Whether the X11 tray selection of the default screen has an owner.
 bool x11TrayOwned()
 {
     auto *x11 = qGuiApp->nativeInterface<QNativeInterface::QX11Application>();
-    xcb_connection_t *connection = x11 ? x11->connection() : nullptr;
-    if (!connection)
-        return false;
     int screen = 0;
     char *host = nullptr;
     int display = 0;
     if (xcb_parse_display(nullptr, &host, &display, &screen))
         std::free(host);
-    const QByteArray name = "_NET_SYSTEM_TRAY_S" + QByteArray::number(screen);
-    std::unique_ptr<xcb_intern_atom_reply_t, decltype(&std::free)> atom(
-        xcb_intern_atom_reply(connection, xcb_intern_atom(connection, 1, name.size(), name.constData()), nullptr),
-        &std::free);
-    if (!atom || atom->atom == XCB_ATOM_NONE)
-        return false;
-    std::unique_ptr<xcb_get_selection_owner_reply_t, decltype(&std::free)> owner(
-        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, atom->atom), nullptr),
-        &std::free);
-    return owner && owner->owner != XCB_NONE;
+    return X11Tray::ownedSelection(x11 ? x11->connection() : nullptr, screen).has_value();
 }
 
 // Lives under the caller's context until a host turns up, then reports once and goes.

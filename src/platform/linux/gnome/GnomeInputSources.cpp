@@ -50,10 +50,7 @@ QVariant firstArgument(const QDBusMessage &reply)
 
 bool extensionRunning()
 {
-    const QVariant owned =
-        firstArgument(call(QStringLiteral("org.freedesktop.DBus"), QStringLiteral("/org/freedesktop/DBus"),
-                           QStringLiteral("org.freedesktop.DBus"), QStringLiteral("NameHasOwner"), {service}));
-    return owned.metaType() == QMetaType::fromType<bool>() && owned.toBool();
+    return DBusBuses::sessionHas(service, callTimeoutMs);
 }
 
 // The extension's metadata where the shell looks for it; empty when it is not installed.
