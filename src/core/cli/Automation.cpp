@@ -64,6 +64,8 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     status.onboardingCompleted = config.onboardingCompleted;
     status.backend = m_services.backend;
     status.backendError = blocked;
+    if (reachable)
+        status.following = m_services.following();
     return status;
 }
 

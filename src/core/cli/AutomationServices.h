@@ -30,6 +30,7 @@ struct AutomationServices
     QString framework = {};
     // Whether that backend can reach the sources now.
     std::function<InputSources::Availability()> availability = [] { return InputSources::Availability::available; };
+    std::function<InputSources::Following()> following = [] { return InputSources::Following::announced; };
 
     // One command's contacts: it sees one list of sources and one availability.
     // `started` is config.json as the process read it on starting; the first

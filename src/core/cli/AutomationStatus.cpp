@@ -16,6 +16,20 @@ std::optional<bool> boolMember(const QJsonObject &object, QLatin1StringView key)
     return value.isBool() ? std::optional(value.toBool()) : std::nullopt;
 }
 
+QString followingName(InputSources::Following following)
+{
+    return following == InputSources::Following::polled ? QStringLiteral("polling") : QStringLiteral("signals");
+}
+
+std::optional<InputSources::Following> followingFrom(const QJsonValue &value)
+{
+    for (const InputSources::Following following :
+         {InputSources::Following::announced, InputSources::Following::polled})
+        if (value.toString() == followingName(following))
+            return following;
+    return std::nullopt;
+}
+
 } // namespace
 
 QJsonObject AutomationSource::toJson() const
@@ -64,6 +78,8 @@ QJsonObject AutomationStatus::toJson() const
     object.insert(QStringLiteral("backend"), backend);
     if (backendError)
         object.insert(QStringLiteral("backendError"), ::toJson(*backendError));
+    if (following)
+        object.insert(QStringLiteral("following"), followingName(*following));
     return object;
 }
 
@@ -82,6 +98,10 @@ std::optional<AutomationStatus> AutomationStatus::fromJson(const QJsonValue &val
     const bool targetAbsent = targetValue.isUndefined() || targetValue.isNull();
     const QJsonValue errorValue = object.value(QLatin1StringView("backendError"));
     const auto backendError = failureFromJson(errorValue);
+    const QJsonValue followingValue = object.value(QLatin1StringView("following"));
+    const auto following = followingFrom(followingValue);
+    if (!following && !followingValue.isUndefined())
+        return std::nullopt;
     if (!enabled || !running || !state || !current || !loginEnabled || !onboarding || (!target && !targetAbsent)
         || (!backendError && !errorValue.isUndefined()))
         return std::nullopt;
@@ -93,7 +113,8 @@ std::optional<AutomationStatus> AutomationStatus::fromJson(const QJsonValue &val
                             .loginEnabled = *loginEnabled,
                             .onboardingCompleted = *onboarding,
                             .backend = stringMember(object, QLatin1StringView("backend")).value_or(QString()),
-                            .backendError = backendError};
+                            .backendError = backendError,
+                            .following = following};
 }
 
 QJsonObject toJson(const AutomationFailure &failure)

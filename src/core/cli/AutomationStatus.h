@@ -2,6 +2,7 @@
 
 #include "core/cli/AutomationFailure.h"
 #include "core/sources/RuntimeState.h"
+#include "platform/input/InputSources.h"
 
 #include <QJsonObject>
 #include <QString>
@@ -44,6 +45,8 @@ struct AutomationStatus
     // The input-source backend by name, and what keeps it from the sources, if anything.
     QString backend = {};
     std::optional<AutomationFailure> backendError = {};
+    // How the backend learns of a switch ("signals" or "polling"), while it can be reached.
+    std::optional<InputSources::Following> following = {};
 
     bool operator==(const AutomationStatus &) const = default;
     QJsonObject toJson() const;

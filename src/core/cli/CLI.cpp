@@ -307,6 +307,10 @@ void CLI::printStatus(const AutomationStatus &status)
     print("cli.label.keep", onOff(status.enabled));
     print("cli.label.login", onOff(status.loginEnabled));
     print("cli.label.backend", status.backend);
+    if (status.following)
+        print("cli.label.following",
+              L10n::text(*status.following == InputSources::Following::polled ? "cli.following.polled"
+                                                                              : "cli.following.announced"));
     if (status.backendError)
         line(m_out, status.backendError->humanText(m_services.automation.framework));
     if (!status.running)

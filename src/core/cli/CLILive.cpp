@@ -93,6 +93,7 @@ AutomationServices AutomationServices::live(std::optional<Expected<Config>> star
     s.backend = system.backend;
     s.framework = SourcesAvailability::frameworkName(system.backend);
     s.availability = once<InputSources::Availability>(system.availability);
+    s.following = system.following;
     return s;
 }
 

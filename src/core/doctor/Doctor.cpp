@@ -49,6 +49,7 @@ struct Seen
     Availability availability;
     StackReport report;
     Expected<Config> config;
+    InputSources::Following following = InputSources::Following::announced;
 };
 
 DoctorCheck inputStack(const Seen &seen)
@@ -72,10 +73,15 @@ DoctorCheck framework(const Seen &seen, const QString &name)
     QString evidence = name + QStringLiteral(": ") + stateName(seen.availability);
     if (!seen.report.version.isEmpty())
         evidence += QStringLiteral("; version ") + seen.report.version;
-    if (reached(seen.availability))
-        return {QStringLiteral("framework"), Verdict::ok, evidence};
-    return {QStringLiteral("framework"), Verdict::fail, evidence,
-            SourcesAvailability::reason(seen.availability, name).value_or(LocalizedText())};
+    if (!reached(seen.availability))
+        return {QStringLiteral("framework"), Verdict::fail, evidence,
+                SourcesAvailability::reason(seen.availability, name).value_or(LocalizedText())};
+    const bool polled = seen.following == InputSources::Following::polled;
+    evidence += polled ? QStringLiteral("; switches polled") : QStringLiteral("; switches signalled");
+    // Only Fcitx5 without Tolvar's addon is polled: it works, a switch is undone a little later.
+    if (polled)
+        return {QStringLiteral("framework"), Verdict::info, evidence, LocalizedText("doctor.fcitx5.polling")};
+    return {QStringLiteral("framework"), Verdict::ok, evidence};
 }
 
 DoctorCheck gnomeExtension(const Seen &seen)
@@ -237,8 +243,10 @@ namespace Doctor {
 QList<DoctorCheck> run(const DoctorServices &services)
 {
     Seen seen{services.stack(), services.availability(), {}, services.config()};
-    if (reached(seen.availability))
+    if (reached(seen.availability)) {
         seen.report = services.report();
+        seen.following = services.following();
+    }
     // A stack whose name is held on the bus may still not answer, or be gone since.
     if (seen.report.reach == StackReport::Reach::silent)
         seen.availability = Availability::notAnswering;

@@ -50,6 +50,7 @@ DoctorServices DoctorServices::live()
     s.framework = SourcesAvailability::frameworkName(system.backend);
     s.availability = system.availability;
     s.report = system.report;
+    s.following = system.following;
     s.choices = [system] { return Catalog::choices(system); };
     s.configFile = [] { return ConfigStore::file(); };
     s.configExists = [] { return QFileInfo::exists(ConfigStore::file()); };

@@ -37,6 +37,7 @@ struct DoctorServices
     QString framework;
     std::function<InputSources::Availability()> availability;
     std::function<StackReport()> report;
+    std::function<InputSources::Following()> following = [] { return InputSources::Following::announced; };
     std::function<QList<InputChoice>()> choices;
     std::function<QString()> configFile;
     std::function<bool()> configExists;

@@ -51,6 +51,12 @@ struct InputSources
     // otherwise. A backend that can only poll polls only while they are.
     std::function<void(bool needed)> needSelected = {};
 
+    // How the backend learns that the selected source changed: from the
+    // system's own signals, or by looking again and again.
+    enum class Following { announced, polled };
+    // Asked afresh at each call: a backend may change how it follows.
+    std::function<Following()> following = [] { return Following::announced; };
+
     enum class Availability {
         available,
         // The input method framework is not running.

@@ -3,6 +3,7 @@
 #include "platform/linux/dbus/DBusBuses.h"
 #include "platform/linux/dbus/SelectStatus.h"
 #include "platform/linux/dbus/SignalReceiver.h"
+#include "platform/linux/fcitx5/Fcitx5Addon.h"
 #include "platform/linux/fcitx5/Fcitx5Controller.h"
 #include "platform/linux/fcitx5/Fcitx5SelectionPoll.h"
 
@@ -20,10 +21,11 @@ namespace {
 
 using namespace std::chrono_literals;
 
-// Fcitx5 announces no switch to outside programs. Looking four times a second
-// undoes an outside switch within a blink (engine bench: median 160 ms, p95
-// 200 ms); each look costs about 0.25 ms of CPU, some 60 ms a minute while a
-// source is kept, and nothing while none is (bench/run-engine --backend fcitx5).
+// Without Tolvar's addon Fcitx5 announces no switch to outside programs.
+// Looking four times a second undoes an outside switch within a blink (engine
+// bench: median 160 ms, p95 200 ms); each look costs about 0.25 ms of CPU,
+// some 60 ms a minute while a source is kept, and nothing while none is
+// (bench/run-engine --backend fcitx5).
 constexpr auto pollInterval = 250ms;
 
 struct Entry
@@ -129,27 +131,42 @@ qint32 statusOf(const QDBusMessage &reply)
     return reply.type() == QDBusMessage::ReplyMessage ? 0 : SelectStatus::ofError(reply);
 }
 
-// The polls of every observer, started and stopped together.
-class Polls
+// How every observer learns of a switch: from Tolvar's addon while Fcitx5 has
+// it loaded, else by polls, started and stopped together. The addon comes and
+// goes with Fcitx5, which may start again with or without it.
+class Watches : public std::enable_shared_from_this<Watches>
 {
 public:
     bool add(QObject *context, std::function<void()> callback)
     {
-        if (!context || !DBusBuses::session())
+        const std::optional<QDBusConnection> session = DBusBuses::session();
+        if (!context || !session)
             return false;
+        QDBusConnection bus = *session;
+        auto *receiver = new SignalReceiver(callback, context);
+        bus.connect(Fcitx5Addon::service, Fcitx5Addon::path, Fcitx5Addon::interface, QStringLiteral("CurrentChanged"),
+                    receiver, SLOT(deliver()));
+        auto *watcher = new QDBusServiceWatcher(
+            Fcitx5Addon::service, bus,
+            QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration, receiver);
+        // Whatever happened while nobody was told is caught up at each change of hands.
+        const auto handOver = [self = shared_from_this(), receiver](bool present) {
+            self->setAddon(present);
+            receiver->deliver();
+        };
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, [handOver] { handOver(true); });
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceUnregistered, receiver, [handOver] { handOver(false); });
         auto *poll = new Fcitx5SelectionPoll(std::move(callback), pollInterval, context);
         m_polls.removeIf([](const QPointer<Fcitx5SelectionPoll> &p) { return p.isNull(); });
         m_polls << poll;
-        poll->setRunning(m_needed);
+        setAddon(Fcitx5Addon::present());
         return true;
     }
 
     void setNeeded(bool needed)
     {
         m_needed = needed;
-        for (const QPointer<Fcitx5SelectionPoll> &poll : std::as_const(m_polls))
-            if (poll)
-                poll->setRunning(needed);
+        apply();
     }
 
     // Our own switch is no change to report, and a look that missed it would
@@ -162,21 +179,37 @@ public:
     }
 
 private:
+    void setAddon(bool present)
+    {
+        m_addon = present;
+        apply();
+    }
+
+    void apply()
+    {
+        for (const QPointer<Fcitx5SelectionPoll> &poll : std::as_const(m_polls))
+            if (poll)
+                poll->setRunning(m_needed && !m_addon);
+    }
+
     bool m_needed = true;
+    bool m_addon = false;
     QList<QPointer<Fcitx5SelectionPoll>> m_polls;
 };
 
 // Fcitx5 accepts any name without a word: only reading back tells.
-qint32 selectIM(const QString &id, Polls &polls)
+qint32 selectIM(const QString &id, Watches &watches)
 {
     if (const qint32 status = statusOf(Fcitx5Controller::call(QStringLiteral("SetCurrentIM"), {id})); status != 0)
         return status;
     const QString current = currentID();
-    polls.selected(current);
+    watches.selected(current);
     return current == id ? 0 : InputSources::refused;
 }
 
-// A changed group, and Fcitx5 starting again, can change the list.
+// A changed group, and Fcitx5 starting again, can change the list. Only the
+// addon tells of a changed group: the controller declares its signal but never
+// sends it.
 bool observeEnabled(QObject *context, std::function<void()> callback)
 {
     const std::optional<QDBusConnection> session = DBusBuses::session();
@@ -187,8 +220,10 @@ bool observeEnabled(QObject *context, std::function<void()> callback)
     auto *watcher =
         new QDBusServiceWatcher(Fcitx5Controller::service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);
     QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, &SignalReceiver::deliver);
-    return bus.connect(Fcitx5Controller::service, Fcitx5Controller::path, Fcitx5Controller::interface,
-                       QStringLiteral("InputMethodGroupsChanged"), receiver, SLOT(deliver()));
+    bus.connect(Fcitx5Controller::service, Fcitx5Controller::path, Fcitx5Controller::interface,
+                QStringLiteral("InputMethodGroupsChanged"), receiver, SLOT(deliver()));
+    return bus.connect(Fcitx5Addon::service, Fcitx5Addon::path, Fcitx5Addon::interface, QStringLiteral("GroupsChanged"),
+                       receiver, SLOT(deliver()));
 }
 
 // Without a shared input state every input context keeps a method of its own,
@@ -215,25 +250,30 @@ namespace Fcitx5InputSources {
 
 InputSources live()
 {
-    const auto polls = std::make_shared<Polls>();
-    InputSources sources{
-        .enabled = [] { return describe(groupItems()); },
-        .matching =
-            [](const QString &id) {
-                return groupItems().contains(id) ? describe(QStringList{id}) : QList<SourceProperties>();
-            },
-        .currentID = currentID,
-        .select = [polls](const QString &id) { return selectIM(id, *polls); },
-        // No system-wide secure entry: password fields are the applications' business.
-        .secureInput = [] { return false; },
-        .observeSelected = [polls](QObject *context,
-                                   std::function<void()> callback) { return polls->add(context, std::move(callback)); },
-        .observeEnabled = observeEnabled,
-        .backend = QStringLiteral("fcitx5"),
-        // SetCurrentIM takes effect at once, whatever the method.
-        .cjkvNeedsFocus = false,
-        .needSelected = [polls](bool needed) { polls->setNeeded(needed); }};
+    const auto watches = std::make_shared<Watches>();
+    InputSources sources{.enabled = [] { return describe(groupItems()); },
+                         .matching =
+                             [](const QString &id) {
+                                 return groupItems().contains(id) ? describe(QStringList{id})
+                                                                  : QList<SourceProperties>();
+                             },
+                         .currentID = currentID,
+                         .select = [watches](const QString &id) { return selectIM(id, *watches); },
+                         // No system-wide secure entry: password fields are the applications' business.
+                         .secureInput = [] { return false; },
+                         .observeSelected =
+                             [watches](QObject *context, std::function<void()> callback) {
+                                 return watches->add(context, std::move(callback));
+                             },
+                         .observeEnabled = observeEnabled,
+                         .backend = QStringLiteral("fcitx5"),
+                         // SetCurrentIM takes effect at once, whatever the method.
+                         .cjkvNeedsFocus = false,
+                         .needSelected = [watches](bool needed) { watches->setNeeded(needed); }};
     sources.report = report;
+    sources.following = [] {
+        return Fcitx5Addon::present() ? InputSources::Following::announced : InputSources::Following::polled;
+    };
     return sources;
 }
 

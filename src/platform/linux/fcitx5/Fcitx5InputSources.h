@@ -12,9 +12,10 @@
 // keeps Fcitx5 switched off, pinning any other item keeps Fcitx5 on with that
 // method.
 //
-// Fcitx5 tells outside programs nothing when the method changes, so the
-// selection is polled, and only while the owner of the port says it needs to
-// know (needSelected). Nothing here ever starts Fcitx5.
+// Fcitx5 itself tells outside programs nothing when the method changes. While
+// Tolvar's addon is loaded its signals say it; otherwise the selection is
+// polled, and only while the owner of the port says it needs to know
+// (needSelected). Nothing here ever starts Fcitx5.
 namespace Fcitx5InputSources {
 
 InputSources live();

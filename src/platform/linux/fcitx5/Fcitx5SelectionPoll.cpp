@@ -9,6 +9,7 @@ Fcitx5SelectionPoll::Fcitx5SelectionPoll(std::function<void()> callback, std::ch
                                          QObject *parent)
     : QObject(parent)
     , m_callback(std::move(callback))
+    , m_timer(this)
 {
     m_timer.setInterval(interval);
     connect(&m_timer, &QTimer::timeout, this, &Fcitx5SelectionPoll::look);
