@@ -21,6 +21,7 @@
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QEventLoop>
+#include <QFileInfo>
 #include <QProcess>
 #include <QRandomGenerator>
 #include <QTimer>
@@ -53,6 +54,8 @@ const Names fcitx5Names{QStringLiteral("keyboard-us"), QStringLiteral("keyboard-
 struct Options
 {
     bool fcitx5 = false;
+    // Fcitx5 loads Tolvar's addon from the build tree, where it was built.
+    bool fcitx5Addon = true;
     int directRounds = 200;
     int focusRounds = 200;
     int idleSeconds = 60;
@@ -478,6 +481,11 @@ std::optional<Options> parse(const QStringList &arguments)
             options.fcitx5 = backend == QLatin1String("fcitx5");
             continue;
         }
+        if (arguments[i] == QLatin1String("--no-addon")) {
+            options.fcitx5Addon = false;
+            --i;
+            continue;
+        }
         // A lighter run for a shared machine: enough rounds for a median and a p95.
         if (arguments[i] == QLatin1String("--quick")) {
             options.directRounds = 60;
@@ -523,7 +531,7 @@ int main(int argc, char **argv)
     const std::optional<Options> options = parse(QCoreApplication::arguments());
     if (!options) {
         std::fprintf(stderr,
-                     "usage: %s [--backend ibus|fcitx5] [--quick] [--direct-rounds N] [--focus-rounds N] "
+                     "usage: %s [--backend ibus|fcitx5] [--no-addon] [--quick] [--direct-rounds N] [--focus-rounds N] "
                      "[--idle-seconds N] [--memory-rounds N] [--direct-budget S] [--focus-budget S] "
                      "[--focus-rest-ms MS]\n",
                      argv[0]);
@@ -531,10 +539,16 @@ int main(int argc, char **argv)
     }
     // Started before anything asks which backend the session has.
     Fcitx5Session fcitx5;
-    if (options->fcitx5 && !fcitx5.start({fcitx5Names.us, fcitx5Names.german, fcitx5Names.hangul})) {
+    const QByteArray addonBuild = TOLVAR_BUILD_DIR;
+    const bool addon =
+        options->fcitx5Addon && QFileInfo::exists(QString::fromUtf8(addonBuild + "/lib/fcitx5/libtolvar.so"));
+    if (options->fcitx5
+        && !fcitx5.start({fcitx5Names.us, fcitx5Names.german, fcitx5Names.hangul}, addon ? addonBuild : QByteArray())) {
         std::fprintf(stderr, "fcitx5 did not start: is it installed?\n");
         return 1;
     }
+    if (options->fcitx5)
+        std::printf("fcitx5 %s Tolvar's addon\n", addon ? "with" : "without");
     const Names &names = options->fcitx5 ? fcitx5Names : ibusNames;
     const QString &us = names.us;
     const QString &german = names.german;

@@ -41,8 +41,14 @@ public:
     static bool installed() { return !QStandardPaths::findExecutable(QStringLiteral("fcitx5")).isEmpty(); }
     static bool running() { return onBus(QStringLiteral("org.fcitx.Fcitx5")); }
 
-    bool start(const QStringList &items)
+    // With a build tree, Fcitx5 also loads Tolvar's addon from there.
+    bool start(const QStringList &items, const QByteArray &addonBuild = {})
     {
+        // FCITX_ADDON_DIRS replaces Fcitx5's own folder rather than adding to it.
+        const QByteArray addons = TOLVAR_FCITX5_ADDONS;
+        qputenv("FCITX_ADDON_DIRS", addonBuild.isEmpty() ? addons : addonBuild + "/lib/fcitx5:" + addons);
+        qputenv("XDG_DATA_DIRS",
+                (addonBuild.isEmpty() ? QByteArray() : addonBuild + "/share:") + "/usr/local/share:/usr/share");
         QByteArray text = "[Groups/0]\nName=Default\nDefault Layout=us\nDefaultIM=" + items.value(1).toUtf8() + "\n";
         for (qsizetype i = 0; i < items.size(); ++i)
             text += QStringLiteral("[Groups/0/Items/%1]\nName=%2\nLayout=\n").arg(i).arg(items[i]).toUtf8();
@@ -50,7 +56,7 @@ public:
                          text + "[GroupOrder]\n0=Default\n")
                && DesktopSession::start(QStringLiteral("fcitx5"),
                                         {QStringLiteral("-D"), QStringLiteral("--disable=all"),
-                                         QStringLiteral("--enable=dbus,dbusfrontend,keyboard,hangul")},
+                                         QStringLiteral("--enable=dbus,dbusfrontend,keyboard,hangul,tolvar")},
                                         running, 10000)
                && focusContext();
     }
@@ -73,6 +79,8 @@ public:
     {
         return controller(QStringLiteral("CurrentInputMethod")).arguments().value(0).toString();
     }
+
+    static bool addonPresent() { return onBus(QStringLiteral("app.tolvar.Fcitx5")); }
 
 private:
     static bool focusContext()

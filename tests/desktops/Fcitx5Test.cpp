@@ -7,7 +7,9 @@
 #include "desktops/Fcitx5Session.h"
 #include "support/ParamName.h"
 
+#include <QFileInfo>
 #include <QImage>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -26,8 +28,9 @@ protected:
             GTEST_SKIP() << "fcitx5 is not installed (scripts/install-deps installs it)";
         m_session.environment.insert("TOLVAR_INPUT_BACKEND", "");
         m_session.environment.remove("XDG_CURRENT_DESKTOP");
-        ASSERT_TRUE(m_session.start({us, german, hangul}));
+        ASSERT_TRUE(m_session.start({us, german, hangul}, addonBuild()));
     }
+    virtual QByteArray addonBuild() const { return {}; }
 
     Fcitx5Session m_session;
 };
@@ -112,6 +115,79 @@ TEST_F(Fcitx5Test, GroupChangeIsListed)
     ASSERT_EQ(set.type(), QDBusMessage::ReplyMessage) << qPrintable(set.errorMessage());
     EXPECT_EQ(m_session.listed(), (QStringList{us, hangul}));
 }
+
+// How switches reach the backend and the background instance: from the addon
+// while Fcitx5 has it, else by polls, and across a restart that adds or drops it.
+struct FollowCase
+{
+    const char *name;
+    bool addonFirst;
+    bool addonThen;
+};
+
+class Fcitx5FollowTest : public Fcitx5Test, public testing::WithParamInterface<FollowCase>
+{
+protected:
+    void SetUp() override
+    {
+        if (!QFileInfo::exists(TOLVAR_BUILD_DIR "/lib/fcitx5/libtolvar.so"))
+            GTEST_SKIP() << "the addon is not built: libfcitx5core-dev is missing";
+        Fcitx5Test::SetUp();
+    }
+    QByteArray addonBuild() const override { return GetParam().addonFirst ? TOLVAR_BUILD_DIR : QByteArray(); }
+
+    // Whether the backend polls: its polls' timers are the context's only ones.
+    static bool polling(const QObject &context)
+    {
+        const QList<QTimer *> timers = context.findChildren<QTimer *>();
+        return std::any_of(timers.cbegin(), timers.cend(), [](const QTimer *timer) { return timer->isActive(); });
+    }
+
+    void expectFollowing(bool addon, const QObject &context, const int &heard)
+    {
+        SCOPED_TRACE(addon ? "with the addon" : "without the addon");
+        EXPECT_EQ(Fcitx5Session::addonPresent(), addon);
+        EXPECT_TRUE(spinUntil([&] { return polling(context) != addon; }, 5000));
+        EXPECT_EQ(m_session.status()["following"].toString(), addon ? "signals" : "polling");
+        // A poll sees only what is current at each look: let it look once first.
+        if (!addon)
+            spinUntil([] { return false; }, 600);
+        const int before = heard;
+        Fcitx5Session::switchTo(Fcitx5Session::current() == hangul ? us : hangul);
+        EXPECT_TRUE(spinUntil([&] { return heard > before; }, 5000)) << qPrintable(Fcitx5Session::current());
+        EXPECT_TRUE(m_session.keep(german, [] { return Fcitx5Session::current() == german; }));
+        Fcitx5Session::switchTo(hangul);
+        EXPECT_TRUE(spinUntil([] { return Fcitx5Session::current() == german; }, 5000));
+        m_session.instance().kill();
+        m_session.instance().waitForFinished();
+    }
+};
+
+TEST_P(Fcitx5FollowTest, SeesSwitchesAndGroupChanges)
+{
+    const InputSources backend = Fcitx5InputSources::live();
+    QObject context;
+    int heard = 0;
+    int groups = 0;
+    ASSERT_TRUE(backend.observeSelected(&context, [&] { ++heard; }));
+    ASSERT_TRUE(backend.observeEnabled(&context, [&] { ++groups; }));
+    expectFollowing(GetParam().addonFirst, context, heard);
+    if (GetParam().addonFirst) {
+        Fcitx5Session::controller(
+            "SetInputMethodGroupInfo",
+            {"Default", "us", QVariant::fromValue(QList<Fcitx5ClientInfo>{{us, ""}, {german, ""}, {hangul, ""}})});
+        EXPECT_TRUE(spinUntil([&] { return groups > 0; }, 5000)) << "the addon tells of a changed group";
+    }
+    m_session.stop();
+    ASSERT_TRUE(m_session.start({us, german, hangul}, GetParam().addonThen ? TOLVAR_BUILD_DIR : QByteArray()));
+    expectFollowing(GetParam().addonThen, context, heard);
+}
+
+INSTANTIATE_TEST_SUITE_P(Fcitx5, Fcitx5FollowTest,
+                         testing::Values(FollowCase{"Addon", true, true}, FollowCase{"NoAddon", false, false},
+                                         FollowCase{"AddonComesWithARestart", false, true},
+                                         FollowCase{"AddonGoneAfterARestart", true, false}),
+                         ParamName());
 
 // Without a running fcitx5 nothing may start it, neither the choice nor a call.
 class Fcitx5AbsentTest : public testing::TestWithParam<const char *>
