@@ -1,5 +1,6 @@
 #include "core/config/ConfigStore.h"
 #include "core/config/ConfigMigration.h"
+#include "core/config/ConfigSnapshot.h"
 #include "support/FakeNotifications.h"
 #include "support/Process.h"
 
@@ -201,6 +202,50 @@ TEST(ConfigMigrationTest, MovesOnceAndKeepsTheNewer)
         if (c.outcome) {
             EXPECT_EQ(ConfigMigration::run(from, to).value(), Outcome::NothingToMove) << "only once";
         }
+    }
+}
+
+void stamp(const QString &path, const QByteArray &bytes, const QDateTime &time)
+{
+    ASSERT_TRUE(writeFile(path, bytes));
+    QFile file(path);
+    ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+    ASSERT_TRUE(file.setFileTime(time, QFileDevice::FileModificationTime));
+}
+
+// A second look after the file changed under the first: a file nobody touched
+// is not read again, but one whose time or size moved, one too young for its
+// time to tell, or one we wrote ourselves, is.
+TEST(ConfigSnapshotTest, ReadsAgainOnlyWhatMayHaveChanged)
+{
+    struct Row
+    {
+        std::optional<int> firstAge; // seconds; none: no file at the first look
+        QByteArray second;
+        bool sameTime;
+        bool forget; // as after a write of our own
+        std::optional<QString> seen;
+    };
+    const QByteArray german = R"({"enabled":true,"onboardingCompleted":true,"sourceID":"xkb:de::deu"})";
+    const QByteArray english = R"({"enabled":true,"onboardingCompleted":true,"sourceID":"xkb:us::eng"})";
+    const QByteArray hangul = R"({"enabled":true,"onboardingCompleted":true,"sourceID":"hangul"})";
+    const QString de = QStringLiteral("xkb:de::deu"), us = QStringLiteral("xkb:us::eng");
+    for (const Row &row : {Row{5, english, true, false, de}, Row{5, english, true, true, us},
+                           Row{5, hangul, true, false, QStringLiteral("hangul")}, Row{5, english, false, false, us},
+                           Row{0, english, true, false, us}, Row{std::nullopt, english, false, false, us}}) {
+        SCOPED_TRACE(testing::Message() << row.firstAge.value_or(-1) << " " << row.second.constData() << " "
+                                        << row.sameTime);
+        QTemporaryDir home;
+        const QString file = ConfigStore::fileIn(home.path());
+        const QDateTime firstTime = QDateTime::currentDateTimeUtc().addSecs(-row.firstAge.value_or(0));
+        if (row.firstAge)
+            stamp(file, german, firstTime);
+        ConfigSnapshot snapshot(home.path());
+        EXPECT_EQ(snapshot.read()->sourceID, row.firstAge ? std::optional(de) : std::nullopt);
+        stamp(file, row.second, row.sameTime ? firstTime : QDateTime::currentDateTimeUtc().addSecs(-3));
+        if (row.forget)
+            snapshot.forget();
+        EXPECT_EQ(snapshot.read()->sourceID, row.seen);
     }
 }
 

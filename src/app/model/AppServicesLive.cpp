@@ -1,5 +1,6 @@
 // The application model wired to this machine.
 #include "app/model/AppServices.h"
+#include "core/config/ConfigSnapshot.h"
 #include "core/doctor/Doctor.h"
 #include "core/engine/Enforcer.h"
 #include "core/l10n/L10n.h"
@@ -15,6 +16,12 @@
 AppServices AppServices::live(Enforcer &enforcer)
 {
     AppServices s = over(InputSources::live(), ConfigStore::directory(), Notifications::live());
+    s.load = [] { return ConfigSnapshot::shared().recent(); };
+    s.updateConfig = [update = s.updateConfig](const ConfigStore::Edit &edit) {
+        const Expected<Config> written = update(edit);
+        ConfigSnapshot::shared().forget();
+        return written;
+    };
     s.keepWith(enforcer);
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
     s.setLogin = [](bool on) -> Expected<void> {

@@ -6,6 +6,7 @@
 // piece of work the application sends to Qt's pool is the login item's check
 // and change (AppModelActions), so that the disk never holds up the panel; it
 // touches none of these, only the login files and the string tables.
+#include "core/config/ConfigSnapshot.h"
 #include "core/config/ConfigStore.h"
 #include "core/engine/EnforcementDependencies.h"
 #include "core/engine/EnforcementTriggers.h"
@@ -17,12 +18,9 @@
 #include "platform/WorkspaceEvents.h"
 #include "platform/input/InputSources.h"
 
-#include <QFile>
 #include <QPointer>
 
-#include <filesystem>
 #include <memory>
-#include <optional>
 
 namespace {
 
@@ -30,45 +28,6 @@ using namespace std::chrono_literals;
 
 constexpr auto focusTimeLimit = 3s;
 constexpr unsigned long refusedPauseMs = 40;
-
-// The configuration as last read, read again when the file's time or size
-// moved. File times move in steps of a few milliseconds, so a file changed
-// within the last second is read again until it is older.
-class ConfigReader
-{
-public:
-    Config operator()()
-    {
-        const QString path = ConfigStore::file();
-        std::error_code error;
-        const std::filesystem::path file(QFile::encodeName(path).toStdString());
-        const auto time = std::filesystem::last_write_time(file, error);
-        const auto size = error ? 0 : std::filesystem::file_size(file, error);
-        const Stamp stamp{path, error ? std::filesystem::file_time_type() : time, error ? 0 : size};
-        if (m_last && m_last->stamp == stamp && m_last->settled)
-            return m_last->config;
-        const bool settled = !error && std::filesystem::file_time_type::clock::now() - time > 1s;
-        m_last = Read{stamp, ConfigStore::loadOrDefault(), settled};
-        return m_last->config;
-    }
-
-private:
-    struct Stamp
-    {
-        QString path;
-        std::filesystem::file_time_type time;
-        std::uintmax_t size = 0;
-        bool operator==(const Stamp &) const = default;
-    };
-    struct Read
-    {
-        Stamp stamp;
-        Config config;
-        bool settled = false;
-    };
-
-    std::optional<Read> m_last;
-};
 
 } // namespace
 
@@ -80,7 +39,10 @@ EnforcementDependencies EnforcementDependencies::live()
 EnforcementDependencies EnforcementDependencies::over(const InputSources &system)
 {
     EnforcementDependencies d;
-    d.config = [reader = std::make_shared<ConfigReader>()] { return (*reader)(); };
+    d.config = [] {
+        const Expected<Config> config = ConfigSnapshot::shared().read();
+        return config ? config.value() : Config{};
+    };
     d.secureInput = system.secureInput;
     d.unreachable = [system] {
         return SourcesAvailability::reason(system.availability(), SourcesAvailability::frameworkName(system.backend));
