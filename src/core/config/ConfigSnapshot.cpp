@@ -3,8 +3,24 @@
 #include "core/config/ConfigStore.h"
 
 #include <QFileInfo>
+#include <QTimeZone>
 
 #include <utility>
+
+namespace {
+
+// In UTC where Qt can say so directly: local time looks at the system's zone
+// file again at each call.
+QDateTime modified(const QFileInfo &file)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
+    return file.lastModified(QTimeZone::UTC);
+#else
+    return file.lastModified();
+#endif
+}
+
+} // namespace
 
 ConfigSnapshot::ConfigSnapshot(QString directory)
     : m_directory(std::move(directory))
@@ -16,12 +32,12 @@ Expected<Config> ConfigSnapshot::read()
     const QFileInfo file(ConfigStore::fileIn(directory));
     // One stat answers all three.
     const bool exists = file.exists();
-    const Stamp stamp{file.filePath(), exists ? file.lastModified() : QDateTime(), exists ? file.size() : -1};
+    const Stamp stamp{file.filePath(), exists ? modified(file) : QDateTime(), exists ? file.size() : -1};
     m_lookedAt = std::chrono::steady_clock::now();
     if (m_last && m_settled && stamp == m_stamp)
         return *m_last;
     m_stamp = stamp;
-    m_settled = !exists || stamp.time.msecsTo(QDateTime::currentDateTime()) > 1000;
+    m_settled = !exists || stamp.time.msecsTo(QDateTime::currentDateTimeUtc()) > 1000;
     m_last = ConfigStore::loadFrom(directory);
     return *m_last;
 }
