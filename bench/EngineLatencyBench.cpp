@@ -6,7 +6,9 @@
 // own; this program plays the other program. On IBus each phase runs twice:
 // against the engine and against a minimal keeper (this program again, started
 // with --keeper: one asynchronous SetGlobalEngine per foreign GlobalEngineChanged),
-// the yardstick for the engine's figures. Run it through bench/run-engine,
+// the yardstick for the engine's figures; a Fcitx5 run measures that keeper on
+// IBus first, Fcitx5 having none. Idle, the engine alone and the product
+// itself (`tolvar background`) are each measured. Run it through bench/run-engine,
 // which gives it a private IBus; with --backend fcitx5 it starts the session's
 // own fcitx5 and holds its focused input context.
 #include "ProcessStats.h"
@@ -56,6 +58,8 @@ struct Options
     bool fcitx5 = false;
     // Fcitx5 loads Tolvar's addon from the build tree, where it was built.
     bool fcitx5Addon = true;
+    // Only the minimal keeper on IBus, for a Fcitx5 run's yardstick.
+    bool keeperOnly = false;
     int directRounds = 200;
     int focusRounds = 200;
     int idleSeconds = 60;
@@ -151,13 +155,17 @@ private:
     int m_signals = 0;
 };
 
-// The engine alone, on live wiring, in its own process, or the minimal keeper
-// pinned to `keeperPin`; killed with this object.
+// The engine alone, on live wiring, in its own process; the minimal keeper
+// pinned to `keeperPin`; or the product itself, `tolvar background`, with its
+// model and its tray. Killed with this object.
 class EngineHost
 {
 public:
-    explicit EngineHost(QString keeperPin = {})
-        : m_keeperPin(std::move(keeperPin))
+    enum class Kind { Engine, Keeper, Product };
+
+    explicit EngineHost(Kind kind = Kind::Engine, QString keeperPin = {})
+        : m_kind(kind)
+        , m_keeperPin(std::move(keeperPin))
     {}
 
     ~EngineHost()
@@ -171,16 +179,23 @@ public:
     bool start()
     {
         m_process.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        if (m_keeperPin.isEmpty())
-            m_process.start(QStringLiteral(TOLVAR_ENGINE_HOST), QStringList());
-        else
+        switch (m_kind) {
+        case Kind::Engine: m_process.start(QStringLiteral(TOLVAR_ENGINE_HOST), QStringList()); break;
+        case Kind::Keeper:
             m_process.start(QCoreApplication::applicationFilePath(), {QStringLiteral("--keeper"), m_keeperPin});
+            break;
+        case Kind::Product:
+            // It says nothing when ready: the caller waits for the pinned source instead.
+            m_process.start(QStringLiteral(TOLVAR_EXECUTABLE), {QStringLiteral("background")});
+            return m_process.waitForStarted(10000);
+        }
         return m_process.waitForReadyRead(10000) && m_process.readLine().trimmed() == "ready";
     }
 
     qint64 pid() const { return m_process.processId(); }
 
 private:
+    Kind m_kind;
     QString m_keeperPin;
     QProcess m_process;
 };
@@ -300,7 +315,7 @@ PhaseResult measureReaction(SelectionWatch &watch, const QString &pinned, const 
         std::printf("  could not write the configuration\n");
         return result;
     }
-    EngineHost host(keeper ? pinned : QString());
+    EngineHost host(keeper ? EngineHost::Kind::Keeper : EngineHost::Kind::Engine, pinned);
     if (!host.start()) {
         std::printf("  the engine host did not start\n");
         return result;
@@ -386,13 +401,14 @@ bool measureMemory(SelectionWatch &watch, const QString &pinned, const QString &
     return back == rounds;
 }
 
-bool measureIdle(SelectionWatch &watch, const QString &german, int seconds)
+bool measureIdle(SelectionWatch &watch, const QString &german, int seconds, EngineHost::Kind kind)
 {
-    std::printf("\n== idle: %s pinned and current, nothing happening, %d s (load %s) ==\n", qPrintable(german), seconds,
-                ProcessStats::loadAverage().constData());
+    std::printf("\n== idle, %s: %s pinned and current, nothing happening, %d s (load %s) ==\n",
+                kind == EngineHost::Kind::Product ? "tolvar background" : "the engine alone", qPrintable(german),
+                seconds, ProcessStats::loadAverage().constData());
     if (!pin(german))
         return false;
-    EngineHost host;
+    EngineHost host(kind);
     if (!host.start() || !watch.waitFor(german, Clock::now() + 10s)) {
         std::printf("  the engine did not start or did not select %s\n", qPrintable(german));
         return false;
@@ -470,6 +486,36 @@ void printRatios(const std::vector<PhaseResult> &results)
     }
 }
 
+// Zero: not measured.
+struct Yardstick
+{
+    double p50 = 0;
+    double p95 = 0;
+};
+
+// Fcitx5 has no keeper of its own to measure against: the minimal keeper on
+// IBus, in the same session just before Fcitx5 starts, is the yardstick.
+Yardstick measureIBusKeeper(const Options &options)
+{
+    QProcess child;
+    child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    child.start(QCoreApplication::applicationFilePath(),
+                {QStringLiteral("--keeper-only"), QStringLiteral("--direct-rounds"),
+                 QString::number(options.directRounds), QStringLiteral("--direct-budget"),
+                 QString::number(options.directBudget.count()), QStringLiteral("--idle-seconds"), QStringLiteral("0")});
+    child.waitForFinished(static_cast<int>(options.directBudget.count() + 60) * 1000);
+    Yardstick yardstick;
+    for (const QByteArray &line : child.readAllStandardOutput().split('\n')) {
+        if (line.startsWith("yardstick ")) {
+            const QList<QByteArray> figures = line.split(' ');
+            yardstick = Yardstick{figures.value(1).toDouble(), figures.value(2).toDouble()};
+        } else if (!line.isEmpty()) {
+            std::printf("  ibus | %s\n", line.constData());
+        }
+    }
+    return yardstick;
+}
+
 std::optional<Options> parse(const QStringList &arguments)
 {
     Options options;
@@ -481,8 +527,9 @@ std::optional<Options> parse(const QStringList &arguments)
             options.fcitx5 = backend == QLatin1String("fcitx5");
             continue;
         }
-        if (arguments[i] == QLatin1String("--no-addon")) {
-            options.fcitx5Addon = false;
+        if (arguments[i] == QLatin1String("--no-addon") || arguments[i] == QLatin1String("--keeper-only")) {
+            (arguments[i] == QLatin1String("--no-addon") ? options.fcitx5Addon : options.keeperOnly) =
+                arguments[i] == QLatin1String("--keeper-only");
             --i;
             continue;
         }
@@ -531,12 +578,15 @@ int main(int argc, char **argv)
     const std::optional<Options> options = parse(QCoreApplication::arguments());
     if (!options) {
         std::fprintf(stderr,
-                     "usage: %s [--backend ibus|fcitx5] [--no-addon] [--quick] [--direct-rounds N] [--focus-rounds N] "
+                     "usage: %s [--backend ibus|fcitx5] [--no-addon] [--keeper-only] [--quick] [--direct-rounds N] "
+                     "[--focus-rounds N] "
                      "[--idle-seconds N] [--memory-rounds N] [--direct-budget S] [--focus-budget S] "
                      "[--focus-rest-ms MS]\n",
                      argv[0]);
         return 2;
     }
+    const Yardstick ibusKeeper =
+        options->fcitx5 && options->directRounds > 0 ? measureIBusKeeper(*options) : Yardstick();
     // Started before anything asks which backend the session has.
     Fcitx5Session fcitx5;
     const QByteArray addonBuild = TOLVAR_BUILD_DIR;
@@ -570,6 +620,14 @@ int main(int argc, char **argv)
         const auto rest = [] {
             return Clock::duration(50ms + std::chrono::milliseconds(QRandomGenerator::global()->bounded(100)));
         };
+        if (options->keeperOnly) {
+            const PhaseResult keeper =
+                measureReaction(watch, german, us, options->directRounds, options->directBudget, *options, rest, true);
+            std::vector<double> sorted = keeper.latencyMs;
+            std::sort(sorted.begin(), sorted.end());
+            std::printf("yardstick %.3f %.3f\n", percentile(sorted, 0.5), percentile(sorted, 0.95));
+            return sorted.empty() ? 1 : 0;
+        }
         for (const bool keeper : {false, true}) {
             if (keeper && options->fcitx5)
                 continue;
@@ -593,11 +651,21 @@ int main(int argc, char **argv)
     }
     if (options->memoryRounds > 0)
         failed = !measureMemory(watch, german, us, options->memoryRounds, *options) || failed;
-    if (options->idleSeconds > 0)
-        failed = !measureIdle(watch, german, options->idleSeconds) || failed;
+    if (options->idleSeconds > 0) {
+        for (const EngineHost::Kind kind : {EngineHost::Kind::Engine, EngineHost::Kind::Product})
+            failed = !measureIdle(watch, german, options->idleSeconds, kind) || failed;
+    }
     if (!results.empty()) {
         printTable(results);
         printRatios(results);
+    }
+    if (ibusKeeper.p50 > 0 && !results.empty() && !results.front().latencyMs.empty()) {
+        std::vector<double> engine = results.front().latencyMs;
+        std::sort(engine.begin(), engine.end());
+        std::printf("%-14s fcitx5 engine / IBus keeper: p50 %.1f/%.1f ms = %.2fx, p95 %.1f/%.1f ms = %.2fx\n",
+                    qPrintable(results.front().name), percentile(engine, 0.5), ibusKeeper.p50,
+                    percentile(engine, 0.5) / ibusKeeper.p50, percentile(engine, 0.95), ibusKeeper.p95,
+                    percentile(engine, 0.95) / ibusKeeper.p95);
     }
     return failed ? 1 : 0;
 }
