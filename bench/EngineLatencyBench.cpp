@@ -587,6 +587,9 @@ int main(int argc, char **argv)
     }
     const Yardstick ibusKeeper =
         options->fcitx5 && options->directRounds > 0 ? measureIBusKeeper(*options) : Yardstick();
+    // As a Fcitx5 user's session says it, so that this process and the engine choose Fcitx5.
+    if (options->fcitx5)
+        qputenv("XMODIFIERS", "@im=fcitx");
     // Started before anything asks which backend the session has.
     Fcitx5Session fcitx5;
     const QByteArray addonBuild = TOLVAR_BUILD_DIR;

@@ -5,6 +5,7 @@
 #include "platform/linux/dbus/SignalReceiver.h"
 #include "platform/linux/fcitx5/Fcitx5Addon.h"
 #include "platform/linux/fcitx5/Fcitx5Controller.h"
+#include "platform/linux/fcitx5/Fcitx5Known.h"
 #include "platform/linux/fcitx5/Fcitx5SelectionPoll.h"
 
 #include <QDBusArgument>
@@ -198,12 +199,13 @@ private:
 };
 
 // Fcitx5 accepts any name without a word: only reading back tells.
-qint32 selectIM(const QString &id, Watches &watches)
+qint32 selectIM(const QString &id, Watches &watches, Fcitx5Known &known)
 {
     if (const qint32 status = statusOf(Fcitx5Controller::call(QStringLiteral("SetCurrentIM"), {id})); status != 0)
         return status;
     const QString current = currentID();
     watches.selected(current);
+    known.selected(current);
     return current == id ? 0 : InputSources::refused;
 }
 
@@ -251,14 +253,17 @@ namespace Fcitx5InputSources {
 InputSources live()
 {
     const auto watches = std::make_shared<Watches>();
-    InputSources sources{.enabled = [] { return describe(groupItems()); },
+    const auto known = std::make_shared<Fcitx5Known>();
+    const auto enabled = [known] { return known->enabled([] { return describe(groupItems()); }); };
+    InputSources sources{.enabled = enabled,
                          .matching =
-                             [](const QString &id) {
-                                 return groupItems().contains(id) ? describe(QStringList{id})
-                                                                  : QList<SourceProperties>();
+                             [enabled](const QString &id) {
+                                 QList<SourceProperties> found = enabled();
+                                 found.removeIf([&](const SourceProperties &source) { return source.id != id; });
+                                 return found;
                              },
-                         .currentID = currentID,
-                         .select = [watches](const QString &id) { return selectIM(id, *watches); },
+                         .currentID = [known] { return known->current(currentID); },
+                         .select = [watches, known](const QString &id) { return selectIM(id, *watches, *known); },
                          // No system-wide secure entry: password fields are the applications' business.
                          .secureInput = [] { return false; },
                          .observeSelected =
@@ -271,8 +276,8 @@ InputSources live()
                          .cjkvNeedsFocus = false,
                          .needSelected = [watches](bool needed) { watches->setNeeded(needed); }};
     sources.report = report;
-    sources.following = [] {
-        return Fcitx5Addon::present() ? InputSources::Following::announced : InputSources::Following::polled;
+    sources.following = [known] {
+        return known->addonPresent() ? InputSources::Following::announced : InputSources::Following::polled;
     };
     return sources;
 }
