@@ -307,6 +307,8 @@ void CLI::printStatus(const AutomationStatus &status)
     print("cli.label.keep", onOff(status.enabled));
     print("cli.label.login", onOff(status.loginEnabled));
     print("cli.label.backend", status.backend);
+    if (const std::optional<QString> note = SourcesAvailability::backendNote(status.backend))
+        line(m_out, *note);
     if (status.backendError)
         line(m_out, status.backendError->humanText(m_services.automation.framework));
     if (!status.running)
