@@ -4,12 +4,39 @@
 
 #include "support/DesktopSession.h"
 
+#include <QDBusArgument>
+#include <QDBusMetaType>
+#include <QDBusVirtualObject>
 #include <QFile>
 #include <QJsonArray>
 #include <QStandardPaths>
 #include <QTemporaryDir>
+#include <QThread>
 
 #include <gtest/gtest.h>
+
+// One entry of getLayoutsList, (sss) on the bus.
+struct LayoutNames
+{
+    QString shortName, displayName, longName;
+};
+Q_DECLARE_METATYPE(LayoutNames)
+
+QDBusArgument &operator<<(QDBusArgument &argument, const LayoutNames &names)
+{
+    argument.beginStructure();
+    argument << names.shortName << names.displayName << names.longName;
+    argument.endStructure();
+    return argument;
+}
+
+const QDBusArgument &operator>>(const QDBusArgument &argument, LayoutNames &names)
+{
+    argument.beginStructure();
+    argument >> names.shortName >> names.displayName >> names.longName;
+    argument.endStructure();
+    return argument;
+}
 
 namespace {
 
@@ -21,6 +48,25 @@ QDBusMessage layouts(const QString &method, const QVariantList &arguments = {})
 uint index()
 {
     return layouts("getLayout").arguments().value(0).toUInt();
+}
+
+// Tells KWin that kxkbrc changed, as Plasma's keyboard settings do on saving.
+// Up to Plasma 6.3 they send org.kde.keyboard reloadConfig on /Layouts, which
+// KWin up to 6.3 listens for (keyboard_layout.cpp, KeyboardLayout::init). In
+// 6.7 they write LayoutList and VariantList with KConfig's Notify flag
+// (Notifiers=true in kcms/keyboard/keyboardsettings.kcfgc), so KConfig sends
+// org.kde.kconfig.notify ConfigChanged on /kxkbrc with the changed keys by
+// group; KWin 6.7 dropped reloadConfig and reloads through a KConfigWatcher
+// (KeyboardLayout::handleXkbConfigChanged, for the group "Layout").
+void announceNewLayouts()
+{
+    QDBusConnection bus = QDBusConnection::sessionBus();
+    bus.send(QDBusMessage::createSignal("/Layouts", "org.kde.keyboard", "reloadConfig"));
+    qDBusRegisterMetaType<QByteArrayList>();
+    qDBusRegisterMetaType<QHash<QString, QByteArrayList>>();
+    QDBusMessage changed = QDBusMessage::createSignal("/kxkbrc", "org.kde.kconfig.notify", "ConfigChanged");
+    changed << QVariant::fromValue(QHash<QString, QByteArrayList>{{"Layout", {"LayoutList", "VariantList"}}});
+    bus.send(changed);
 }
 
 class PlasmaTest : public testing::Test
@@ -56,6 +102,72 @@ protected:
     QTemporaryDir m_folder;
     DesktopSession m_session;
 };
+
+// KWin as it serves /Layouts with no keyboard attached: an empty list, on a
+// connection of its own.
+class KeyboardlessKWin : public QDBusVirtualObject
+{
+public:
+    KeyboardlessKWin()
+    {
+        qDBusRegisterMetaType<LayoutNames>();
+        qDBusRegisterMetaType<QList<LayoutNames>>();
+        m_bus.registerVirtualObject("/Layouts", this);
+        m_bus.registerService("org.kde.keyboard");
+    }
+    ~KeyboardlessKWin() override { QDBusConnection::disconnectFromBus(m_bus.name()); }
+    KeyboardlessKWin(const KeyboardlessKWin &) = delete;
+    KeyboardlessKWin &operator=(const KeyboardlessKWin &) = delete;
+
+    bool handleMessage(const QDBusMessage &message, const QDBusConnection &connection) override
+    {
+        if (message.member() == "getLayoutsList")
+            return connection.send(message.createReply(QVariant::fromValue(QList<LayoutNames>())));
+        if (message.member() == "getLayout")
+            return connection.send(message.createReply(0u));
+        return false;
+    }
+    QString introspect(const QString &) const override { return {}; }
+
+private:
+    QDBusConnection m_bus = QDBusConnection::connectToBus(QDBusConnection::SessionBus, "keyboardless-kwin");
+};
+
+// The real tolvar, while this thread goes on answering as the fake KWin.
+QByteArray tolvarAnswered(const QStringList &arguments, int *exitCode = nullptr)
+{
+    QProcess process;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert("TOLVAR_INPUT_BACKEND", "");
+    environment.insert("XDG_CURRENT_DESKTOP", "KDE");
+    environment.insert("LANGUAGE", "en");
+    process.setProcessEnvironment(environment);
+    process.start(TOLVAR_EXECUTABLE, arguments);
+    if (!spinUntil([&] { return process.state() == QProcess::NotRunning; }, 30000))
+        process.kill();
+    process.waitForFinished();
+    if (exitCode)
+        *exitCode = process.exitCode();
+    return process.readAllStandardOutput();
+}
+
+TEST(PlasmaWithoutKeyboardTest, IsUnavailableWithAReasonRatherThanWithoutSources)
+{
+    KeyboardlessKWin kwin;
+    ASSERT_TRUE(DesktopSession::onBus("org.kde.keyboard"));
+    int exitCode = 0;
+    const QByteArray list = tolvarAnswered({"list", "--json"}, &exitCode);
+    EXPECT_NE(exitCode, 0) << list.constData();
+    EXPECT_EQ(QJsonDocument::fromJson(list)["error"]["code"].toString(), "input_method_unavailable")
+        << list.constData();
+    const QByteArray status = tolvarAnswered({"status", "--json"});
+    EXPECT_EQ(QJsonDocument::fromJson(status)["status"]["backend"].toString(), "plasma") << status.constData();
+    EXPECT_EQ(QJsonDocument::fromJson(status)["status"]["backendError"]["detail"].toString(),
+              "KDE Plasma has no keyboard layout.")
+        << status.constData();
+    const QByteArray said = tolvarAnswered({"status"});
+    EXPECT_TRUE(said.contains("KDE Plasma has no keyboard layout")) << said.constData();
+}
 
 TEST_F(PlasmaTest, ListsAndSetsByNameAndVariant)
 {
@@ -98,7 +210,7 @@ TEST_F(PlasmaTest, BackgroundInstanceKeepsThePinAcrossAnOutsideSwitchAndANewList
     int announced = 0;
     ASSERT_TRUE(PlasmaInputSources::live().observeEnabled(&context, [&] { ++announced; }));
     configure("de,us", ",");
-    QDBusConnection::sessionBus().send(QDBusMessage::createSignal("/Layouts", "org.kde.keyboard", "reloadConfig"));
+    announceNewLayouts();
     ASSERT_TRUE(spinUntil([&] { return announced > 0; }, 5000));
     EXPECT_EQ(m_session.listed(), (QStringList{"de", "us"}));
     layouts("setLayout", {1u});

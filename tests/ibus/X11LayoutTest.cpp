@@ -5,6 +5,8 @@
 
 #include "support/DesktopSession.h"
 
+#include <QFile>
+
 #include <gtest/gtest.h>
 
 namespace {
@@ -31,7 +33,11 @@ protected:
         ASSERT_EQ(runProcess("ibus", {"engine", "xkb:us::eng"}).exitCode, 0);
     }
 
-    void TearDown() override { keepSystemLayout(false); }
+    void TearDown() override
+    {
+        keepSystemLayout(false);
+        runProcess("setxkbmap", {"-layout", "us"});
+    }
 
     QString reported() const { return status()["current"].toObject()["id"].toString(); }
 };
@@ -69,6 +75,33 @@ TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)
         EXPECT_TRUE(spinUntil([this] { return xLayout() == "de" && reported() == "xkb:de::deu"; }, 5000))
             << "round " << round << ": layout " << qPrintable(xLayout());
     }
+}
+
+// A Plasma X11 session that does not type through IBus and has no
+// org.kde.keyboard, as from Plasma 6.8: tolvar sets the X layout itself, one
+// layout of kxkbrc at a time, and says so.
+TEST_F(X11LayoutTest, PlasmaWithoutItsKeyboardServiceSetsTheServerLayout)
+{
+    environment.insert("XDG_CURRENT_DESKTOP", "KDE");
+    environment.insert("XDG_SESSION_TYPE", "x11");
+    environment.insert("LANGUAGE", "en");
+    for (const char *name : {"TOLVAR_INPUT_BACKEND", "GTK_IM_MODULE", "QT_IM_MODULE", "XMODIFIERS"})
+        environment.remove(name);
+    QFile kxkbrc(qEnvironmentVariable("XDG_CONFIG_HOME") + "/kxkbrc");
+    ASSERT_TRUE(kxkbrc.open(QIODevice::WriteOnly));
+    kxkbrc.write("[Layout]\nLayoutList=us,de,de\nVariantList=,,neo\nUse=true\n");
+    kxkbrc.close();
+    EXPECT_EQ(status()["backend"].toString(), "x11");
+    EXPECT_TRUE(tolvar({"status"}).out.contains("Tolvar sets the X keyboard layout itself"));
+    EXPECT_EQ(listed(), (QStringList{"us", "de", "de(neo)"}));
+    const ProcessResult set = tolvar({"set", "de(neo)"});
+    EXPECT_EQ(set.exitCode, 0) << set.err.constData();
+    EXPECT_EQ(X11Layout::current().value_or(X11Layout::Names()), (X11Layout::Names{"de", "neo", ""}));
+    EXPECT_EQ(reported(), "de(neo)");
+    // Plasma's own keymap holds every layout as a group: which one is active is not in the names.
+    runProcess("setxkbmap", {"-layout", "us,de"});
+    EXPECT_EQ(reported(), "");
+    kxkbrc.remove();
 }
 
 } // namespace

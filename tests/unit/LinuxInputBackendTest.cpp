@@ -26,11 +26,17 @@ TEST(LinuxInputBackendTest, PicksTheStackThatOwnsTheKeyboard)
         {{"", {"KDE"}, false, false, false}, Kind::plasma},        // no bus to ask
         {{"", {"XFCE"}, false, false, false, true}, Kind::fcitx5}, // no bus to ask
         {{"", {"GNOME"}, false, false, true, true}, Kind::gnome},  // named, not running
+        // Plasma on X11: its keyboard service (gone from Plasma 6.8), or the X server's layout.
+        {{"", {"KDE"}, false, true, true, false, true}, Kind::plasma},
+        {{"", {"KDE"}, false, false, true, false, true}, Kind::x11},
+        {{"", {"KDE"}, false, false, true, false, true, true}, Kind::ibus}, // types through IBus
+        {{"", {"XFCE"}, false, false, true, false, true}, Kind::ibus},
+        {{"x11", {"GNOME"}, false, false, true, false, false}, Kind::x11},
     };
     for (const auto &[session, expected] : rows)
         EXPECT_EQ(LinuxInputBackend::choose(session), expected)
             << qPrintable(session.requested + "|" + session.desktops.join(':')) << session.fcitx5Running
-            << session.plasmaLayouts << session.busAnswers;
+            << session.plasmaLayouts << session.busAnswers << session.x11Session << session.typesThroughIBus;
 }
 
 TEST(GnomeInputSourcesTest, TellsWhyTheExtensionDoesNotRun)

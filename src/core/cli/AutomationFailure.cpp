@@ -23,7 +23,7 @@ struct Row
 };
 
 // clang-format off
-constexpr std::array<Row, 26> rows{{
+constexpr std::array<Row, 27> rows{{
     {Kind::InvalidArguments, "invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.",
      "cli.usage.header"},
     {Kind::InvalidConfig, "invalid_config", "Unable to read the configuration. The file has not been changed.",
@@ -56,6 +56,8 @@ constexpr std::array<Row, 26> rows{{
      nullptr, nullptr, Availability::notAnswering},
     {Kind::SessionBusUnreachable, "input_method_unavailable", "The input method framework cannot be reached.",
      nullptr, nullptr, Availability::sessionBusUnreachable},
+    {Kind::NoKeyboard, "input_method_unavailable", "The input method framework reports no keyboard layout.",
+     nullptr, nullptr, Availability::noKeyboard},
     // One code for every reason the extension does not run, as scripts already know it.
     {Kind::GnomeExtensionOff, "gnome_extension_missing", nullptr, nullptr, nullptr, Availability::extensionOff},
     {Kind::GnomeExtensionMissing, "gnome_extension_missing",
@@ -120,6 +122,8 @@ std::optional<AutomationFailure> AutomationFailure::forAvailability(Availability
                 return failure.withDetail(QStringLiteral("%1 does not answer.").arg(framework));
             case Availability::sessionBusUnreachable:
                 return failure.withDetail(QStringLiteral("The D-Bus session bus is missing or does not answer."));
+            case Availability::noKeyboard:
+                return failure.withDetail(QStringLiteral("%1 has no keyboard layout.").arg(framework));
             default: return failure;
             }
         }

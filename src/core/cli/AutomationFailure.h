@@ -33,6 +33,7 @@ struct AutomationFailure
         InputMethodNotRunning,
         InputMethodNotAnswering,
         SessionBusUnreachable,
+        NoKeyboard,
         GnomeExtensionOff,
         GnomeExtensionMissing,
         GnomeExtensionOutdated,

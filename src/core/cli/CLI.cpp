@@ -311,6 +311,8 @@ void CLI::printStatus(const AutomationStatus &status)
         print("cli.label.following",
               L10n::text(*status.following == InputSources::Following::polled ? "cli.following.polled"
                                                                               : "cli.following.announced"));
+    if (const std::optional<QString> note = SourcesAvailability::backendNote(status.backend))
+        line(m_out, *note);
     if (status.backendError)
         line(m_out, status.backendError->humanText(m_services.automation.framework));
     if (!status.running)

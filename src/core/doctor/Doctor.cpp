@@ -26,6 +26,7 @@ QString stateName(Availability availability)
     case Availability::extensionFailed: return QStringLiteral("extension in error");
     case Availability::extensionPending: return QStringLiteral("extension enabled, not yet running");
     case Availability::sessionBusUnreachable: return QStringLiteral("session bus not answering");
+    case Availability::noKeyboard: return QStringLiteral("answering, with no keyboard layout");
     }
     return {};
 }
@@ -73,7 +74,7 @@ DoctorCheck framework(const Seen &seen, const QString &name)
     QString evidence = name + QStringLiteral(": ") + stateName(seen.availability);
     if (!seen.report.version.isEmpty())
         evidence += QStringLiteral("; version ") + seen.report.version;
-    if (!reached(seen.availability))
+    if (!reached(seen.availability) || seen.availability == Availability::noKeyboard)
         return {QStringLiteral("framework"), Verdict::fail, evidence,
                 SourcesAvailability::reason(seen.availability, name).value_or(LocalizedText())};
     const bool polled = seen.following == InputSources::Following::polled;

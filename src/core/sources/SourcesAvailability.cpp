@@ -18,6 +18,7 @@ QString frameworkName(const QString &backend)
         {QStringLiteral("gnome"), QStringLiteral("GNOME Shell")},
         {QStringLiteral("fcitx5"), QStringLiteral("Fcitx 5")},
         {QStringLiteral("plasma"), QStringLiteral("KDE Plasma")},
+        {QStringLiteral("x11"), QStringLiteral("X11")},
         {QStringLiteral("macos"), QStringLiteral("Text Input Sources")},
     };
     return names.value(backend, backend);
@@ -36,6 +37,7 @@ std::optional<LocalizedText> reason(InputSources::Availability availability, con
     case InputSources::Availability::extensionFailed: return LocalizedText("warn.gnome-extension-failed");
     case InputSources::Availability::extensionPending: return LocalizedText("warn.gnome-extension-pending");
     case InputSources::Availability::sessionBusUnreachable: return LocalizedText("cli.err.session-bus");
+    case InputSources::Availability::noKeyboard: return LocalizedText("cli.err.no-keyboard", {framework});
     }
     return std::nullopt;
 }
@@ -44,6 +46,14 @@ std::optional<QString> warning(InputSources::Availability availability, const QS
 {
     if (const std::optional<LocalizedText> why = reason(availability, framework))
         return why->text();
+    return std::nullopt;
+}
+
+std::optional<QString> backendNote(const QString &backend)
+{
+    // Chosen only for a Plasma X11 session without Plasma's keyboard service.
+    if (backend == QLatin1String("x11"))
+        return LocalizedText("cli.msg.x11-layout").text();
     return std::nullopt;
 }
 

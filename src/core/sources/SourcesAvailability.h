@@ -18,5 +18,7 @@ QString frameworkName(const QString &backend);
 std::optional<LocalizedText> reason(InputSources::Availability availability, const QString &framework);
 // The same, in the active language.
 std::optional<QString> warning(InputSources::Availability availability, const QString &framework);
+// What the user should know of the backend itself, in the active language; none for most.
+std::optional<QString> backendNote(const QString &backend);
 
 } // namespace SourcesAvailability

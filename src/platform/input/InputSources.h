@@ -42,7 +42,7 @@ struct InputSources
     // The set of enabled sources changed.
     Observe observeEnabled;
 
-    // The backend's name in reports: "ibus", "gnome", "fcitx5", "plasma" or "macos".
+    // The backend's name in reports: "ibus", "gnome", "fcitx5", "plasma", "x11" or "macos".
     QString backend = {};
     // Whether a Chinese, Japanese, Korean or Vietnamese source takes effect only
     // once focus moves, so that selecting it needs the focus helper.
@@ -77,6 +77,9 @@ struct InputSources
         extensionPending,
         // The framework is reached over the session bus, and that is missing or does not answer.
         sessionBusUnreachable,
+        // The desktop's stack answers but has no keyboard layout (KWin with no
+        // keyboard attached): there is nothing to read or switch.
+        noKeyboard,
     };
     // Asked afresh at each call, in a bounded time, so a framework or an
     // extension that starts later is seen.

@@ -25,6 +25,7 @@ InputSources forBackend(LinuxInputBackend::Kind kind)
     case LinuxInputBackend::Kind::gnome: return throughSessionBus(GnomeInputSources::onSessionBus());
     case LinuxInputBackend::Kind::fcitx5: return throughSessionBus(Fcitx5InputSources::live());
     case LinuxInputBackend::Kind::plasma: return throughSessionBus(PlasmaInputSources::live());
+    case LinuxInputBackend::Kind::x11: return PlasmaInputSources::onX11Server();
     case LinuxInputBackend::Kind::ibus: break;
     }
     return IBusInputSources::at(IBusAddress::published);

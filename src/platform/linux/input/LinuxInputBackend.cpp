@@ -1,6 +1,7 @@
 #include "platform/linux/input/LinuxInputBackend.h"
 
 #include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/x11/X11Layout.h"
 
 #include <array>
 #include <utility>
@@ -8,10 +9,9 @@
 namespace {
 
 constexpr std::array names = {
-    std::pair{LinuxInputBackend::Kind::ibus, "ibus"},
-    std::pair{LinuxInputBackend::Kind::gnome, "gnome"},
-    std::pair{LinuxInputBackend::Kind::fcitx5, "fcitx5"},
-    std::pair{LinuxInputBackend::Kind::plasma, "plasma"},
+    std::pair{LinuxInputBackend::Kind::ibus, "ibus"},     std::pair{LinuxInputBackend::Kind::gnome, "gnome"},
+    std::pair{LinuxInputBackend::Kind::fcitx5, "fcitx5"}, std::pair{LinuxInputBackend::Kind::plasma, "plasma"},
+    std::pair{LinuxInputBackend::Kind::x11, "x11"},
 };
 
 // What im-config and the desktops export for applications: the framework they
@@ -52,9 +52,13 @@ Kind choose(const Session &session)
         return Kind::fcitx5;
     if (session.desktops.contains(QLatin1String("GNOME"), Qt::CaseInsensitive))
         return Kind::gnome;
-    if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive)
-        && (session.plasmaLayouts || !session.busAnswers))
-        return Kind::plasma;
+    if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive)) {
+        if (session.plasmaLayouts || !session.busAnswers)
+            return Kind::plasma;
+        // On X11 the keyboard daemon of plasma-desktop served org.kde.keyboard until Plasma 6.8 dropped it.
+        if (session.x11Session && !session.typesThroughIBus)
+            return Kind::x11;
+    }
     return Kind::ibus;
 }
 
@@ -67,9 +71,11 @@ Session probe()
         return session;
     session.busAnswers = DBusBuses::session().has_value();
     session.typesThroughFcitx = sessionTypesThrough(QStringLiteral("fcitx"));
+    session.typesThroughIBus = sessionTypesThrough(QStringLiteral("ibus"));
+    session.x11Session = X11Layout::isX11Session();
     if (!session.busAnswers)
         return session;
-    if (!sessionTypesThrough(QStringLiteral("ibus")))
+    if (!session.typesThroughIBus)
         session.fcitx5Running = DBusBuses::sessionHas(QStringLiteral("org.fcitx.Fcitx5"));
     if (session.desktops.contains(QLatin1String("KDE"), Qt::CaseInsensitive))
         session.plasmaLayouts = DBusBuses::sessionHas(QStringLiteral("org.kde.keyboard"));

@@ -9,7 +9,7 @@
 // once per process; everything above the port sees only InputSources.
 namespace LinuxInputBackend {
 
-enum class Kind { ibus, gnome, fcitx5, plasma };
+enum class Kind { ibus, gnome, fcitx5, plasma, x11 };
 
 struct Session
 {
@@ -19,11 +19,15 @@ struct Session
     bool plasmaLayouts = false;
     bool busAnswers = true;         // whether the session bus could be asked the two above
     bool typesThroughFcitx = false; // the input-method variables name Fcitx
+    bool x11Session = false;        // an X11 session, not a Wayland one
+    bool typesThroughIBus = false;  // the input-method variables name IBus
 };
 
 // The backend for `session`: a valid request wins; Fcitx5 handles the keyboard
 // whenever it runs, unless the session types through IBus (its input-method
-// variables name IBus); then the desktop's own stack; IBus otherwise. Without
+// variables name IBus); then the desktop's own stack; IBus otherwise. A Plasma
+// X11 session without Plasma's keyboard service (gone with Plasma 6.8) that
+// does not type through IBus has the X server's layout itself. Without
 // the session bus the variables and the desktop decide, so that the stack in
 // use reports the bus rather than IBus being blamed.
 Kind choose(const Session &session);

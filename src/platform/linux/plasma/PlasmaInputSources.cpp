@@ -2,6 +2,7 @@
 
 #include "platform/linux/dbus/DBusBuses.h"
 #include "platform/linux/dbus/SignalReceiver.h"
+#include "platform/linux/x11/X11Layout.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -38,12 +39,14 @@ struct Settings
 {
     QStringList layouts;
     QStringList variants;
+    QStringList options = {};
 
     static Settings read(const QString &file)
     {
         const QSettings settings(file, QSettings::IniFormat);
         return {settings.value(QStringLiteral("Layout/LayoutList")).toStringList(),
-                settings.value(QStringLiteral("Layout/VariantList")).toStringList()};
+                settings.value(QStringLiteral("Layout/VariantList")).toStringList(),
+                settings.value(QStringLiteral("Layout/Options")).toStringList()};
     }
 
     // The variant at `index` counts only while the settings agree with what
@@ -120,6 +123,15 @@ public:
         return layouts->value(reply.arguments().constFirst().toUInt()).id;
     }
 
+    // KWin keeps serving /Layouts with one layout or none; none is KWin
+    // without a keyboard, where there is nothing to read or switch.
+    InputSources::Availability availability() const
+    {
+        const std::optional<QList<Layout>> layouts = running(Settings::read(m_kxkbrc));
+        return layouts && layouts->isEmpty() ? InputSources::Availability::noKeyboard
+                                             : InputSources::Availability::available;
+    }
+
     qint32 select(const QString &id) const
     {
         const Settings settings = Settings::read(m_kxkbrc);
@@ -184,6 +196,79 @@ StackReport report(const QString &kxkbrc)
                                                                       : StackSetting::Effect::switchesPerWindow}}};
 }
 
+// The layouts of the settings, each set alone on the X server.
+class ServerLayouts
+{
+public:
+    explicit ServerLayouts(QString kxkbrc)
+        : m_kxkbrc(std::move(kxkbrc))
+    {}
+
+    QList<SourceProperties> enabled(const QString &only = {}) const
+    {
+        QList<SourceProperties> sources;
+        for (const auto &[id, names] : layouts()) {
+            if (only.isEmpty() || id == only)
+                sources << describe(id);
+        }
+        return sources;
+    }
+
+    static QString currentID()
+    {
+        const std::optional<X11Layout::Names> now = X11Layout::current();
+        if (!now || now->layout.isEmpty() || now->layout.contains(QLatin1Char(',')))
+            return {};
+        return now->variant.isEmpty() ? now->layout : now->layout + QLatin1Char('(') + now->variant + QLatin1Char(')');
+    }
+
+    qint32 select(const QString &id) const
+    {
+        for (const auto &[candidate, names] : layouts()) {
+            if (candidate == id)
+                return X11Layout::apply(names) ? 0 : InputSources::layoutNotApplied;
+        }
+        return InputSources::refused;
+    }
+
+    static InputSources::Availability availability()
+    {
+        return X11Layout::current() ? InputSources::Availability::available : InputSources::Availability::notRunning;
+    }
+
+private:
+    QList<std::pair<QString, X11Layout::Names>> layouts() const
+    {
+        const Settings settings = Settings::read(m_kxkbrc);
+        const QString options = settings.options.join(QLatin1Char(','));
+        QList<std::pair<QString, X11Layout::Names>> layouts;
+        for (qsizetype i = 0; i < settings.layouts.size(); ++i) {
+            const QString &layout = settings.layouts.at(i);
+            if (!layout.isEmpty())
+                layouts.append({settings.id(i, layout), {layout, settings.variants.value(i), options}});
+        }
+        return layouts;
+    }
+
+    static SourceProperties describe(const QString &id)
+    {
+        SourceProperties source;
+        source.id = id;
+        source.localizedName = id;
+        source.enabled = true;
+        source.selectCapable = true;
+        source.category = SourceProperties::keyboardCategory;
+        return source;
+    }
+
+    QString m_kxkbrc;
+};
+
+QString kxkbrcPath()
+{
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/kxkbrc");
+}
+
 } // namespace
 
 namespace PlasmaInputSources {
@@ -205,13 +290,36 @@ InputSources at(const QString &kxkbrc)
         },
         QStringLiteral("plasma"),
         false};
+    sources.availability = [layouts] { return layouts->availability(); };
     sources.report = [kxkbrc] { return report(kxkbrc); };
     return sources;
 }
 
 InputSources live()
 {
-    return at(QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/kxkbrc"));
+    return at(kxkbrcPath());
+}
+
+InputSources onX11Server(const QString &kxkbrc)
+{
+    const auto layouts = std::make_shared<ServerLayouts>(kxkbrc);
+    InputSources sources{
+        [layouts] { return layouts->enabled(); },
+        [layouts](const QString &id) { return id.isEmpty() ? QList<SourceProperties>() : layouts->enabled(id); },
+        [] { return ServerLayouts::currentID(); }, [layouts](const QString &id) { return layouts->select(id); },
+        [] { return false; },
+        [](QObject *context, std::function<void()> callback) {
+            return X11Layout::observe(context, std::move(callback));
+        },
+        // Nothing tells of a changed kxkbrc: each call reads it afresh.
+        [](QObject *, const std::function<void()> &) { return false; }, QStringLiteral("x11"), false};
+    sources.availability = [] { return ServerLayouts::availability(); };
+    return sources;
+}
+
+InputSources onX11Server()
+{
+    return onX11Server(kxkbrcPath());
 }
 
 } // namespace PlasmaInputSources
