@@ -1,11 +1,11 @@
 #include "platform/linux/fcitx5/Fcitx5InputSources.h"
 
 #include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/dbus/KnownSources.h"
 #include "platform/linux/dbus/SelectStatus.h"
 #include "platform/linux/dbus/SignalReceiver.h"
 #include "platform/linux/fcitx5/Fcitx5Addon.h"
 #include "platform/linux/fcitx5/Fcitx5Controller.h"
-#include "platform/linux/fcitx5/Fcitx5Known.h"
 #include "platform/linux/fcitx5/Fcitx5SelectionPoll.h"
 
 #include <QDBusArgument>
@@ -199,13 +199,12 @@ private:
 };
 
 // Fcitx5 accepts any name without a word: only reading back tells.
-qint32 selectIM(const QString &id, Watches &watches, Fcitx5Known &known)
+qint32 selectIM(const QString &id, Watches &watches)
 {
     if (const qint32 status = statusOf(Fcitx5Controller::call(QStringLiteral("SetCurrentIM"), {id})); status != 0)
         return status;
     const QString current = currentID();
     watches.selected(current);
-    known.selected(current);
     return current == id ? 0 : InputSources::refused;
 }
 
@@ -253,17 +252,20 @@ namespace Fcitx5InputSources {
 InputSources live()
 {
     const auto watches = std::make_shared<Watches>();
-    const auto known = std::make_shared<Fcitx5Known>();
-    const auto enabled = [known] { return known->enabled([] { return describe(groupItems()); }); };
-    InputSources sources{.enabled = enabled,
-                         .matching =
-                             [enabled](const QString &id) {
-                                 QList<SourceProperties> found = enabled();
-                                 found.removeIf([&](const SourceProperties &source) { return source.id != id; });
-                                 return found;
-                             },
-                         .currentID = [known] { return known->current(currentID); },
-                         .select = [watches, known](const QString &id) { return selectIM(id, *watches, *known); },
+    // The addon's signals carry the new method, and tell of changed groups.
+    const auto known = std::make_shared<KnownSources>(KnownSources::Signals{
+        .service = Fcitx5Addon::service,
+        .path = Fcitx5Addon::path,
+        .interface = Fcitx5Addon::interface,
+        .currentChanged = QStringLiteral("CurrentChanged"),
+        .currentOf = [](const QDBusMessage &signal,
+                        const QList<SourceProperties> *) { return signal.arguments().value(0).toString(); },
+        .listChanged = {QStringLiteral("GroupsChanged")}});
+    InputSources sources{.enabled = [] { return describe(groupItems()); },
+                         // From the enabled sources, as known.
+                         .matching = {},
+                         .currentID = currentID,
+                         .select = [watches](const QString &id) { return selectIM(id, *watches); },
                          // No system-wide secure entry: password fields are the applications' business.
                          .secureInput = [] { return false; },
                          .observeSelected =
@@ -277,9 +279,9 @@ InputSources live()
                          .needSelected = [watches](bool needed) { watches->setNeeded(needed); }};
     sources.report = report;
     sources.following = [known] {
-        return known->addonPresent() ? InputSources::Following::announced : InputSources::Following::polled;
+        return known->present() ? InputSources::Following::announced : InputSources::Following::polled;
     };
-    return sources;
+    return KnownSources::remember(sources, known);
 }
 
 } // namespace Fcitx5InputSources
