@@ -6,13 +6,11 @@
 
 #include "desktops/Fcitx5Session.h"
 #include "support/ParamName.h"
+#include "support/StoppedStack.h"
 
-#include <QEventLoop>
 #include <QFileInfo>
 #include <QImage>
 #include <QTimer>
-
-#include <csignal>
 
 #include <gtest/gtest.h>
 
@@ -166,38 +164,6 @@ protected:
     }
 };
 
-// What the backend knows between signals is kept only while an event loop turns.
-void inLoop(const std::function<void()> &work)
-{
-    QEventLoop loop;
-    QTimer::singleShot(0, &loop, [&] {
-        work();
-        loop.quit();
-    });
-    loop.exec();
-}
-
-// With the addon, a look at rest costs Fcitx5 nothing: frozen, it still has
-// its current method and its list told, from what the addon said.
-void expectAnsweredFromMemory(const InputSources &backend, const QProcess &fcitx5)
-{
-    const QString current = Fcitx5Session::current();
-    inLoop([&] {
-        backend.currentID();
-        backend.enabled();
-    });
-    ASSERT_EQ(::kill(static_cast<pid_t>(fcitx5.processId()), SIGSTOP), 0);
-    QString seen;
-    QList<SourceProperties> listed;
-    inLoop([&] {
-        seen = backend.currentID();
-        listed = backend.enabled();
-    });
-    ::kill(static_cast<pid_t>(fcitx5.processId()), SIGCONT);
-    EXPECT_EQ(seen, current);
-    EXPECT_EQ(listed.size(), 3);
-}
-
 TEST_P(Fcitx5FollowTest, SeesSwitchesAndGroupChanges)
 {
     const InputSources backend = Fcitx5InputSources::live();
@@ -208,13 +174,16 @@ TEST_P(Fcitx5FollowTest, SeesSwitchesAndGroupChanges)
     ASSERT_TRUE(backend.observeEnabled(&context, [&] { ++groups; }));
     expectFollowing(GetParam().addonFirst, context, heard);
     if (GetParam().addonFirst) {
-        expectAnsweredFromMemory(backend, m_session.program());
+        // At rest Fcitx5 is asked nothing: stopped, it still has its method and list told.
+        const StoppedStack stopped = StoppedStack::look(backend, m_session.program().processId());
+        EXPECT_EQ(stopped.current, Fcitx5Session::current());
+        EXPECT_EQ(stopped.enabled, (QStringList{us, german, hangul}));
         Fcitx5Session::controller(
             "SetInputMethodGroupInfo",
             {"Default", "us", QVariant::fromValue(QList<Fcitx5ClientInfo>{{us, ""}, {german, ""}})});
         EXPECT_TRUE(spinUntil([&] { return groups > 0; }, 5000)) << "the addon tells of a changed group";
         qsizetype listed = 0;
-        inLoop([&] { listed = backend.enabled().size(); });
+        StoppedStack::inLoop([&] { listed = backend.enabled().size(); });
         EXPECT_EQ(listed, 2) << "a changed group is read again";
     }
     m_session.stop();

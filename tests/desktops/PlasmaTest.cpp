@@ -3,6 +3,7 @@
 #include "platform/linux/plasma/PlasmaInputSources.h"
 
 #include "support/DesktopSession.h"
+#include "support/StoppedStack.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -202,8 +203,14 @@ TEST_F(PlasmaTest, BackgroundInstanceKeepsThePinAcrossAnOutsideSwitchAndANewList
 {
     startKWin("us,de", ",");
     ASSERT_TRUE(m_session.keep("de", [] { return index() == 1; }));
+    // At rest KWin is asked nothing, and after a switch its signal says all: stopped, it still answers.
+    const InputSources backend = PlasmaInputSources::live();
+    const qint64 kwin = m_session.program().processId();
+    EXPECT_EQ(StoppedStack::look(backend, kwin).enabled, (QStringList{"us", "de"}));
     layouts("setLayout", {0u});
     EXPECT_TRUE(spinUntil([] { return index() == 1; }, 5000));
+    spinUntil([] { return false; }, 300);
+    EXPECT_EQ(StoppedStack::look(backend, kwin, false).current, "de");
 
     // de moves to the front: the pin follows the name, not the index.
     QObject context;

@@ -8,6 +8,7 @@
 #include "platform/linux/ibus/IBusInputSources.h"
 
 #include "support/DesktopSession.h"
+#include "support/StoppedStack.h"
 
 #include <QDBusArgument>
 #include <QDBusMetaType>
@@ -210,9 +211,14 @@ TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)
         german, [&] { return status()["state"].toString() == "keeping"; }, 15000))
         << qPrintable(status()["state"].toString());
     ASSERT_EQ(current(), german);
+    // At rest the shell is asked nothing, and after a switch its signal says all: stopped, it still answers.
+    const InputSources backend = GnomeInputSources::onSessionBus();
+    EXPECT_EQ(StoppedStack::look(backend, program().processId()).enabled, (QStringList{us, german, hangul}));
     // What the shell does when the user picks a source from its menu.
     ASSERT_EQ(callExtension("Activate", {us}).arguments().value(0).toBool(), true);
     EXPECT_TRUE(spinUntil([] { return current() == german; }, 5000)) << qPrintable(current());
+    spinUntil([] { return false; }, 300);
+    EXPECT_EQ(StoppedStack::look(backend, program().processId(), false).current, german);
 }
 
 class GnomeWithoutExtensionTest : public GnomeEndToEndTest

@@ -18,7 +18,7 @@ InputSources KnownSources::remember(InputSources sources, const std::shared_ptr<
     sources.enabled = enabled;
     sources.matching = [enabled](const QString &id) {
         QList<SourceProperties> found = enabled();
-        found.removeIf([&](const SourceProperties &source) { return source.id != id; });
+        found.removeIf([&](const SourceProperties &source) { return source.id.toString() != id; });
         return found;
     };
     sources.currentID = [known, read = sources.currentID] { return known->current(read); };

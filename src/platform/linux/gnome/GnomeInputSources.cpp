@@ -2,6 +2,7 @@
 
 #include "platform/input/GnomeShellExtension.h"
 #include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/dbus/KnownSources.h"
 #include "platform/linux/dbus/SelectStatus.h"
 #include "platform/linux/dbus/SignalReceiver.h"
 #include "platform/login/ProgramRunner.h"
@@ -128,15 +129,6 @@ QList<SourceProperties> enabled()
     return GnomeInputSources::describe(firstArgument(callExtension(QStringLiteral("GetSources"))));
 }
 
-QList<SourceProperties> matching(const QString &id)
-{
-    QList<SourceProperties> found;
-    for (const SourceProperties &source : enabled())
-        if (source.id == id)
-            found << source;
-    return found;
-}
-
 QString currentID()
 {
     const QVariant id = firstArgument(callExtension(QStringLiteral("GetCurrent")));
@@ -206,7 +198,8 @@ QList<SourceProperties> describe(const QVariant &reply)
 InputSources onSessionBus()
 {
     InputSources sources{.enabled = enabled,
-                         .matching = matching,
+                         // From the enabled sources, as known.
+                         .matching = {},
                          .currentID = currentID,
                          .select = activate,
                          // No system-wide secure entry: in password fields the shell
@@ -219,6 +212,15 @@ InputSources onSessionBus()
                          .cjkvNeedsFocus = false};
     sources.availability = availability;
     sources.report = report;
+    // The extension's signal carries the new source, and another tells of a changed list.
+    const auto known = std::make_shared<KnownSources>(KnownSources::Signals{
+        .service = service,
+        .path = path,
+        .interface = interface,
+        .currentChanged = QStringLiteral("CurrentChanged"),
+        .currentOf = [](const QDBusMessage &signal,
+                        const QList<SourceProperties> *) { return signal.arguments().value(0).toString(); },
+        .listChanged = {QStringLiteral("SourcesChanged")}});
     sources.enableCompanion = [] {
         const bool wasOff = availability() == InputSources::Availability::extensionOff;
         // Through the shell's own tool, which also works while the shell does not run.
@@ -234,7 +236,7 @@ InputSources onSessionBus()
             QThread::msleep(50);
         return true;
     };
-    return sources;
+    return KnownSources::remember(sources, known);
 }
 
 InputSources::Availability whyNotRunning(const QVariantMap &info, bool installed)

@@ -1,6 +1,7 @@
 #include "platform/linux/plasma/PlasmaInputSources.h"
 
 #include "platform/linux/dbus/DBusBuses.h"
+#include "platform/linux/dbus/KnownSources.h"
 #include "platform/linux/dbus/SignalReceiver.h"
 #include "platform/linux/x11/X11Layout.h"
 
@@ -83,6 +84,12 @@ std::optional<QList<Layout>> running(const Settings &settings)
     return layouts;
 }
 
+// Plasma offers no service, as with a single layout.
+bool unserved(const QDBusMessage &reply)
+{
+    return reply.type() == QDBusMessage::ErrorMessage && QDBusError(reply).type() == QDBusError::ServiceUnknown;
+}
+
 // The single layout of the settings, when Plasma has no service because of it.
 QList<Layout> alone(const Settings &settings)
 {
@@ -109,18 +116,14 @@ public:
         return sources;
     }
 
-    QString currentID() const
+    // `enabled`: the layouts as known, in Plasma's order, which its indices follow.
+    static QString currentID(const QList<SourceProperties> &enabled)
     {
-        const Settings settings = Settings::read(m_kxkbrc);
-        const std::optional<QList<Layout>> layouts = running(settings);
-        if (!layouts) {
-            const QList<Layout> single = alone(settings);
-            return single.isEmpty() ? QString() : single.constFirst().id;
-        }
         const QDBusMessage reply = call(QStringLiteral("getLayout"));
-        if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
-            return {};
-        return layouts->value(reply.arguments().constFirst().toUInt()).id;
+        if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
+            return enabled.value(reply.arguments().constFirst().toUInt()).id.toString();
+        // Without Plasma's service, its one layout is the current one.
+        return unserved(reply) && enabled.size() == 1 ? enabled.constFirst().id.toString() : QString();
     }
 
     // KWin keeps serving /Layouts with one layout or none; none is KWin
@@ -132,18 +135,16 @@ public:
                                              : InputSources::Availability::available;
     }
 
-    qint32 select(const QString &id) const
+    static qint32 select(const QString &id, const QList<SourceProperties> &enabled)
     {
-        const Settings settings = Settings::read(m_kxkbrc);
-        const std::optional<QList<Layout>> layouts = running(settings);
-        if (!layouts)
-            return alone(settings).value(0).id == id && !id.isEmpty() ? 0 : InputSources::unavailable;
-        const auto found =
-            std::find_if(layouts->cbegin(), layouts->cend(), [&](const Layout &layout) { return layout.id == id; });
-        if (found == layouts->cend())
+        const auto found = std::find_if(enabled.cbegin(), enabled.cend(),
+                                        [&](const SourceProperties &layout) { return layout.id == id; });
+        if (found == enabled.cend())
             return InputSources::refused;
         const QDBusMessage reply =
-            call(QStringLiteral("setLayout"), {static_cast<uint>(std::distance(layouts->cbegin(), found))});
+            call(QStringLiteral("setLayout"), {static_cast<uint>(std::distance(enabled.cbegin(), found))});
+        if (unserved(reply))
+            return enabled.size() == 1 ? 0 : InputSources::unavailable;
         if (reply.type() != QDBusMessage::ReplyMessage)
             return QDBusError(reply).type() == QDBusError::NoReply ? InputSources::noReply : InputSources::unavailable;
         // False: Plasma no longer has that index.
@@ -276,23 +277,37 @@ namespace PlasmaInputSources {
 InputSources at(const QString &kxkbrc)
 {
     const auto layouts = std::make_shared<Layouts>(kxkbrc);
-    InputSources sources{
-        [layouts] { return layouts->enabled(); },
-        [layouts](const QString &id) { return id.isEmpty() ? QList<SourceProperties>() : layouts->enabled(id); },
-        [layouts] { return layouts->currentID(); },
-        [layouts](const QString &id) { return layouts->select(id); },
-        [] { return false; },
-        [](QObject *context, std::function<void()> callback) {
-            return observe(QStringLiteral("layoutChanged"), true, context, std::move(callback));
+    // layoutChanged carries an index into the list, which layoutListChanged says has changed.
+    const auto known = std::make_shared<KnownSources>(KnownSources::Signals{
+        .service = service,
+        .path = path,
+        .interface = interface,
+        .currentChanged = QStringLiteral("layoutChanged"),
+        .currentOf = [](const QDBusMessage &signal, const QList<SourceProperties> *enabled) -> std::optional<QString> {
+            const qsizetype index = signal.arguments().value(0).toUInt();
+            if (!enabled || index >= enabled->size())
+                return std::nullopt;
+            return enabled->at(index).id.toString();
         },
-        [](QObject *context, std::function<void()> callback) {
-            return observe(QStringLiteral("layoutListChanged"), true, context, std::move(callback));
-        },
-        QStringLiteral("plasma"),
-        false};
+        .listChanged = {QStringLiteral("layoutListChanged")}});
+    const auto enabled = [layouts, known] { return known->enabled([layouts] { return layouts->enabled(); }); };
+    InputSources sources{[layouts] { return layouts->enabled(); },
+                         // From the enabled sources, as known.
+                         {},
+                         [enabled] { return Layouts::currentID(enabled()); },
+                         [enabled](const QString &id) { return Layouts::select(id, enabled()); },
+                         [] { return false; },
+                         [](QObject *context, std::function<void()> callback) {
+                             return observe(QStringLiteral("layoutChanged"), true, context, std::move(callback));
+                         },
+                         [](QObject *context, std::function<void()> callback) {
+                             return observe(QStringLiteral("layoutListChanged"), true, context, std::move(callback));
+                         },
+                         QStringLiteral("plasma"),
+                         false};
     sources.availability = [layouts] { return layouts->availability(); };
     sources.report = [kxkbrc] { return report(kxkbrc); };
-    return sources;
+    return KnownSources::remember(sources, known);
 }
 
 InputSources live()
