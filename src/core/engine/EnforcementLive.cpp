@@ -82,6 +82,7 @@ EnforcementDependencies EnforcementDependencies::over(const InputSources &system
     EnforcementDependencies d;
     d.config = [reader = std::make_shared<ConfigReader>()] { return (*reader)(); };
     d.secureInput = system.secureInput;
+    d.keymapHeld = system.keymapHeld;
     d.unreachable = [system] {
         return SourcesAvailability::reason(system.availability(), SourcesAvailability::frameworkName(system.backend));
     };
