@@ -232,7 +232,7 @@ InputSources onSessionBus()
                          // No system-wide secure entry: in password fields the shell
                          // itself sets IBus sources aside for the time.
                          .secureInput = [] { return false; },
-                         // The current source means nothing while a remote client holds the keymap.
+                         // Also when a remote client lets go of the keymap, so that keeping resumes.
                          .observeSelected =
                              observe({QStringLiteral("CurrentChanged"), QStringLiteral("KeymapChanged")}),
                          .observeEnabled = observe({QStringLiteral("SourcesChanged")}),
