@@ -28,6 +28,16 @@ const interfaceXml = `
       <arg type="s" name="id"/>
     </signal>
     <signal name="SourcesChanged"/>
+    <!-- From GNOME 50 a remote desktop client may set the keymap (external),
+         and may lock it; a shell before 50 answers false, false. -->
+    <method name="GetKeymap">
+      <arg type="b" direction="out" name="external"/>
+      <arg type="b" direction="out" name="locked"/>
+    </method>
+    <signal name="KeymapChanged">
+      <arg type="b" name="external"/>
+      <arg type="b" name="locked"/>
+    </signal>
   </interface>
 </node>`;
 
@@ -35,19 +45,29 @@ function sourceId(source) {
     return source ? `${source.type}:${source.id}` : '';
 }
 
+// The shell's keyboard manager where it can tell of a keymap it did not set
+// (GNOME 50 and later); none before.
+function keymapWatcher(keyboard) {
+    return typeof keyboard?.isExternal === 'function' && typeof keyboard.isLocked === 'function' ? keyboard : null;
+}
+
 export class InputSourcesService {
     // Undoes its own start when that fails, so the caller holds either a
     // running service or nothing.
-    constructor(manager) {
+    constructor(manager, keyboard = null) {
         this._manager = manager;
+        this._keyboard = keymapWatcher(keyboard);
         this._current = sourceId(manager.currentSource);
+        this._keymap = this.GetKeymap();
         this._signals = [];
+        this._keymapSignal = 0;
         this._nameId = 0;
         this._object = Gio.DBusExportedObject.wrapJSObject(interfaceXml, this);
         try {
             this._object.export(Gio.DBus.session, objectPath);
             this._signals.push(manager.connect('current-source-changed', () => this._currentChanged()));
             this._signals.push(manager.connect('sources-changed', () => this._object.emit_signal('SourcesChanged', null)));
+            this._keymapSignal = this._keyboard?.connect('keymap-changed', () => this._keymapChanged()) ?? 0;
             // Owned last, so that whoever sees the name finds the object answering.
             // Asked for with no flags, a name held elsewhere comes to this one
             // when it is let go.
@@ -64,6 +84,9 @@ export class InputSourcesService {
             Gio.bus_unown_name(this._nameId);
         this._nameId = 0;
         this._signals.splice(0).forEach(id => this._manager.disconnect(id));
+        if (this._keymapSignal)
+            this._keyboard.disconnect(this._keymapSignal);
+        this._keymapSignal = 0;
         this._unexport();
     }
 
@@ -104,6 +127,14 @@ export class InputSourcesService {
         this._object.emit_signal('CurrentChanged', new GLib.Variant('(s)', [current]));
     }
 
+    _keymapChanged() {
+        const keymap = this.GetKeymap();
+        if (keymap.every((held, i) => held === this._keymap[i]))
+            return;
+        this._keymap = keymap;
+        this._object.emit_signal('KeymapChanged', new GLib.Variant('(bb)', keymap));
+    }
+
     GetSources() {
         return this._sources().map(s => [sourceId(s), s.displayName, s.shortName, s.type]);
     }
@@ -112,7 +143,14 @@ export class InputSourcesService {
         return sourceId(this._manager.currentSource);
     }
 
+    GetKeymap() {
+        return this._keyboard ? [this._keyboard.isExternal(), this._keyboard.isLocked()] : [false, false];
+    }
+
     Activate(id) {
+        // Activating a source takes the keymap back from the remote client.
+        if (this.GetKeymap().some(held => held))
+            return false;
         const source = this._sources().find(s => sourceId(s) === id);
         // As if the user picked it, so the shell keeps it across its own reloads.
         source?.activate(true);

@@ -70,6 +70,15 @@ QStringList sourceIDs()
     return ids;
 }
 
+// Runs `script` inside the shell, which allows that only in unsafe mode; its
+// result, or why it failed.
+std::pair<bool, QString> evaluate(const QString &script)
+{
+    const QVariantList reply =
+        DesktopSession::call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell", "Eval", {script}).arguments();
+    return {reply.value(0).toBool(), reply.value(1).toString()};
+}
+
 // Every process below `root`, children before their own children.
 QList<qint64> descendants(qint64 root)
 {
@@ -134,10 +143,10 @@ protected:
                                      "GetExtensionInfo", {GnomeShellExtension::uuid});
             return qdbus_cast<QVariantMap>(info.arguments().value(0)).contains("state");
         };
-        ASSERT_TRUE(start(
-            "gnome-shell",
-            {"--headless", "--wayland", "--no-x11", "--wayland-display=tolvar-test", "--virtual-monitor", "1024x768"},
-            ready, 30000, log))
+        ASSERT_TRUE(start("gnome-shell",
+                          {"--headless", "--unsafe-mode", "--wayland", "--no-x11", "--wayland-display=tolvar-test",
+                           "--virtual-monitor", "1024x768"},
+                          ready, 30000, log))
             << "gnome-shell did not come up; see " << qPrintable(log);
     }
 
@@ -219,6 +228,29 @@ TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)
     EXPECT_TRUE(spinUntil([] { return current() == german; }, 5000)) << qPrintable(current());
     spinUntil([] { return false; }, 300);
     EXPECT_EQ(StoppedStack::look(backend, program().processId(), false).current, german);
+}
+
+TEST_F(GnomeEndToEndTest, LeavesAKeymapSetFromOutsideAlone)
+{
+    // Through the same call as mutter's remote desktop sessions, whose own SetKeymap
+    // brings down a headless GNOME 51. The shell took no part in choosing this one.
+    const auto [set, error] = evaluate("global.backend.set_keymap_async(imports.gi.Meta.KeymapDescription"
+                                       ".new_from_rules('pc105', 'fr', '', '', ['French'], ['fr']), 0, null); 0");
+    if (!set)
+        GTEST_SKIP() << "this shell has no keymaps set from outside (GNOME 50 and later): " << qPrintable(error);
+    ASSERT_TRUE(spinUntil([] { return callExtension("GetKeymap").arguments() == QVariantList{true, false}; }, 5000));
+    const ProcessResult switched = tolvar({"set", german, "--json"});
+    EXPECT_EQ(switched.exitCode, 1);
+    EXPECT_EQ(errorCode(switched), "keymap_held");
+    ASSERT_TRUE(keep(
+        german, [&] { return status()["state"].toString() == "keymap_held"; }, 15000));
+    EXPECT_EQ(current(), us);
+
+    // The shell takes its own keymap back, and the pin is kept again.
+    ASSERT_TRUE(evaluate("import('resource:///org/gnome/shell/misc/keyboardManager.js')"
+                         ".then(m => m.getKeyboardManager().reapply()); 0")
+                    .first);
+    EXPECT_TRUE(spinUntil([] { return current() == german; }, 10000)) << qPrintable(current());
 }
 
 class GnomeWithoutExtensionTest : public GnomeEndToEndTest

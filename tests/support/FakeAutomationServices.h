@@ -15,6 +15,7 @@ struct FakeAutomationServices
     InputChoice current{QStringLiteral("xkb:us::eng"), QStringLiteral("English (US)")};
     std::optional<bool> running = true; // absent: the lock probe fails
     bool secure = false;
+    bool keymapHeld = false;
     bool login = false;
     InputSources::Availability availability = InputSources::Availability::available;
     int writes = 0;
@@ -47,6 +48,7 @@ struct FakeAutomationServices
             return *running;
         };
         s.secureInput = [this] { return secure; };
+        s.keymapHeld = [this] { return keymapHeld; };
         s.loginEnabled = [this] { return login; };
         s.availability = [this] { return availability; };
         s.framework = QStringLiteral("IBus");

@@ -23,6 +23,7 @@ struct FakeEnforcementWorld
 
     Config config{QStringLiteral("xkb:us::eng"), true, std::nullopt, true};
     bool secure = false;
+    bool keymapHeld = false;
     std::optional<LocalizedText> unreachable;
     QString current = QStringLiteral("xkb:de::ger");
     // Selectable sources and whether each needs the focus helper.
@@ -40,6 +41,7 @@ struct FakeEnforcementWorld
         EnforcementDependencies d;
         d.config = [this] { return config; };
         d.secureInput = [this] { return secure; };
+        d.keymapHeld = [this] { return keymapHeld; };
         d.unreachable = [this] { return unreachable; };
         d.currentID = [this] { return current; };
         d.find = [this](const QString &id) -> std::optional<EnforcementTarget> {

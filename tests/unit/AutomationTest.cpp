@@ -30,6 +30,7 @@ TEST(AutomationTest, StatusDerivesTheStateFromTheServices)
         {[](auto &f) { f.stored->sourceID = "gone"; f.secure = true; }, RuntimeState::MissingSource,
          AutomationTarget{"gone", std::nullopt, false}},
         {[](auto &f) { f.secure = true; }, RuntimeState::SecureInput, usTarget},
+        {[](auto &f) { f.keymapHeld = true; }, RuntimeState::KeymapHeld, usTarget},
         // Unreachable sources are an error, not a missing pin, and do not matter while paused.
         {unreachable, RuntimeState::Error, unreachableUs},
         {[&](auto &f) { unreachable(f); f.stored->enabled = false; }, RuntimeState::Paused, unreachableUs}};

@@ -176,6 +176,8 @@ INSTANTIATE_TEST_SUITE_P(CLI, CLIFailureTest, testing::Values(
     FailureCase{"SwitchBusy", [](CLITest &test) { test.outcome = O::busy(); }, "apply", F::busy(), text("warn.busy")},
     FailureCase{"SwitchSecure", [](CLITest &test) { test.outcome = O::secureInput(); }, "apply",
                 F::secureInput(), text("enf.secure")},
+    FailureCase{"SetWhileARemoteClientHoldsTheKeymap", [](CLITest &test) { test.outcome = O::keymapHeld(); },
+                "set hangul", F::keymapHeld(), text("enf.keymap-held")},
     FailureCase{"SwitchFoundNoSource", [](CLITest &test) { test.outcome = O::missingSource(); }, "apply",
                 F::missingSourceAfterSwitch(), text("warn.missing")},
     FailureCase{"ResumeWithoutPin", [](CLITest &test) { test.fake.stored = Config{}; }, "resume",

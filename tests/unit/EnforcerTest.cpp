@@ -44,6 +44,7 @@ protected:
         using O = SwitchOutcome;
         const std::pair<O, const char *> names[] = {{O::success(), "success"},
                                                     {O::secureInput(), "secureInput"},
+                                                    {O::keymapHeld(), "keymapHeld"},
                                                     {O::missingSource(), "missingSource"},
                                                     {O::busy(), "busy"}};
         for (const auto &[known, name] : names) {
@@ -68,7 +69,7 @@ protected:
     QStringList m_log;
 };
 
-// Requests as a script of steps. The world: "pin [id]", "unpin", "pause", "secure", "current <id>",
+// Requests as a script of steps. The world: "pin [id]", "unpin", "pause", "secure", "held", "current <id>",
 // "unreachable <why>", "select <status>", "unconfirmed", "launch-error <why>". The user's requests: "auto <name>",
 // "manual <name>", "cancel". The helpers: "exit <helper> <status>" (switched, secure-input, not-wanted, missing,
 // failed), "exit-unswitched <helper> <status>", "timeout <helper>", "cancelled <helper>".
@@ -99,6 +100,8 @@ TEST_P(EnforcerScriptTest, AnswersEveryRequestOnce)
             m_world.config.enabled = false;
         else if (what == "secure")
             m_world.secure = true;
+        else if (what == "held")
+            m_world.keymapHeld = true;
         else if (what == "current")
             m_world.current = arg;
         else if (what == "unreachable")
@@ -146,6 +149,9 @@ const ScriptCase scriptCases[] = {
     {"PinnedSourceGone", {"pin gone", "auto r"}, {"update", "automatic:missingSource", "r:missingSource"}, {}, {}},
     {"SecureInputWinsOverAlreadyCurrent", {"secure", "current xkb:us::eng", "auto r"},
      {"update", "automatic:secureInput", "r:secureInput"}, {}, {}},
+    // A remote client's keymap is not fought, not even by hand, nor through the helper.
+    {"HeldKeymapIsNeverSwitched", {"held", "auto a", "manual m", "pin hangul", "manual h"},
+     {"update", "automatic:keymapHeld", "a:keymapHeld", "update", "m:keymapHeld", "update", "h:keymapHeld"}, {}, {}},
     {"UnreachableSourcesAreNeitherReadNorSwitched", {"unreachable cli.err.im-absent IBus", "current xkb:us::eng", "manual r"},
      {"update", "r:failed(cli.err.im-absent IBus)"}, {}, {}},
     {"SelectFails", {"select -50", "manual r"}, {"update", "r:failed(enf.switch xkb:us::eng -50)"}, {us}, {}},

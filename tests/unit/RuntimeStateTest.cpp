@@ -14,8 +14,8 @@ namespace {
 // The words of the JSON status.
 TEST(RuntimeStateTest, RawValues)
 {
-    for (const char *raw :
-         {"setup", "paused", "keeping", "switching", "waiting", "secure_input", "missing_source", "error", "stopped"})
+    for (const char *raw : {"setup", "paused", "keeping", "switching", "waiting", "secure_input", "keymap_held",
+                            "missing_source", "error", "stopped"})
         EXPECT_EQ(RuntimeState::fromRaw(QLatin1String(raw)).value_or(RuntimeState::Error).raw(), raw);
 }
 
@@ -39,6 +39,9 @@ TEST(RuntimeStateTest, Derives)
         {{.enabled = true, .pinnedID = us, .secureInput = true}, S::MissingSource},
         {{.enabled = true, .switching = true, .pinnedID = us, .pinnedName = name, .secureInput = true}, S::SecureInput},
         {{.enabled = true, .pinnedID = us, .pinnedName = name, .secureInput = true, .currentID = us}, S::SecureInput},
+        {{.enabled = true, .switching = true, .pinnedID = us, .pinnedName = name, .keymapHeld = true, .currentID = us},
+         S::KeymapHeld},
+        {{.pinnedID = us, .pinnedName = name, .keymapHeld = true}, S::Paused},
         {{.switching = true, .pinnedID = us, .pinnedName = name}, S::Switching},
         {{.automaticSwitching = true, .pinnedID = us, .pinnedName = name}, S::Paused},
         {{.enabled = true, .automaticSwitching = true, .pinnedID = us, .pinnedName = name, .currentID = us},

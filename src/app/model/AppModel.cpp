@@ -129,7 +129,7 @@ bool AppModel::canRetrySwitch() const
 {
     if (m_configError || (m_pinnedID && !pinnedName()))
         return false;
-    if (m_switching || m_automaticSwitching || m_secureInput)
+    if (m_switching || m_automaticSwitching || m_secureInput || m_keymapHeld)
         return false;
     return m_manualWarning || (m_enabled && m_automaticWarning);
 }
@@ -153,6 +153,7 @@ RuntimeState AppModel::runtimeState() const
     inputs.pinnedID = m_pinnedID;
     inputs.pinnedName = pinnedName();
     inputs.secureInput = m_secureInput;
+    inputs.keymapHeld = m_keymapHeld;
     inputs.currentID = m_currentID;
     inputs.availability = m_availability;
     return RuntimeState::derive(inputs);
@@ -206,6 +207,7 @@ void AppModel::refreshNow()
     assign(m_currentID, current.id);
     assign(m_currentSourceIcon, sourceIcon(m_currentID));
     assign(m_secureInput, m_services.secureInput());
+    assign(m_keymapHeld, m_services.keymapHeld());
     assign(m_automaticSwitching, m_services.isSwitching());
 
     if (m_currentID != oldCurrentID && m_pinnedID == m_currentID)
@@ -254,15 +256,16 @@ void AppModel::clearWarnings()
 
 void AppModel::publishWarning()
 {
-    if (!m_secureInput) {
-        const auto isSecure = [](const std::optional<SwitchWarning> &w) {
-            return w && w->outcome.kind() == SwitchOutcome::Kind::SecureInput;
-        };
-        if (isSecure(m_manualWarning))
-            m_manualWarning.reset();
-        if (isSecure(m_automaticWarning))
-            m_automaticWarning.reset();
-    }
+    // A wait whose cause is gone is no longer worth a word.
+    const auto isOver = [this](const std::optional<SwitchWarning> &w) {
+        return w
+               && ((w->outcome.kind() == SwitchOutcome::Kind::SecureInput && !m_secureInput)
+                   || (w->outcome.kind() == SwitchOutcome::Kind::KeymapHeld && !m_keymapHeld));
+    };
+    if (isOver(m_manualWarning))
+        m_manualWarning.reset();
+    if (isOver(m_automaticWarning))
+        m_automaticWarning.reset();
     assign(m_warning, composedWarning());
 }
 

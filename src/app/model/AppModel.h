@@ -154,6 +154,7 @@ private:
     std::optional<QString> m_language;
     std::optional<QString> m_warning;
     bool m_secureInput = false;
+    bool m_keymapHeld = false;
     bool m_automaticSwitching = false;
     bool m_configError = false;
     InputSources::Availability m_availability = InputSources::Availability::available;

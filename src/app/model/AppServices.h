@@ -39,6 +39,8 @@ struct AppServices
     // Both fields empty when the system tells none.
     std::function<InputChoice()> current;
     std::function<bool()> secureInput;
+    // Someone else, such as a remote desktop client, holds the keyboard layout.
+    std::function<bool()> keymapHeld = [] { return false; };
     std::function<std::optional<QImage>(const QString &id)> sourceIcon;
     // Whether the sources can be reached now, and the framework's name for saying why not.
     std::function<InputSources::Availability()> availability = [] { return InputSources::Availability::available; };

@@ -51,6 +51,7 @@ AppServices AppServices::over(const InputSources &system, const QString &configD
     s.choices = [system] { return Catalog::choices(system); };
     s.current = [system] { return Catalog::current(system); };
     s.secureInput = system.secureInput;
+    s.keymapHeld = system.keymapHeld;
     s.sourceIcon = [system](const QString &id) -> std::optional<QImage> {
         const std::optional<Source> source = Catalog::find(id, system);
         return source ? source->icon() : std::nullopt;

@@ -12,26 +12,6 @@
 #include <QHBoxLayout>
 #include <QVariantAnimation>
 
-namespace {
-
-const char *textKey(RuntimeState state)
-{
-    switch (state) {
-    case RuntimeState::Setup: return "state.setup";
-    case RuntimeState::Paused: return "state.paused";
-    case RuntimeState::Keeping: return "state.active";
-    case RuntimeState::Switching: return "state.switching";
-    case RuntimeState::Waiting: return "state.waiting";
-    case RuntimeState::SecureInput: return "state.secure";
-    case RuntimeState::MissingSource: return "state.missing";
-    case RuntimeState::Error: return "state.error";
-    case RuntimeState::Stopped: return "state.stopped";
-    }
-    return "";
-}
-
-} // namespace
-
 StatusLine::StatusLine(QWidget *parent)
     : QWidget(parent)
 {
@@ -65,7 +45,7 @@ void StatusLine::setState(RuntimeState state)
 {
     m_state = state;
     m_symbol->setSymbol(symbol(state));
-    m_text->setText(L10n::text(textKey(state)));
+    m_text->setText(L10n::text(state.textKey()));
     m_text->setInk([state](const Theme &theme) { return color(state, theme); });
     setAccessibleName(m_text->text());
     m_symbol->update();
@@ -79,7 +59,8 @@ bool StatusLine::isPulsing() const
 
 bool StatusLine::shows(RuntimeState state)
 {
-    return state == RuntimeState::Switching || state == RuntimeState::Waiting || state == RuntimeState::SecureInput;
+    return state == RuntimeState::Switching || state == RuntimeState::Waiting || state == RuntimeState::SecureInput
+           || state == RuntimeState::KeymapHeld;
 }
 
 QString StatusLine::symbol(RuntimeState state)
@@ -91,7 +72,8 @@ QString StatusLine::symbol(RuntimeState state)
     case RuntimeState::Keeping: return QStringLiteral("pin.fill");
     case RuntimeState::Switching: return QStringLiteral("arrow.triangle.2.circlepath");
     case RuntimeState::Waiting: return QStringLiteral("clock");
-    case RuntimeState::SecureInput: return QStringLiteral("lock.shield");
+    case RuntimeState::SecureInput:
+    case RuntimeState::KeymapHeld: return QStringLiteral("lock.shield");
     case RuntimeState::Error: return QStringLiteral("exclamationmark.triangle");
     case RuntimeState::Stopped: return QStringLiteral("stop.circle");
     }
@@ -105,7 +87,8 @@ QColor StatusLine::color(RuntimeState state, const Theme &theme)
     case RuntimeState::Keeping: return theme.green;
     case RuntimeState::Switching:
     case RuntimeState::Waiting: return theme.blue;
-    case RuntimeState::SecureInput: return theme.indigo;
+    case RuntimeState::SecureInput:
+    case RuntimeState::KeymapHeld: return theme.indigo;
     case RuntimeState::MissingSource:
     case RuntimeState::Error: return theme.orange;
     case RuntimeState::Paused:

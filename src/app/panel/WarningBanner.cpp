@@ -27,7 +27,9 @@ void WarningBanner::render()
         m_look = {};
         return;
     }
-    const Look look{*warning, m_model.runtimeState() == RuntimeState::SecureInput, m_model.canRetrySwitch()};
+    const RuntimeState state = m_model.runtimeState();
+    const Look look{*warning, state == RuntimeState::SecureInput || state == RuntimeState::KeymapHeld,
+                    m_model.canRetrySwitch()};
     if (m_banner && look == m_look)
         return;
     m_look = look;
@@ -43,8 +45,8 @@ void WarningBanner::render()
         };
     }
     m_banner = new Banner(
-        look.text, look.secure ? QStringLiteral("lock.shield.fill") : QStringLiteral("exclamationmark.triangle.fill"),
-        look.secure ? theme.indigo : theme.orange, retry, this);
+        look.text, look.waits ? QStringLiteral("lock.shield.fill") : QStringLiteral("exclamationmark.triangle.fill"),
+        look.waits ? theme.indigo : theme.orange, retry, this);
     m_banner->setObjectName(QLatin1String(Identifier::warning));
     layout()->addWidget(m_banner);
 }

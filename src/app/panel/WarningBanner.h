@@ -20,7 +20,8 @@ private:
     struct Look
     {
         QString text;
-        bool secure = false;
+        // Switching waits for the system: secure input, or a keymap held elsewhere.
+        bool waits = false;
         bool retry = false;
         bool operator==(const Look &) const = default;
     };

@@ -51,6 +51,7 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     inputs.pinnedID = config.sourceID;
     inputs.pinnedName = target && target->available ? target->name : std::nullopt;
     inputs.secureInput = m_services.secureInput();
+    inputs.keymapHeld = reachable && m_services.keymapHeld();
     inputs.currentID = current.id;
     inputs.availability = availability;
 

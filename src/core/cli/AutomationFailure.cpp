@@ -48,6 +48,8 @@ constexpr std::array<Row, 27> rows{{
      "cli.err.no-result"},
     {Kind::Busy, "busy", "Another switching operation is in progress.", "warn.busy"},
     {Kind::SecureInput, "secure_input", "Switching is temporarily paused during secure input.", "enf.secure"},
+    {Kind::KeymapHeld, "keymap_held",
+     "A remote desktop session holds the keyboard layout. Switching waits until it releases it.", "enf.keymap-held"},
     {Kind::OperationFailed, "operation_failed", "The operation could not be completed.", "cli.err.operation"},
     {Kind::EncodingFailed, "encoding_failed", "Unable to encode the response.", "cli.err.operation"},
     {Kind::InputMethodNotRunning, "input_method_unavailable", "The input method framework is not running.",

@@ -28,6 +28,7 @@ struct AutomationFailure
         SwitchEndedWithoutResult,
         Busy,
         SecureInput,
+        KeymapHeld,
         OperationFailed,
         EncodingFailed,
         InputMethodNotRunning,
@@ -74,6 +75,8 @@ struct AutomationFailure
     static AutomationFailure switchEndedWithoutResult() { return of(Kind::SwitchEndedWithoutResult); }
     static AutomationFailure busy() { return of(Kind::Busy); }
     static AutomationFailure secureInput() { return of(Kind::SecureInput); }
+    // A remote desktop client holds the keyboard layout.
+    static AutomationFailure keymapHeld() { return of(Kind::KeymapHeld); }
     static AutomationFailure operationFailed() { return of(Kind::OperationFailed); }
     static AutomationFailure encodingFailed() { return of(Kind::EncodingFailed); }
     // The framework is out of reach because the session bus is; `detail` names the bus.

@@ -23,6 +23,7 @@ struct AutomationServices
     // Whether a windowed instance holds the instance lock.
     std::function<Expected<bool>()> running;
     std::function<bool()> secureInput;
+    std::function<bool()> keymapHeld = [] { return false; };
     std::function<bool()> loginEnabled;
     // The input-source backend in use, by name ("ibus", "gnome"...).
     QString backend = {};

@@ -238,6 +238,7 @@ int CLI::runOnce(const CLIRequest &request)
     switch (outcome->kind()) {
     case SwitchOutcome::Kind::Success: return request.json ? reportStatus(request) : 0;
     case SwitchOutcome::Kind::SecureInput: return fail(AutomationFailure::secureInput(), request, outcome->warning());
+    case SwitchOutcome::Kind::KeymapHeld: return fail(AutomationFailure::keymapHeld(), request, outcome->warning());
     case SwitchOutcome::Kind::MissingSource:
         return fail(AutomationFailure::missingSourceAfterSwitch(), request, outcome->warning());
     case SwitchOutcome::Kind::Busy: return fail(AutomationFailure::busy(), request, outcome->warning());

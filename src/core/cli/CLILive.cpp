@@ -89,6 +89,7 @@ AutomationServices AutomationServices::live(std::optional<Expected<Config>> star
     };
     s.running = [] { return InstanceLock::isHeld(InstanceLock::fileIn(AppPlaces::sessionLockDirectory())); };
     s.secureInput = system.secureInput;
+    s.keymapHeld = system.keymapHeld;
     s.loginEnabled = [] { return Agent::isLoginEnabled(); };
     s.backend = system.backend;
     s.framework = SourcesAvailability::frameworkName(system.backend);

@@ -23,6 +23,8 @@ struct EnforcementDependencies
     // Never fails: an unreadable file reads as the default record.
     std::function<Config()> config;
     std::function<bool()> secureInput;
+    // Someone else holds the keyboard layout, such as a remote desktop client.
+    std::function<bool()> keymapHeld = [] { return false; };
     // Why no source can be read or switched now; none when they can.
     std::function<std::optional<LocalizedText>()> unreachable = [] { return std::optional<LocalizedText>(); };
     // Empty when there is no current source.

@@ -44,6 +44,7 @@ EnforcementDependencies EnforcementDependencies::over(const InputSources &system
         return config ? config.value() : Config{};
     };
     d.secureInput = system.secureInput;
+    d.keymapHeld = system.keymapHeld;
     d.unreachable = [system] {
         return SourcesAvailability::reason(system.availability(), SourcesAvailability::frameworkName(system.backend));
     };

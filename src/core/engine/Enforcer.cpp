@@ -132,6 +132,9 @@ void Enforcer::execute(Request request)
         return complete(token, SwitchOutcome::failed(*unreachable));
     if (m_dependencies.secureInput())
         return complete(token, SwitchOutcome::secureInput());
+    // Not even a manual switch: it would take the layout from whoever holds it.
+    if (m_dependencies.keymapHeld())
+        return complete(token, SwitchOutcome::keymapHeld());
     const QString current = m_dependencies.currentID();
     if (current == active.target)
         return complete(token, SwitchOutcome::success());

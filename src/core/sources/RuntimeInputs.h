@@ -21,6 +21,7 @@ struct RuntimeInputs
     // The name of the pinned source among the selectable ones; absent when it is not there.
     std::optional<QString> pinnedName = {};
     bool secureInput = false;
+    bool keymapHeld = false; // someone else holds the keyboard layout
     QString currentID = {};
     // Whether the sources can be reached at all: when not, none of them is missing.
     InputSources::Availability availability = InputSources::Availability::available;

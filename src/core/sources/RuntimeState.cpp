@@ -7,13 +7,14 @@ namespace {
 
 using Raw = std::pair<RuntimeState::Case, const char *>;
 
-constexpr std::array<Raw, 9> rawValues{{
+constexpr std::array<Raw, 10> rawValues{{
     {RuntimeState::Setup, "setup"},
     {RuntimeState::Paused, "paused"},
     {RuntimeState::Keeping, "keeping"},
     {RuntimeState::Switching, "switching"},
     {RuntimeState::Waiting, "waiting"},
     {RuntimeState::SecureInput, "secure_input"},
+    {RuntimeState::KeymapHeld, "keymap_held"},
     {RuntimeState::MissingSource, "missing_source"},
     {RuntimeState::Error, "error"},
     {RuntimeState::Stopped, "stopped"},
@@ -81,6 +82,9 @@ RuntimeState RuntimeState::derive(const RuntimeInputs &inputs)
         return MissingSource;
     if (inputs.secureInput)
         return SecureInput;
+    // What the current source is then tells nothing.
+    if (inputs.keymapHeld)
+        return KeymapHeld;
     if (busy)
         return Switching;
     if (warned)
@@ -97,6 +101,7 @@ const char *RuntimeState::textKey() const
     case Switching: return "state.switching";
     case Waiting: return "state.waiting";
     case SecureInput: return "state.secure";
+    case KeymapHeld: return "state.keymap-held";
     case MissingSource: return "state.missing";
     case Error: return "state.error";
     case Stopped: return "state.stopped";

@@ -14,7 +14,7 @@ class RuntimeState
 {
 public:
     // In declaration order, which is also the order of allCases().
-    enum Case { Setup, Paused, Keeping, Switching, Waiting, SecureInput, MissingSource, Error, Stopped };
+    enum Case { Setup, Paused, Keeping, Switching, Waiting, SecureInput, KeymapHeld, MissingSource, Error, Stopped };
 
     constexpr RuntimeState(Case value)
         : m_case(value)

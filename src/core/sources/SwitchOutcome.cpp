@@ -17,6 +17,11 @@ SwitchOutcome SwitchOutcome::secureInput()
     return SwitchOutcome(Kind::SecureInput);
 }
 
+SwitchOutcome SwitchOutcome::keymapHeld()
+{
+    return SwitchOutcome(Kind::KeymapHeld);
+}
+
 SwitchOutcome SwitchOutcome::missingSource()
 {
     return SwitchOutcome(Kind::MissingSource);
@@ -37,6 +42,7 @@ std::optional<QString> SwitchOutcome::warning() const
     switch (m_kind) {
     case Kind::Success: return std::nullopt;
     case Kind::SecureInput: return L10n::text("enf.secure");
+    case Kind::KeymapHeld: return L10n::text("enf.keymap-held");
     case Kind::MissingSource: return L10n::text("warn.missing");
     case Kind::Busy: return L10n::text("warn.busy");
     case Kind::Failed: return L10n::text("warn.switch").arg(m_reason.text());

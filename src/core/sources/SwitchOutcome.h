@@ -13,6 +13,7 @@ public:
     enum class Kind {
         Success,       // the pinned source is current, or there was nothing to do
         SecureInput,   // not tried: secure text entry is on
+        KeymapHeld,    // not tried: someone else, such as a remote desktop client, holds the keyboard layout
         MissingSource, // nothing pinned, or the pinned source cannot be selected
         Busy,          // superseded, cancelled, rate-limited or not allowed now; not worth reporting
         Failed,        // tried, and it did not work
@@ -20,6 +21,7 @@ public:
 
     static SwitchOutcome success();
     static SwitchOutcome secureInput();
+    static SwitchOutcome keymapHeld();
     static SwitchOutcome missingSource();
     static SwitchOutcome busy();
     static SwitchOutcome failed(const LocalizedText &reason);

@@ -50,6 +50,10 @@ struct InputSources
     // Whether observeSelected's callbacks are needed now; they are until told
     // otherwise. A backend that can only poll polls only while they are.
     std::function<void(bool needed)> needSelected = {};
+    // Whether another party, such as a remote desktop client, holds the
+    // keyboard layout now, so that a switch would take it from them.
+    // observeSelected also reports when that changes.
+    std::function<bool()> keymapHeld = [] { return false; };
 
     // How the backend learns that the selected source changed: from the
     // system's own signals, or by looking again and again.

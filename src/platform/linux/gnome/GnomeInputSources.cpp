@@ -15,7 +15,10 @@
 #include <QDeadlineTimer>
 #include <QFileInfo>
 #include <QStandardPaths>
+#include <QStringList>
 #include <QThread>
+
+#include <algorithm>
 
 namespace {
 
@@ -135,6 +138,20 @@ QString currentID()
     return id.metaType() == QMetaType::fromType<QString>() ? id.toString() : QString();
 }
 
+// An extension older than this answers with an error: it cannot tell, and
+// then the keymap is the shell's own as far as anyone knows.
+bool keymapHeld()
+{
+    const QDBusMessage reply = callExtension(QStringLiteral("GetKeymap"));
+    const QVariantList flags = reply.arguments();
+    if (reply.type() != QDBusMessage::ReplyMessage || flags.size() != 2)
+        return false;
+    // External, or locked.
+    return std::any_of(flags.cbegin(), flags.cend(), [](const QVariant &flag) {
+        return flag.metaType() == QMetaType::fromType<bool>() && flag.toBool();
+    });
+}
+
 qint32 activate(const QString &id)
 {
     const QDBusMessage reply = callExtension(QStringLiteral("Activate"), {id});
@@ -145,9 +162,9 @@ qint32 activate(const QString &id)
     return SelectStatus::ofError(reply);
 }
 
-InputSources::Observe observe(const QString &signal)
+InputSources::Observe observe(const QStringList &members)
 {
-    return [signal](QObject *context, std::function<void()> callback) {
+    return [members](QObject *context, std::function<void()> callback) {
         const std::optional<QDBusConnection> session = DBusBuses::session();
         if (!session)
             return false;
@@ -157,7 +174,10 @@ InputSources::Observe observe(const QString &signal)
         // again; then everything may have changed.
         auto *watcher = new QDBusServiceWatcher(service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);
         QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, &SignalReceiver::deliver);
-        return bus.connect(service, path, interface, signal, receiver, SLOT(deliver()));
+        bool connected = true;
+        for (const QString &member : members)
+            connected = bus.connect(service, path, interface, member, receiver, SLOT(deliver())) && connected;
+        return connected;
     };
 }
 
@@ -205,11 +225,14 @@ InputSources onSessionBus()
                          // No system-wide secure entry: in password fields the shell
                          // itself sets IBus sources aside for the time.
                          .secureInput = [] { return false; },
-                         .observeSelected = observe(QStringLiteral("CurrentChanged")),
-                         .observeEnabled = observe(QStringLiteral("SourcesChanged")),
+                         // Also when a remote client lets go of the keymap, so that keeping resumes.
+                         .observeSelected =
+                             observe({QStringLiteral("CurrentChanged"), QStringLiteral("KeymapChanged")}),
+                         .observeEnabled = observe({QStringLiteral("SourcesChanged")}),
                          .backend = QStringLiteral("gnome"),
                          // The shell applies every source at once.
                          .cjkvNeedsFocus = false};
+    sources.keymapHeld = keymapHeld;
     sources.availability = availability;
     sources.report = report;
     // The extension's signal carries the new source, and another tells of a changed list.
