@@ -23,7 +23,7 @@ struct Row
 };
 
 // clang-format off
-constexpr std::array<Row, 27> rows{{
+constexpr std::array<Row, 28> rows{{
     {Kind::InvalidArguments, "invalid_arguments", "Invalid command or arguments. Run tolvar help for usage.",
      "cli.usage.header"},
     {Kind::InvalidConfig, "invalid_config", "Unable to read the configuration. The file has not been changed.",

@@ -28,6 +28,8 @@ InputSources KnownSources::remember(InputSources sources, const std::shared_ptr<
         return status;
     };
     sources.availability = [known, read = sources.availability] { return known->availability(read); };
+    if (!known->m_signals.keymapChanged.isEmpty())
+        sources.keymapHeld = [known, read = sources.keymapHeld] { return known->keymapHeld(read); };
     return sources;
 }
 
@@ -56,6 +58,15 @@ InputSources::Availability KnownSources::availability(const std::function<InputS
     if (!m_availability)
         m_availability = read();
     return *m_availability;
+}
+
+bool KnownSources::keymapHeld(const std::function<bool()> &read)
+{
+    if (!trusted())
+        return read();
+    if (!m_keymapHeld)
+        m_keymapHeld = read();
+    return *m_keymapHeld;
 }
 
 void KnownSources::selected(const QString &id)
@@ -95,7 +106,10 @@ void KnownSources::listen()
         return;
     QDBusConnection bus = *session;
     auto *receiver = new SignalReceiver([this](const QDBusMessage &signal) { heard(signal); }, &m_listener);
-    for (const QString &signal : QStringList{m_signals.currentChanged} + m_signals.listChanged) {
+    QStringList heard = QStringList{m_signals.currentChanged} + m_signals.listChanged;
+    if (!m_signals.keymapChanged.isEmpty())
+        heard << m_signals.keymapChanged;
+    for (const QString &signal : std::as_const(heard)) {
         if (!bus.connect(m_signals.service, m_signals.path, m_signals.interface, signal, receiver,
                          SLOT(receive(QDBusMessage)))) {
             delete receiver;
@@ -121,6 +135,11 @@ void KnownSources::heard(const QDBusMessage &signal)
         m_current = m_signals.currentOf(signal, m_enabled ? &*m_enabled : nullptr);
         return;
     }
+    if (signal.member() == m_signals.keymapChanged) {
+        const QVariantList held = signal.arguments();
+        m_keymapHeld = held.value(0).toBool() || held.value(1).toBool();
+        return;
+    }
     // A new list may bring a new current source and a new reachability too.
     forget();
 }
@@ -130,4 +149,5 @@ void KnownSources::forget()
     m_current.reset();
     m_enabled.reset();
     m_availability.reset();
+    m_keymapHeld.reset();
 }

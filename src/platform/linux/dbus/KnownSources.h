@@ -15,7 +15,8 @@
 
 // What a stack's own signals on the session bus keep known between them: the
 // current source, which its change signal carries, the enabled sources until
-// a signal says they changed, and whether the stack is reachable. Kept only
+// a signal says they changed, whether the stack is reachable, and whether
+// someone else holds the keymap. Kept only
 // while the service owns its name and an event loop turns, so that its signals
 // are heard in time; otherwise every read asks. Made and used on one thread.
 class KnownSources
@@ -33,6 +34,8 @@ public:
         std::function<std::optional<QString>(const QDBusMessage &signal, const QList<SourceProperties> *enabled)>
             currentOf;
         QStringList listChanged;
+        // Carries whether someone else holds the keymap; empty where nobody can.
+        QString keymapChanged = {};
     };
 
     explicit KnownSources(Signals spec);
@@ -44,6 +47,7 @@ public:
     QString current(const std::function<QString()> &read);
     QList<SourceProperties> enabled(const std::function<QList<SourceProperties>()> &read);
     InputSources::Availability availability(const std::function<InputSources::Availability()> &read);
+    bool keymapHeld(const std::function<bool()> &read);
     // After a switch of our own: the next read asks, unless a signal told of it first.
     void selected(const QString &id);
     // Whether the service is on the bus; asked afresh where nothing is heard.
@@ -64,4 +68,5 @@ private:
     std::optional<QString> m_current;
     std::optional<QList<SourceProperties>> m_enabled;
     std::optional<InputSources::Availability> m_availability;
+    std::optional<bool> m_keymapHeld;
 };

@@ -243,7 +243,8 @@ InputSources onSessionBus()
         .currentChanged = QStringLiteral("CurrentChanged"),
         .currentOf = [](const QDBusMessage &signal,
                         const QList<SourceProperties> *) { return signal.arguments().value(0).toString(); },
-        .listChanged = {QStringLiteral("SourcesChanged")}});
+        .listChanged = {QStringLiteral("SourcesChanged")},
+        .keymapChanged = QStringLiteral("KeymapChanged")});
     sources.enableCompanion = [] {
         const bool wasOff = availability() == InputSources::Availability::extensionOff;
         // Through the shell's own tool, which also works while the shell does not run.
