@@ -27,12 +27,7 @@ struct FakeInputSources
     // An enabled, selectable keyboard source with every property present.
     static SourceProperties keyboard(const QString &id, const QString &name, const QStringList &languages = {})
     {
-        SourceProperties source;
-        source.id = id;
-        source.localizedName = name;
-        source.enabled = true;
-        source.selectCapable = true;
-        source.category = SourceProperties::keyboardCategory;
+        SourceProperties source = SourceProperties::keyboard(id, name);
         source.languages = languages;
         return source;
     }

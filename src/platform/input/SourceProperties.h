@@ -21,5 +21,18 @@ struct SourceProperties
 
     static inline const QString keyboardCategory = QStringLiteral("keyboard");
 
+    // An enabled keyboard source that can be selected, as the desktops' own
+    // lists give them: only what the user set up, each of them selectable.
+    static SourceProperties keyboard(const QString &id, const QString &name)
+    {
+        SourceProperties source;
+        source.id = id;
+        source.localizedName = name;
+        source.enabled = true;
+        source.selectCapable = true;
+        source.category = keyboardCategory;
+        return source;
+    }
+
     bool operator==(const SourceProperties &) const = default;
 };

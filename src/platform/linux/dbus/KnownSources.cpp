@@ -33,40 +33,33 @@ InputSources KnownSources::remember(InputSources sources, const std::shared_ptr<
     return sources;
 }
 
-QString KnownSources::current(const std::function<QString()> &read)
+template <typename T> T KnownSources::kept(std::optional<T> &known, const std::function<T()> &read)
 {
     if (!trusted())
         return read();
-    if (!m_current)
-        m_current = read();
-    return *m_current;
+    if (!known)
+        known = read();
+    return *known;
+}
+
+QString KnownSources::current(const std::function<QString()> &read)
+{
+    return kept(m_current, read);
 }
 
 QList<SourceProperties> KnownSources::enabled(const std::function<QList<SourceProperties>()> &read)
 {
-    if (!trusted())
-        return read();
-    if (!m_enabled)
-        m_enabled = read();
-    return *m_enabled;
+    return kept(m_enabled, read);
 }
 
 InputSources::Availability KnownSources::availability(const std::function<InputSources::Availability()> &read)
 {
-    if (!trusted())
-        return read();
-    if (!m_availability)
-        m_availability = read();
-    return *m_availability;
+    return kept(m_availability, read);
 }
 
 bool KnownSources::keymapHeld(const std::function<bool()> &read)
 {
-    if (!trusted())
-        return read();
-    if (!m_keymapHeld)
-        m_keymapHeld = read();
-    return *m_keymapHeld;
+    return kept(m_keymapHeld, read);
 }
 
 void KnownSources::selected(const QString &id)

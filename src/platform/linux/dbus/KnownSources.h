@@ -55,6 +55,7 @@ public:
 
 private:
     bool trusted();
+    template <typename T> T kept(std::optional<T> &known, const std::function<T()> &read);
     void listen();
     void heard(const QDBusMessage &signal);
     void forget();

@@ -202,14 +202,7 @@ QList<SourceProperties> describe(const QVariant &reply)
         argument.beginStructure();
         argument >> id >> name >> label >> type;
         argument.endStructure();
-        SourceProperties source;
-        source.id = id;
-        source.localizedName = name;
-        // The shell lists only the sources the user set up, and any of them can be made current.
-        source.enabled = true;
-        source.selectCapable = true;
-        source.category = SourceProperties::keyboardCategory;
-        sources << source;
+        sources << SourceProperties::keyboard(id, name);
     }
     argument.endArray();
     return sources;

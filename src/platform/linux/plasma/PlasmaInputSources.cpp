@@ -154,13 +154,7 @@ public:
 private:
     static SourceProperties describe(const Layout &layout)
     {
-        SourceProperties source;
-        source.id = layout.id;
-        source.localizedName = layout.name.isEmpty() ? layout.id : layout.name;
-        source.enabled = true;
-        source.selectCapable = true;
-        source.category = SourceProperties::keyboardCategory;
-        return source;
+        return SourceProperties::keyboard(layout.id, layout.name.isEmpty() ? layout.id : layout.name);
     }
 
     QString m_kxkbrc;
@@ -210,7 +204,7 @@ public:
         QList<SourceProperties> sources;
         for (const auto &[id, names] : layouts()) {
             if (only.isEmpty() || id == only)
-                sources << describe(id);
+                sources << SourceProperties::keyboard(id, id);
         }
         return sources;
     }
@@ -249,17 +243,6 @@ private:
                 layouts.append({settings.id(i, layout), {layout, settings.variants.value(i), options}});
         }
         return layouts;
-    }
-
-    static SourceProperties describe(const QString &id)
-    {
-        SourceProperties source;
-        source.id = id;
-        source.localizedName = id;
-        source.enabled = true;
-        source.selectCapable = true;
-        source.category = SourceProperties::keyboardCategory;
-        return source;
     }
 
     QString m_kxkbrc;
