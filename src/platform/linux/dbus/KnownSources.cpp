@@ -8,8 +8,8 @@
 #include <QDBusServiceWatcher>
 #include <QThread>
 
-KnownSources::KnownSources(Signals spec)
-    : m_signals(std::move(spec))
+KnownSources::KnownSources(Signals watched)
+    : m_signals(std::move(watched))
 {}
 
 InputSources KnownSources::remember(InputSources sources, const std::shared_ptr<KnownSources> &known)

@@ -38,7 +38,7 @@ public:
         QString keymapChanged = {};
     };
 
-    explicit KnownSources(Signals spec);
+    explicit KnownSources(Signals watched);
 
     // `sources` with their reads kept between signals. Its `matching` becomes
     // the enabled sources of that identifier: these stacks offer nothing else.
