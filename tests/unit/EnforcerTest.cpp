@@ -284,6 +284,66 @@ TEST_F(EnforcerTest, Triggers)
     EXPECT_FALSE(look(QString(), true)) << "nothing pinned";
 }
 
+// Where the system announces every change, a tick that finds what the last
+// look found tells no one; anything it finds changed, it tells.
+TEST(EnforcerTickTest, TellsOnlyWhatChanged)
+{
+    using Change = std::function<void(FakeEnforcementWorld &)>;
+    struct Row
+    {
+        const char *name;
+        bool enabled;
+        Change change;
+        bool told;
+        bool listAnnounced = true;
+        bool announced = true;
+    };
+    const Row rows[] = {
+        {"nothing", true, {}, false},
+        {"current", true, [](FakeEnforcementWorld &w) { w.current = de; }, true},
+        {"language", true, [](FakeEnforcementWorld &w) { w.config.language = "fr"; }, true},
+        {"unreachable", true, [](FakeEnforcementWorld &w) { w.unreachable = LocalizedText("x"); }, true},
+        {"keymap", true, [](FakeEnforcementWorld &w) { w.keymapHeld = true; }, true},
+        {"paused, nothing", false, {}, false},
+        {"paused, current", false, [](FakeEnforcementWorld &w) { w.current = de; }, true},
+        {"paused, unreachable", false, [](FakeEnforcementWorld &w) { w.unreachable = LocalizedText("x"); }, true},
+        {"list unannounced", true, {}, true, false},
+        {"polled", true, {}, true, true, false},
+    };
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.name);
+        FakeEnforcementWorld world;
+        world.current = us;
+        world.config.enabled = row.enabled;
+        int looks = 0;
+        EnforcementDependencies dependencies = world.dependencies();
+        dependencies.config = [&looks, read = dependencies.config] {
+            ++looks;
+            return read();
+        };
+        EnforcementTriggers triggers = EnforcementTriggers::none();
+        triggers.listChanged = [&row](QObject *, const std::function<void()> &) { return row.listAnnounced; };
+        triggers.announced = [&row] { return row.announced; };
+        triggers.tick = 5ms;
+        Enforcer enforcer(dependencies, triggers);
+        QStringList told;
+        enforcer.setOnUpdate([&] { told << "update"; });
+        enforcer.setOnAutomaticOutcome([&](const SwitchOutcome &) { told << "outcome"; });
+        enforcer.start();
+        const auto ticks = [&](int count) {
+            const int until = looks + count;
+            return spinUntil([&] { return looks >= until; }, 2000);
+        };
+        // The first look has nothing to compare with.
+        ASSERT_TRUE(ticks(2));
+        told.clear();
+        if (row.change)
+            row.change(world);
+        ASSERT_TRUE(ticks(4));
+        EXPECT_EQ(!told.isEmpty(), row.told) << told.join(' ').toStdString();
+    }
+}
+
 // The platform decides whether a CJKV target goes through the focus helper.
 TEST(EnforcementTargetTest, NeedsTheHelperOnlyWhereThePlatformSays)
 {

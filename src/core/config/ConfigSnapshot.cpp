@@ -2,43 +2,24 @@
 
 #include "core/config/ConfigStore.h"
 
-#include <QFileInfo>
-#include <QTimeZone>
+#include <QDateTime>
 
 #include <utility>
 
-namespace {
-
-// In UTC where Qt can say so directly: local time looks at the system's zone
-// file again at each call.
-QDateTime modified(const QFileInfo &file)
-{
-#if QT_VERSION >= QT_VERSION_CHECK(6, 6, 0)
-    return file.lastModified(QTimeZone::UTC);
-#else
-    return file.lastModified();
-#endif
-}
-
-} // namespace
-
 ConfigSnapshot::ConfigSnapshot(QString directory)
     : m_directory(std::move(directory))
+    , m_file(ConfigStore::fileIn(m_directory))
 {}
 
 Expected<Config> ConfigSnapshot::read()
 {
-    const QString directory = m_directory.isEmpty() ? ConfigStore::directory() : m_directory;
-    const QFileInfo file(ConfigStore::fileIn(directory));
-    // One stat answers all three.
-    const bool exists = file.exists();
-    const Stamp stamp{file.filePath(), exists ? modified(file) : QDateTime(), exists ? file.size() : -1};
+    const std::optional<FileBytes::Stamp> stamp = FileBytes::stamp(m_file);
     m_lookedAt = std::chrono::steady_clock::now();
     if (m_last && m_settled && stamp == m_stamp)
         return *m_last;
     m_stamp = stamp;
-    m_settled = !exists || stamp.time.msecsTo(QDateTime::currentDateTimeUtc()) > 1000;
-    m_last = ConfigStore::loadFrom(directory);
+    m_settled = !stamp || QDateTime::currentMSecsSinceEpoch() - stamp->modified / 1'000'000 > 1000;
+    m_last = ConfigStore::loadFrom(m_directory);
     return *m_last;
 }
 
@@ -58,6 +39,6 @@ void ConfigSnapshot::forget()
 ConfigSnapshot &ConfigSnapshot::shared()
 {
     // Lives as long as the process, like the engine and the model that share it.
-    static ConfigSnapshot *snapshot = new ConfigSnapshot;
+    static ConfigSnapshot *snapshot = new ConfigSnapshot(ConfigStore::directory());
     return *snapshot;
 }

@@ -3,7 +3,8 @@
 #include "base/Expected.h"
 #include "core/config/Config.h"
 
-#include <QDateTime>
+#include "platform/files/FileBytes.h"
+
 #include <QString>
 
 #include <chrono>
@@ -16,8 +17,7 @@
 class ConfigSnapshot
 {
 public:
-    // An empty directory means ConfigStore::directory(), asked at each read.
-    explicit ConfigSnapshot(QString directory = {});
+    explicit ConfigSnapshot(QString directory);
 
     // Looks at the file: one stat, and a read only if it may have changed.
     Expected<Config> read();
@@ -28,20 +28,14 @@ public:
     void forget();
 
     // The one reader of the running program, on the main thread, shared by
-    // the engine and the model so that a change is read once.
+    // the engine and the model so that a change is read once. Its folder is
+    // fixed at the first call: a running program keeps its environment.
     static ConfigSnapshot &shared();
 
 private:
-    struct Stamp
-    {
-        QString path;
-        QDateTime time;
-        qint64 size = -1;
-        bool operator==(const Stamp &) const = default;
-    };
-
     QString m_directory;
-    Stamp m_stamp;
+    QString m_file;
+    std::optional<FileBytes::Stamp> m_stamp;
     std::optional<Expected<Config>> m_last;
     bool m_settled = false;
     std::chrono::steady_clock::time_point m_lookedAt;

@@ -82,6 +82,8 @@ EnforcementTriggers EnforcementTriggers::live()
     triggers.selectionChanged = [system](QObject *context, std::function<void()> callback) {
         system.observeSelected(context, std::move(callback));
     };
+    triggers.listChanged = system.observeEnabled;
+    triggers.announced = [system] { return system.following() == InputSources::Following::announced; };
     triggers.configChanged = [](QObject *context, std::function<void()> callback) {
         Notifications::live().observe(ConfigStore::changed, context, std::move(callback));
     };

@@ -14,6 +14,11 @@ struct EnforcementTriggers
     using Subscribe = std::function<void(QObject *context, std::function<void()> callback)>;
 
     Subscribe selectionChanged = {};
+    // The set of enabled sources changed; false when the system cannot tell.
+    std::function<bool(QObject *context, std::function<void()> callback)> listChanged = {};
+    // Whether the system announces each change now: then a tick that finds
+    // what the last look found has nothing to tell, and says nothing.
+    std::function<bool()> announced = {};
     Subscribe configChanged = {};
     Subscribe wake = {};
     std::function<void(QObject *context, std::function<void(qint64 pid)> callback)> activation = {};

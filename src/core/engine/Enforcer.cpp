@@ -52,6 +52,7 @@ void Enforcer::start()
     const auto later = [this] { QMetaObject::invokeMethod(this, &Enforcer::trigger, Qt::QueuedConnection); };
     if (m_triggers.selectionChanged)
         m_triggers.selectionChanged(this, later);
+    m_listAnnounced = m_triggers.listChanged && m_triggers.listChanged(this, later);
     if (m_triggers.configChanged)
         m_triggers.configChanged(this, later);
     if (m_triggers.wake)
@@ -59,7 +60,7 @@ void Enforcer::start()
     if (m_triggers.activation)
         m_triggers.activation(this, [this](qint64 pid) { activated(pid); });
     if (m_triggers.tick > 0ms) {
-        connect(&m_timer, &QTimer::timeout, this, &Enforcer::trigger);
+        connect(&m_timer, &QTimer::timeout, this, &Enforcer::tick);
         m_timer.start(m_triggers.tick);
     }
 }
@@ -68,6 +69,24 @@ void Enforcer::trigger()
 {
     notifyUpdate();
     enforce(SwitchOrigin::Automatic);
+}
+
+// The net under missed signals. Where every change is announced, a tick that
+// finds the world as the last look left it wakes nothing else.
+void Enforcer::tick()
+{
+    m_tickLook = m_listAnnounced && (!m_triggers.announced || m_triggers.announced());
+    if (!m_tickLook)
+        notifyUpdate();
+    enforce(SwitchOrigin::Automatic);
+    m_tickLook = false;
+}
+
+bool Enforcer::seen()
+{
+    const bool quiet = m_tickLook && m_sight == m_lastSight;
+    m_lastSight = m_sight;
+    return !quiet;
 }
 
 void Enforcer::activated(qint64 pid)
@@ -82,11 +101,19 @@ void Enforcer::enforce(SwitchOrigin origin, Finish finish)
 {
     const bool force = origin == SwitchOrigin::Manual;
     const Config config = m_dependencies.config();
+    m_sight = {config};
     if (m_triggers.keeping)
         m_triggers.keeping(config.enabled && config.sourceID && !config.sourceID->isEmpty());
     if (!force && !config.enabled) {
         if (m_active && !m_active->force && m_cancelActive)
             m_cancelActive();
+        if (m_tickLook) {
+            // Paused, the window still shows what is current and whether it can be read.
+            m_sight.unreachable = m_dependencies.unreachable();
+            m_sight.currentID = m_dependencies.currentID();
+            if (seen())
+                notifyUpdate();
+        }
         call(finish, SwitchOutcome::success());
         return;
     }
@@ -124,18 +151,19 @@ void Enforcer::execute(Request request)
     const Request &active = *m_active;
 
     const Config config = m_dependencies.config();
+    m_sight = {config};
     if (!config.sourceID || *config.sourceID != active.target)
         return complete(token, SwitchOutcome::busy());
     if (!active.force && !config.enabled)
         return complete(token, SwitchOutcome::busy());
-    if (const std::optional<LocalizedText> unreachable = m_dependencies.unreachable())
-        return complete(token, SwitchOutcome::failed(*unreachable));
-    if (m_dependencies.secureInput())
+    if ((m_sight.unreachable = m_dependencies.unreachable()))
+        return complete(token, SwitchOutcome::failed(*m_sight.unreachable));
+    if ((m_sight.secureInput = m_dependencies.secureInput()))
         return complete(token, SwitchOutcome::secureInput());
     // Not even a manual switch: it would take the layout from whoever holds it.
-    if (m_dependencies.keymapHeld())
+    if ((m_sight.keymapHeld = m_dependencies.keymapHeld()))
         return complete(token, SwitchOutcome::keymapHeld());
-    const QString current = m_dependencies.currentID();
+    const QString current = m_sight.currentID = m_dependencies.currentID();
     if (current == active.target)
         return complete(token, SwitchOutcome::success());
     // Nothing has focus for the framework to name (Fcitx5 then reports no method):
@@ -203,8 +231,11 @@ void Enforcer::complete(quint64 token, const SwitchOutcome &outcome)
     m_cancelActive = nullptr;
     m_cancelledManualToken.reset();
 
-    notifyUpdate();
-    if (!request.force && !outcome.isBusy() && m_onAutomaticOutcome)
+    m_sight.outcome = outcome;
+    const bool news = seen() || request.force;
+    if (news)
+        notifyUpdate();
+    if (news && !request.force && !outcome.isBusy() && m_onAutomaticOutcome)
         m_onAutomaticOutcome(outcome);
     call(request.finish, outcome);
 

@@ -48,7 +48,22 @@ private:
         Finish finish;
     };
 
+    // What one look read of the world, and how it ended.
+    struct Sight
+    {
+        Config config = {};
+        std::optional<LocalizedText> unreachable = {};
+        bool secureInput = false;
+        bool keymapHeld = false;
+        QString currentID = {};
+        std::optional<SwitchOutcome> outcome = {};
+        bool operator==(const Sight &) const = default;
+    };
+
     void trigger();
+    void tick();
+    // Ends a look; says whether anyone needs to hear of it.
+    bool seen();
     void activated(qint64 pid);
     void execute(Request request);
     void startFocus(const EnforcementTarget &target);
@@ -71,6 +86,10 @@ private:
     Clock::time_point m_nextFocusAt;
     quint64 m_nextToken = 1;
     bool m_started = false;
+    bool m_listAnnounced = false;
+    bool m_tickLook = false;
+    Sight m_sight;
+    Sight m_lastSight;
     QTimer m_timer;
     // Looks again as soon as a refused helper run would be allowed, rather than
     // at the tick after that.

@@ -2,8 +2,11 @@
 
 #include "platform/posix/RegularFile.h"
 
+#include <QFile>
+
 #include <cerrno>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 namespace FileBytes {
@@ -31,6 +34,19 @@ Expected<QByteArray> read(const QString &path)
     }
     ::close(descriptor);
     return bytes;
+}
+
+std::optional<Stamp> stamp(const QString &path)
+{
+    struct stat status = {};
+    if (::stat(QFile::encodeName(path).constData(), &status) != 0)
+        return std::nullopt;
+#ifdef __APPLE__
+    const timespec &modified = status.st_mtimespec;
+#else
+    const timespec &modified = status.st_mtim;
+#endif
+    return Stamp{qint64(modified.tv_sec) * 1'000'000'000 + modified.tv_nsec, qint64(status.st_size)};
 }
 
 } // namespace FileBytes
