@@ -51,6 +51,7 @@ struct Seen
     StackReport report;
     Expected<Config> config;
     InputSources::Following following = InputSources::Following::announced;
+    bool keymapHeld = false;
 };
 
 DoctorCheck inputStack(const Seen &seen)
@@ -157,6 +158,10 @@ DoctorCheck keyboardLayout(const Seen &seen, const QString &sessionType)
     const QString id = QStringLiteral("keyboard-layout");
     const QString session =
         QStringLiteral("session: ") + (sessionType.isEmpty() ? QStringLiteral("none") : sessionType);
+    // Until it is let go, no switch changes the layout, and Tolvar waits.
+    if (seen.keymapHeld)
+        return {id, Verdict::warn, session + QStringLiteral("; the keymap is held from outside the desktop"),
+                LocalizedText("enf.keymap-held")};
     if (seen.stack.backend != QLatin1String("ibus"))
         return {id, Verdict::ok,
                 session + QStringLiteral("; %1 applies the layouts of its sources").arg(seen.stack.backend)};
@@ -247,6 +252,7 @@ QList<DoctorCheck> run(const DoctorServices &services)
     if (reached(seen.availability)) {
         seen.report = services.report();
         seen.following = services.following();
+        seen.keymapHeld = services.keymapHeld();
     }
     // A stack whose name is held on the bus may still not answer, or be gone since.
     if (seen.report.reach == StackReport::Reach::silent)

@@ -51,6 +51,7 @@ DoctorServices DoctorServices::live()
     s.availability = system.availability;
     s.report = system.report;
     s.following = system.following;
+    s.keymapHeld = system.keymapHeld;
     s.choices = [system] { return Catalog::choices(system); };
     s.configFile = [] { return ConfigStore::file(); };
     s.configExists = [] { return QFileInfo::exists(ConfigStore::file()); };

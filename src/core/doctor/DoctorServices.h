@@ -38,6 +38,8 @@ struct DoctorServices
     std::function<InputSources::Availability()> availability;
     std::function<StackReport()> report;
     std::function<InputSources::Following()> following = [] { return InputSources::Following::announced; };
+    // Another party, such as a remote desktop client, holds the keyboard layout.
+    std::function<bool()> keymapHeld = [] { return false; };
     std::function<QList<InputChoice>()> choices;
     std::function<QString()> configFile;
     std::function<bool()> configExists;
