@@ -246,8 +246,9 @@ TEST_F(GnomeEndToEndTest, LeavesAKeymapSetFromOutsideAlone)
         german, [&] { return status()["state"].toString() == "keymap_held"; }, 15000));
     EXPECT_EQ(current(), us);
     for (const QJsonValue check : json(tolvar({"doctor", "--json"}))["checks"].toArray()) {
-        if (check["id"] == "keyboard-layout")
+        if (check["id"] == "keyboard-layout") {
             EXPECT_EQ(check["verdict"], "warn") << "the doctor says who holds the layout";
+        }
     }
 
     // The shell takes its own keymap back, and the pin is kept again.

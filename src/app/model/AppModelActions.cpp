@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QPointer>
+#include <QTimer>
 
 // Runs `work` through the services' background and hands its result to
 // `deliver` on the main thread, unless the model is gone by then.
@@ -42,6 +43,9 @@ void AppModel::start()
             if (weak)
                 weak->receiveAutomaticOutcome(outcome);
         });
+    // Once more from the event loop, where a backend may keep what it reads
+    // until its desktop says it changed: the first switch back need not ask.
+    QTimer::singleShot(0, this, &AppModel::refresh);
 }
 
 void AppModel::refreshLogin()
