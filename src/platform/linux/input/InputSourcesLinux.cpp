@@ -6,6 +6,7 @@
 #include "platform/linux/ibus/IBusInputSources.h"
 #include "platform/linux/input/LinuxInputBackend.h"
 #include "platform/linux/plasma/PlasmaInputSources.h"
+#include "platform/linux/plasma/X11ServerInputSources.h"
 
 namespace {
 
@@ -25,7 +26,7 @@ InputSources forBackend(LinuxInputBackend::Kind kind)
     case LinuxInputBackend::Kind::gnome: return throughSessionBus(GnomeInputSources::onSessionBus());
     case LinuxInputBackend::Kind::fcitx5: return throughSessionBus(Fcitx5InputSources::live());
     case LinuxInputBackend::Kind::plasma: return throughSessionBus(PlasmaInputSources::live());
-    case LinuxInputBackend::Kind::x11: return PlasmaInputSources::onX11Server();
+    case LinuxInputBackend::Kind::x11: return X11ServerInputSources::live();
     case LinuxInputBackend::Kind::ibus: break;
     }
     return IBusInputSources::at(IBusAddress::published);

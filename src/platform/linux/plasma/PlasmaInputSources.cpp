@@ -3,7 +3,7 @@
 #include "platform/linux/dbus/DBusBuses.h"
 #include "platform/linux/dbus/KnownSources.h"
 #include "platform/linux/dbus/SignalReceiver.h"
-#include "platform/linux/x11/X11Layout.h"
+#include "platform/linux/plasma/KxkbrcSettings.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -11,7 +11,6 @@
 #include <QDBusMessage>
 #include <QDBusServiceWatcher>
 #include <QSettings>
-#include <QStandardPaths>
 
 namespace {
 
@@ -35,32 +34,8 @@ struct Layout
     QString name;
 };
 
-// The user's layouts and variants, in the order Plasma uses them.
-struct Settings
-{
-    QStringList layouts;
-    QStringList variants;
-    QStringList options = {};
-
-    static Settings read(const QString &file)
-    {
-        const QSettings settings(file, QSettings::IniFormat);
-        return {settings.value(QStringLiteral("Layout/LayoutList")).toStringList(),
-                settings.value(QStringLiteral("Layout/VariantList")).toStringList(),
-                settings.value(QStringLiteral("Layout/Options")).toStringList()};
-    }
-
-    // The variant at `index` counts only while the settings agree with what
-    // Plasma runs; otherwise the short name alone.
-    QString id(qsizetype index, const QString &shortName) const
-    {
-        const QString variant = layouts.value(index) == shortName ? variants.value(index) : QString();
-        return variant.isEmpty() ? shortName : shortName + QLatin1Char('(') + variant + QLatin1Char(')');
-    }
-};
-
 // Plasma's layouts; none when it offers no service.
-std::optional<QList<Layout>> running(const Settings &settings)
+std::optional<QList<Layout>> running(const KxkbrcSettings &settings)
 {
     const QDBusMessage reply = call(QStringLiteral("getLayoutsList"));
     if (reply.type() != QDBusMessage::ReplyMessage || reply.arguments().isEmpty())
@@ -91,7 +66,7 @@ bool unserved(const QDBusMessage &reply)
 }
 
 // The single layout of the settings, when Plasma has no service because of it.
-QList<Layout> alone(const Settings &settings)
+QList<Layout> alone(const KxkbrcSettings &settings)
 {
     if (settings.layouts.size() != 1 || settings.layouts.constFirst().isEmpty())
         return {};
@@ -107,7 +82,7 @@ public:
 
     QList<SourceProperties> enabled(const QString &only = {}) const
     {
-        const Settings settings = Settings::read(m_kxkbrc);
+        const KxkbrcSettings settings = KxkbrcSettings::read(m_kxkbrc);
         QList<SourceProperties> sources;
         for (const Layout &layout : running(settings).value_or(alone(settings))) {
             if (only.isEmpty() || layout.id == only)
@@ -130,7 +105,7 @@ public:
     // without a keyboard, where there is nothing to read or switch.
     InputSources::Availability availability() const
     {
-        const std::optional<QList<Layout>> layouts = running(Settings::read(m_kxkbrc));
+        const std::optional<QList<Layout>> layouts = running(KxkbrcSettings::read(m_kxkbrc));
         return layouts && layouts->isEmpty() ? InputSources::Availability::noKeyboard
                                              : InputSources::Availability::available;
     }
@@ -191,68 +166,6 @@ StackReport report(const QString &kxkbrc)
                                                                       : StackSetting::Effect::switchesPerWindow}}};
 }
 
-// The layouts of the settings, each set alone on the X server.
-class ServerLayouts
-{
-public:
-    explicit ServerLayouts(QString kxkbrc)
-        : m_kxkbrc(std::move(kxkbrc))
-    {}
-
-    QList<SourceProperties> enabled(const QString &only = {}) const
-    {
-        QList<SourceProperties> sources;
-        for (const auto &[id, names] : layouts()) {
-            if (only.isEmpty() || id == only)
-                sources << SourceProperties::keyboard(id, id);
-        }
-        return sources;
-    }
-
-    static QString currentID()
-    {
-        const std::optional<X11Layout::Names> now = X11Layout::current();
-        if (!now || now->layout.isEmpty() || now->layout.contains(QLatin1Char(',')))
-            return {};
-        return now->variant.isEmpty() ? now->layout : now->layout + QLatin1Char('(') + now->variant + QLatin1Char(')');
-    }
-
-    qint32 select(const QString &id) const
-    {
-        for (const auto &[candidate, names] : layouts()) {
-            if (candidate == id)
-                return X11Layout::apply(names) ? 0 : InputSources::layoutNotApplied;
-        }
-        return InputSources::refused;
-    }
-
-    static InputSources::Availability availability()
-    {
-        return X11Layout::current() ? InputSources::Availability::available : InputSources::Availability::notRunning;
-    }
-
-private:
-    QList<std::pair<QString, X11Layout::Names>> layouts() const
-    {
-        const Settings settings = Settings::read(m_kxkbrc);
-        const QString options = settings.options.join(QLatin1Char(','));
-        QList<std::pair<QString, X11Layout::Names>> layouts;
-        for (qsizetype i = 0; i < settings.layouts.size(); ++i) {
-            const QString &layout = settings.layouts.at(i);
-            if (!layout.isEmpty())
-                layouts.append({settings.id(i, layout), {layout, settings.variants.value(i), options}});
-        }
-        return layouts;
-    }
-
-    QString m_kxkbrc;
-};
-
-QString kxkbrcPath()
-{
-    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QStringLiteral("/kxkbrc");
-}
-
 } // namespace
 
 namespace PlasmaInputSources {
@@ -295,29 +208,7 @@ InputSources at(const QString &kxkbrc)
 
 InputSources live()
 {
-    return at(kxkbrcPath());
-}
-
-InputSources onX11Server(const QString &kxkbrc)
-{
-    const auto layouts = std::make_shared<ServerLayouts>(kxkbrc);
-    InputSources sources{
-        [layouts] { return layouts->enabled(); },
-        [layouts](const QString &id) { return id.isEmpty() ? QList<SourceProperties>() : layouts->enabled(id); },
-        [] { return ServerLayouts::currentID(); }, [layouts](const QString &id) { return layouts->select(id); },
-        [] { return false; },
-        [](QObject *context, std::function<void()> callback) {
-            return X11Layout::observe(context, std::move(callback));
-        },
-        // Nothing tells of a changed kxkbrc: each call reads it afresh.
-        [](QObject *, const std::function<void()> &) { return false; }, QStringLiteral("x11"), false};
-    sources.availability = [] { return ServerLayouts::availability(); };
-    return sources;
-}
-
-InputSources onX11Server()
-{
-    return onX11Server(kxkbrcPath());
+    return at(KxkbrcSettings::path());
 }
 
 } // namespace PlasmaInputSources
