@@ -13,6 +13,7 @@
 #include <QDBusArgument>
 #include <QDBusMetaType>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
@@ -132,11 +133,21 @@ protected:
         // The shell logs that it started once its start-up work is done; before
         // that it can leave calls unanswered for seconds on a busy machine.
         const QString log = QDir::homePath() + "/gnome-shell.log";
+        // A loaded shell may still reload its sources, or its extensions, after
+        // it first answers: what it says must hold for a while.
+        QElapsedTimer steady;
         const auto ready = [&] {
             if (!readFile(log).contains("GNOME Shell started at"))
                 return false;
-            if (extensionEnabled() && !outdated() && !nameTaken())
-                return sourceIDs() == QStringList{us, german, hangul} && current() == us;
+            if (extensionEnabled() && !outdated() && !nameTaken()) {
+                if (sourceIDs() != QStringList{us, german, hangul} || current() != us) {
+                    steady.invalidate();
+                    return false;
+                }
+                if (!steady.isValid())
+                    steady.start();
+                return steady.elapsed() > 1500;
+            }
             // The shell has judged its extensions once it can say what became of this one.
             const QDBusMessage info =
                 DesktopSession::call("org.gnome.Shell", "/org/gnome/Shell", "org.gnome.Shell.Extensions",
