@@ -17,7 +17,6 @@ struct AutomationSource
 
     bool operator==(const AutomationSource &) const = default;
     QJsonObject toJson() const;
-    static std::optional<AutomationSource> fromJson(const QJsonValue &value);
 };
 
 // The pinned source; `name` is absent when it is not among the selectable sources.
@@ -29,7 +28,6 @@ struct AutomationTarget
 
     bool operator==(const AutomationTarget &) const = default;
     QJsonObject toJson() const;
-    static std::optional<AutomationTarget> fromJson(const QJsonValue &value);
 };
 
 // The whole system as the command line reports it.
@@ -50,8 +48,6 @@ struct AutomationStatus
 
     bool operator==(const AutomationStatus &) const = default;
     QJsonObject toJson() const;
-    static std::optional<AutomationStatus> fromJson(const QJsonValue &value);
 };
 
 QJsonObject toJson(const AutomationFailure &failure);
-std::optional<AutomationFailure> failureFromJson(const QJsonValue &value);
