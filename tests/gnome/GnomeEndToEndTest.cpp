@@ -301,6 +301,8 @@ TEST_F(GnomeEndToEndTest, KeyboardMenuShowsKeepingAndChangesItThroughTolvar)
     ASSERT_TRUE(use(openItem, "activate(null)"));
     ASSERT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, 15000))
         << qPrintable(status()["state"].toString());
+    EXPECT_EQ(status()["shownIn"].toArray(), QJsonArray{"keyboard_menu"});
+    EXPECT_TRUE(tolvar({"doctor"}).out.contains("Tolvar's section in GNOME Shell's keyboard menu"));
     EXPECT_EQ(item(keepItem), (QJsonArray{text("en", "menu.keep-source", "English (US)"), true, true}));
 
     // Pictures of the open menu, light and dark, for whoever names a folder for them.
@@ -353,7 +355,10 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
     const QJsonObject now = status();
     EXPECT_EQ(now["backend"].toString(), "gnome");
     EXPECT_EQ(now["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
-    EXPECT_TRUE(tolvar({"status"}).out.contains(("gnome-extensions enable " + GnomeShellExtension::uuid).toUtf8()));
+    EXPECT_EQ(now["shownIn"].toArray(), QJsonArray());
+    const QByteArray said = tolvar({"status"}).out;
+    EXPECT_TRUE(said.contains(("gnome-extensions enable " + GnomeShellExtension::uuid).toUtf8()));
+    EXPECT_TRUE(said.contains(L10n::text("cli.msg.unseen").toUtf8())) << said.constData();
     const QJsonArray shellsOwn = keyboardMenu();
     for (const QStringList &command : {QStringList{"list"}, {"set", "hangul"}, {"set", hangul}}) {
         const ProcessResult result = tolvar(command + QStringList{"--json"});

@@ -1,5 +1,7 @@
 #include "core/cli/AutomationStatus.h"
 
+#include <QJsonArray>
+
 namespace {
 
 QString followingName(InputSources::Following following)
@@ -36,6 +38,7 @@ QJsonObject AutomationStatus::toJson() const
         object.insert(QStringLiteral("backendError"), ::toJson(*backendError));
     if (following)
         object.insert(QStringLiteral("following"), followingName(*following));
+    object.insert(QStringLiteral("shownIn"), QJsonArray::fromStringList(shownIn));
     return object;
 }
 

@@ -6,6 +6,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -45,6 +46,8 @@ struct AutomationStatus
     std::optional<AutomationFailure> backendError = {};
     // How the backend learns of a switch ("signals" or "polling"), while it can be reached.
     std::optional<InputSources::Following> following = {};
+    // Where the session shows Tolvar ("tray", "keyboard_menu"); empty where nothing does.
+    QStringList shownIn = {};
 
     bool operator==(const AutomationStatus &) const = default;
     QJsonObject toJson() const;
