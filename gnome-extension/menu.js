@@ -159,7 +159,7 @@ export class KeyboardMenuSection {
         const languages = Object.keys(this._texts);
         const chosen = this._config?.language;
         const language = languages.includes(chosen) ? chosen
-            : GLib.get_language_names().map(name => languageFor(name, languages)).find(code => code) ?? 'en';
+            : GLib.get_language_names().map(wanted => languageFor(wanted, languages)).find(code => code) ?? 'en';
         return (this._texts[language][key] ?? this._texts.en[key]).replace('%1', () => name);
     }
 
