@@ -67,10 +67,13 @@ export class KeyboardMenuSection {
         this._service = service;
         const folder = Gio.File.new_for_path(extension.path);
         this._texts = readJson(folder.get_child('texts.json'));
-        // Installed beside the extension, under the same prefix; else wherever the shell finds it.
+        // Installed beside the extension, under the same prefix; else wherever
+        // the shell finds it. Without it the section could do nothing.
         const program = folder.resolve_relative_path(extension.metadata['tolvar-program']).get_path();
         this._program = GLib.file_test(program, GLib.FileTest.IS_EXECUTABLE)
-            ? program : GLib.find_program_in_path('tolvar') ?? program;
+            ? program : GLib.find_program_in_path('tolvar');
+        if (!this._program)
+            throw new Error(`no tolvar command at ${program} or on the PATH`);
         this._cancellable = new Gio.Cancellable();
         this._directory = configDirectory();
         this._file = this._directory.get_child('config.json');
