@@ -136,9 +136,10 @@ export class KeyboardMenuSection {
         });
     }
 
-    // Without the lock, as every reader of config.json: a rename replaces it whole.
-    _read() {
-        const read = ++this._reads;
+    // config.json as it is now, to `then`: null when unreadable, the defaults
+    // when missing. Read without the lock, as every reader of it: a rename
+    // replaces it whole.
+    _load(then) {
         this._file.load_contents_async(this._cancellable, (file, result) => {
             let config = null;
             try {
@@ -149,6 +150,13 @@ export class KeyboardMenuSection {
                 if (error.matches?.(Gio.IOErrorEnum, Gio.IOErrorEnum.NOT_FOUND))
                     config = {enabled: false, onboardingCompleted: false};
             }
+            then(config);
+        });
+    }
+
+    _read() {
+        const read = ++this._reads;
+        this._load(config => {
             if (read !== this._reads)
                 return;
             this._config = config;
@@ -191,11 +199,14 @@ export class KeyboardMenuSection {
         });
     }
 
+    // A switch that fails once the pin is written, say while another one is
+    // under way, leaves the source pinned, and keeping it is still wanted.
     _pinCurrent() {
-        this._run(['set', this._service.GetCurrent()], succeeded => {
-            if (succeeded)
+        const id = this._service.GetCurrent();
+        this._run(['set', id], () => this._load(config => {
+            if (config?.sourceID === id)
                 this._run(['resume'], () => {});
-        });
+        }));
     }
 
     // A second tolvar hands over to a running one, which then shows its window.
