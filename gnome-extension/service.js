@@ -38,6 +38,11 @@ const interfaceXml = `
       <arg type="b" name="external"/>
       <arg type="b" name="locked"/>
     </signal>
+    <!-- Whether the shell's keyboard menu shows Tolvar's section, which
+         stands in for a tray icon where the shell shows none. -->
+    <method name="GetMenuShown">
+      <arg type="b" direction="out" name="shown"/>
+    </method>
   </interface>
 </node>`;
 
@@ -62,6 +67,8 @@ export class InputSourcesService {
         this._signals = [];
         this._keymapSignal = 0;
         this._nameId = 0;
+        // Tolvar's section in the keyboard menu, once the caller has added one.
+        this.menu = null;
         this._object = Gio.DBusExportedObject.wrapJSObject(interfaceXml, this);
         try {
             this._object.export(Gio.DBus.session, objectPath);
@@ -145,6 +152,10 @@ export class InputSourcesService {
 
     GetKeymap() {
         return this._keyboard ? [this._keyboard.isExternal(), this._keyboard.isLocked()] : [false, false];
+    }
+
+    GetMenuShown() {
+        return this.menu?.shown ?? false;
     }
 
     Activate(id) {

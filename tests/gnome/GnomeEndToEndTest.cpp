@@ -2,6 +2,7 @@
 // Shell in the private session: sources xkb:us (current), xkb:de and
 // ibus:hangul, and Tolvar's extension installed under the temporary HOME the
 // way `cmake --install` puts it there.
+#include "core/l10n/L10n.h"
 #include "platform/input/GnomeShellExtension.h"
 #include "platform/linux/gnome/GnomeInputSources.h"
 #include "platform/linux/ibus/IBusAddress.h"
@@ -80,6 +81,39 @@ std::pair<bool, QString> evaluate(const QString &script)
     return {reply.value(0).toBool(), reply.value(1).toString()};
 }
 
+// The keyboard menu's items as the shell holds them: each one's label, whether
+// it is shown and a switch's state; a section as its items under its name.
+QJsonArray keyboardMenu()
+{
+    const QString items = evaluate("const seen = i => i._getMenuItems ? {[i.actor.name]: i._getMenuItems().map(seen)}"
+                                   " : [i.label?.text ?? '', i.visible, i.state ?? null];"
+                                   "Main.panel.statusArea.keyboard.menu._getMenuItems().map(seen)")
+                              .second;
+    return QJsonDocument::fromJson(items.toUtf8()).array();
+}
+
+// Tolvar's section: its title, then the switch, the offer to pin and the way to the window.
+enum Item { keepItem = 1, pinItem, openItem };
+QJsonArray item(Item index)
+{
+    for (const QJsonValue entry : keyboardMenu())
+        if (entry.toObject().contains("tolvar"))
+            return entry["tolvar"][index].toArray();
+    return {};
+}
+
+// Calls `call` on the section's item at `index`, as a click on it would.
+bool use(Item index, const QString &call)
+{
+    const QString section = "Main.panel.statusArea.keyboard.menu._getMenuItems().find(i => i.actor.name === 'tolvar')";
+    return evaluate(QString("%1._getMenuItems()[%2].%3; 0").arg(section).arg(index).arg(call)).first;
+}
+
+QString text(const QString &language, const char *key, const QString &name = {})
+{
+    return L10n::filled(StringTable::load(L10n::resourceDirectory(), language)->text(key).value_or(key), {name});
+}
+
 // Every process below `root`, children before their own children.
 QList<qint64> descendants(qint64 root)
 {
@@ -114,6 +148,9 @@ protected:
         m_systemBus.start("dbus-daemon", {"--session", "--nofork", "--address=" + systemBus});
         ASSERT_TRUE(run(TOLVAR_CMAKE, {"--install", TOLVAR_BUILD_DIR, "--prefix", QDir::homePath() + "/.local",
                                        "--component", "gnome_extension"}));
+        // Where the extension looks for the command: in bin/ under its own prefix.
+        ASSERT_TRUE(QDir::home().mkpath(".local/bin"));
+        ASSERT_TRUE(QFile::link(TOLVAR_EXECUTABLE, QDir::homePath() + "/.local/bin/tolvar"));
         if (outdated()) {
             const QString metadata = QDir::homePath() + "/.local/share/gnome-shell/extensions/"
                                      + GnomeShellExtension::uuid + "/metadata.json";
@@ -269,6 +306,58 @@ TEST_F(GnomeEndToEndTest, LeavesAKeymapSetFromOutsideAlone)
     EXPECT_TRUE(spinUntil([] { return current() == german; }, 10000)) << qPrintable(current());
 }
 
+TEST_F(GnomeEndToEndTest, KeyboardMenuShowsKeepingAndChangesItThroughTolvar)
+{
+    // Nothing pinned: the section offers the current source.
+    ASSERT_TRUE(spinUntil([] { return item(pinItem).at(1).toBool(); }, 5000));
+    EXPECT_EQ(item(pinItem).at(0).toString(), text("en", "menu.pin-source", "English (US)"));
+    EXPECT_FALSE(item(keepItem).at(1).toBool());
+    ASSERT_TRUE(use(pinItem, "activate(null)"));
+    // From the menu Tolvar starts, and keeps the pin.
+    ASSERT_TRUE(use(openItem, "activate(null)"));
+    ASSERT_TRUE(spinUntil([&] { return status()["state"] == "keeping"; }, 15000))
+        << qPrintable(status()["state"].toString());
+    EXPECT_EQ(status()["shownIn"].toArray(), QJsonArray{"keyboard_menu"});
+    EXPECT_TRUE(tolvar({"doctor"}).out.contains("Tolvar's section in GNOME Shell's keyboard menu"));
+    EXPECT_EQ(item(keepItem), (QJsonArray{text("en", "menu.keep-source", "English (US)"), true, true}));
+
+    // Pictures of the open menu, light and dark, for whoever names a folder for them.
+    const QString pictures = qEnvironmentVariable("TOLVAR_SCREENSHOTS", QDir::homePath());
+    ASSERT_TRUE(evaluate("Main.overview.hide(); Main.messageTray.bannerBlocked = true;"
+                         "Main.panel.statusArea.keyboard.menu.open(0); 0")
+                    .first);
+    for (const QString scheme : {"light", "dark"}) {
+        ASSERT_TRUE(run("gsettings", {"set", "org.gnome.desktop.interface", "color-scheme", "prefer-" + scheme}));
+        spinUntil([] { return false; }, 1000);
+        // The menu with the top bar above it and a margin around it, within the screen.
+        QVariantList area;
+        for (const QJsonValue edge :
+             QJsonDocument::fromJson(
+                 evaluate("const a = Main.panel.statusArea.keyboard.menu.actor;"
+                          "const [x, y] = a.get_transformed_position(); const left = x - 24;"
+                          "[left, 0, Math.min(global.screen_width - left, a.width + 48), y + a.height + 24]")
+                     .second.toUtf8())
+                 .array())
+            area << qRound(edge.toDouble());
+        const QDBusMessage shot = DesktopSession::call(
+            "org.gnome.Shell.Screenshot", "/org/gnome/Shell/Screenshot", "org.gnome.Shell.Screenshot", "ScreenshotArea",
+            area + QVariantList{false, pictures + "/gnome-menu-" + scheme + ".png"});
+        EXPECT_EQ(shot.arguments().value(0), QVariant(true)) << qPrintable(shot.errorMessage());
+    }
+    evaluate("Main.panel.statusArea.keyboard.menu.close(0)");
+
+    // Turned off in the menu, keeping pauses through Tolvar; resumed elsewhere, the switch follows.
+    ASSERT_TRUE(use(keepItem, "toggle()"));
+    EXPECT_TRUE(spinUntil([] { return !ConfigStore::loadOrDefault().enabled; }, 2000));
+    ASSERT_EQ(tolvar({"resume"}).exitCode, 0);
+    EXPECT_TRUE(spinUntil([] { return item(keepItem).at(2).toBool(); }, 2000));
+    // The language chosen in Tolvar's window.
+    Config config = ConfigStore::loadOrDefault();
+    config.language = "ja";
+    ASSERT_TRUE(ConfigStore::write(config, ConfigStore::directory()).ok());
+    EXPECT_TRUE(spinUntil([] { return item(keepItem).at(0) == text("ja", "menu.keep-source", "English (US)"); }, 2000));
+}
+
 class GnomeWithoutExtensionTest : public GnomeEndToEndTest
 {
 protected:
@@ -282,7 +371,11 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
     const QJsonObject now = status();
     EXPECT_EQ(now["backend"].toString(), "gnome");
     EXPECT_EQ(now["backendError"].toObject()["code"].toString(), "gnome_extension_missing");
-    EXPECT_TRUE(tolvar({"status"}).out.contains(("gnome-extensions enable " + GnomeShellExtension::uuid).toUtf8()));
+    EXPECT_EQ(now["shownIn"].toArray(), QJsonArray());
+    const QByteArray said = tolvar({"status"}).out;
+    EXPECT_TRUE(said.contains(("gnome-extensions enable " + GnomeShellExtension::uuid).toUtf8()));
+    EXPECT_TRUE(said.contains(L10n::text("cli.msg.unseen").toUtf8())) << said.constData();
+    const QJsonArray shellsOwn = keyboardMenu();
     for (const QStringList &command : {QStringList{"list"}, {"set", "hangul"}, {"set", hangul}}) {
         const ProcessResult result = tolvar(command + QStringList{"--json"});
         EXPECT_EQ(result.exitCode, 1) << qPrintable(command.join(' '));
@@ -305,6 +398,15 @@ TEST_F(GnomeWithoutExtensionTest, SaysHowToTurnItOnAndLeavesIBusAlone)
     EXPECT_EQ(installed.exitCode, 0) << installed.err.constData();
     EXPECT_TRUE(setting("org.gnome.shell", "enabled-extensions").contains(GnomeShellExtension::uuid));
     EXPECT_EQ(sourceIDs(), (QStringList{us, german, hangul}));
+
+    // Tolvar's section comes after the shell's own items and goes with the extension, leaving them as they were.
+    ASSERT_TRUE(spinUntil([&] { return keyboardMenu().size() == shellsOwn.size() + 1; }, 5000));
+    QJsonArray withSection = keyboardMenu();
+    EXPECT_TRUE(withSection.takeAt(shellsOwn.size()).toObject().contains("tolvar"));
+    EXPECT_EQ(withSection, shellsOwn);
+    ASSERT_TRUE(run("gnome-extensions", {"disable", GnomeShellExtension::uuid}));
+    EXPECT_TRUE(spinUntil([&] { return keyboardMenu() == shellsOwn; }, 5000))
+        << QJsonDocument(keyboardMenu()).toJson().constData();
 }
 
 class GnomeOutdatedExtensionTest : public GnomeEndToEndTest

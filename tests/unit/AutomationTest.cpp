@@ -92,7 +92,8 @@ TEST(AutomationTest, KeepingCommandsEditOnlyEnabled)
 AutomationStatus keeping()
 {
     const AutomationSource en{us, "English (US)"};
-    return {true, true, RuntimeState::Keeping, en, AutomationTarget{en.id, en.name, true}, false, true, "ibus"};
+    return {true, true, RuntimeState::Keeping,    en, AutomationTarget{en.id, en.name, true}, false, true, "ibus",
+            {},   {},   {"tray", "keyboard_menu"}};
 }
 
 AutomationStatus goneTarget()
@@ -102,6 +103,7 @@ AutomationStatus goneTarget()
     status.state = RuntimeState::Stopped;
     status.target = AutomationTarget{"m17n:zh/py", std::nullopt, false};
     status.current = {"com.example/é", "Ünïcode \"quoted\""};
+    status.shownIn.clear();
     return status;
 }
 
@@ -112,7 +114,8 @@ TEST(AutomationResponseTest, EncodesByteForByte)
         {AutomationResponse::success("status", keeping()),
             R"j({"command":"status","ok":true,"schemaVersion":1,"status":{"backend":"ibus",)j"
             R"j("current":{"id":"xkb:us::eng","name":"English (US)"},)j"
-            R"j("enabled":true,"loginEnabled":false,"onboardingCompleted":true,"running":true,"state":"keeping",)j"
+            R"j("enabled":true,"loginEnabled":false,"onboardingCompleted":true,"running":true,)j"
+            R"j("shownIn":["tray","keyboard_menu"],"state":"keeping",)j"
             R"j("target":{"available":true,"id":"xkb:us::eng","name":"English (US)"}}})j"},
         {AutomationResponse::success("status", goneTarget()),
             "{\"command\":\"status\",\"ok\":true,\"schemaVersion\":1,\"status\":{\"backend\":\"ibus\",\"current\":{"
@@ -120,7 +123,7 @@ TEST(AutomationResponseTest, EncodesByteForByte)
             "\xc3\xa9\","
             "\"name\":\"\xc3\x9cn\xc3\xaf"
             "code \\\"quoted\\\"\"},\"enabled\":true,\"loginEnabled\":false,\"onboardingCompleted\":true,"
-            "\"running\":false,\"state\":\"stopped\",\"target\":{\"available\":false,\"id\":\"m17n:zh/py\"}}}"},
+            "\"running\":false,\"shownIn\":[],\"state\":\"stopped\",\"target\":{\"available\":false,\"id\":\"m17n:zh/py\"}}}"},
         {AutomationResponse::listing("list", {{"xkb:us::eng", "English (US)"}, {"hangul", "Korean"}}),
             R"j({"command":"list","ok":true,"schemaVersion":1,"sources":[{"id":"xkb:us::eng","name":"English (US)"},)j"
             R"j({"id":"hangul","name":"Korean"}]})j"},

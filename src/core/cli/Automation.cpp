@@ -67,6 +67,10 @@ Expected<AutomationStatus, AutomationFailure> Automation::status(const std::opti
     status.backendError = blocked;
     if (reachable)
         status.following = m_services.following();
+    if (m_services.trayHost())
+        status.shownIn << QStringLiteral("tray");
+    if (reachable && m_services.inKeyboardMenu())
+        status.shownIn << QStringLiteral("keyboard_menu");
     return status;
 }
 

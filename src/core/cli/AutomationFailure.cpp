@@ -103,15 +103,6 @@ AutomationFailure AutomationFailure::of(Kind kind)
     return {kind, QString::fromLatin1(row.code), messageOf(row)};
 }
 
-AutomationFailure AutomationFailure::fromWire(const QString &code, const QString &message, const QString &detail)
-{
-    for (const Row &row : rows) {
-        if (code == QLatin1String(row.code) && message == messageOf(row))
-            return of(row.kind).withDetail(detail);
-    }
-    return {Kind::OperationFailed, code, message, detail};
-}
-
 std::optional<AutomationFailure> AutomationFailure::forAvailability(Availability availability, const QString &framework)
 {
     for (const Row &row : rows) {

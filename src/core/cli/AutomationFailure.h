@@ -54,8 +54,6 @@ struct AutomationFailure
     bool operator==(const AutomationFailure &) const = default;
 
     static AutomationFailure of(Kind kind);
-    // The failure a response names by its code and message; an unknown one stays as it came.
-    static AutomationFailure fromWire(const QString &code, const QString &message, const QString &detail);
 
     static AutomationFailure invalidArguments() { return of(Kind::InvalidArguments); }
     static AutomationFailure invalidConfig() { return of(Kind::InvalidConfig); }

@@ -32,6 +32,9 @@ struct AutomationServices
     // Whether that backend can reach the sources now.
     std::function<InputSources::Availability()> availability = [] { return InputSources::Availability::available; };
     std::function<InputSources::Following()> following = [] { return InputSources::Following::announced; };
+    // Where the session can show Tolvar: a tray, the desktop's keyboard menu.
+    std::function<bool()> trayHost = [] { return true; };
+    std::function<bool()> inKeyboardMenu = [] { return false; };
 
     // One command's contacts: it sees one list of sources and one availability.
     // `started` is config.json as the process read it on starting; the first

@@ -6,6 +6,7 @@
 
 #include <QJsonObject>
 #include <QString>
+#include <QStringList>
 
 #include <optional>
 
@@ -17,7 +18,6 @@ struct AutomationSource
 
     bool operator==(const AutomationSource &) const = default;
     QJsonObject toJson() const;
-    static std::optional<AutomationSource> fromJson(const QJsonValue &value);
 };
 
 // The pinned source; `name` is absent when it is not among the selectable sources.
@@ -29,7 +29,6 @@ struct AutomationTarget
 
     bool operator==(const AutomationTarget &) const = default;
     QJsonObject toJson() const;
-    static std::optional<AutomationTarget> fromJson(const QJsonValue &value);
 };
 
 // The whole system as the command line reports it.
@@ -47,11 +46,11 @@ struct AutomationStatus
     std::optional<AutomationFailure> backendError = {};
     // How the backend learns of a switch ("signals" or "polling"), while it can be reached.
     std::optional<InputSources::Following> following = {};
+    // Where the session shows Tolvar ("tray", "keyboard_menu"); empty where nothing does.
+    QStringList shownIn = {};
 
     bool operator==(const AutomationStatus &) const = default;
     QJsonObject toJson() const;
-    static std::optional<AutomationStatus> fromJson(const QJsonValue &value);
 };
 
 QJsonObject toJson(const AutomationFailure &failure);
-std::optional<AutomationFailure> failureFromJson(const QJsonValue &value);

@@ -316,6 +316,8 @@ void CLI::printStatus(const AutomationStatus &status)
         line(m_out, *note);
     if (status.backendError)
         line(m_out, status.backendError->humanText(m_services.automation.framework));
+    if (status.shownIn.isEmpty())
+        line(m_out, L10n::text("cli.msg.unseen"));
     if (!status.running)
         line(m_out, L10n::text("cli.msg.stopped"));
 }

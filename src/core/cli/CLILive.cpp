@@ -13,6 +13,7 @@
 #include "platform/AppPlaces.h"
 #include "platform/ApplicationRole.h"
 #include "platform/ExecutableLocation.h"
+#include "platform/SessionFacts.h"
 #include "platform/input/InputSources.h"
 
 #include <QEventLoop>
@@ -95,6 +96,8 @@ AutomationServices AutomationServices::live(std::optional<Expected<Config>> star
     s.framework = SourcesAvailability::frameworkName(system.backend);
     s.availability = once<InputSources::Availability>(system.availability);
     s.following = system.following;
+    s.trayHost = [] { return SessionFacts::live().trayHost().has_value(); };
+    s.inKeyboardMenu = system.inKeyboardMenu;
     return s;
 }
 

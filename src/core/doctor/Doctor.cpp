@@ -180,10 +180,13 @@ DoctorCheck keyboardLayout(const Seen &seen, const QString &sessionType)
     return {id, Verdict::info, session + QStringLiteral("; IBus's layout setting not read")};
 }
 
-DoctorCheck tray(const Seen &seen, const std::optional<QString> &host)
+DoctorCheck tray(const Seen &seen, const std::optional<QString> &host, const std::function<bool()> &inKeyboardMenu)
 {
     if (host)
         return {QStringLiteral("tray"), Verdict::ok, *host};
+    if (seen.availability == Availability::available && inKeyboardMenu())
+        return {QStringLiteral("tray"), Verdict::ok,
+                QStringLiteral("no tray; Tolvar's section in GNOME Shell's keyboard menu instead")};
     const bool gnome = seen.stack.backend == QLatin1String("gnome");
     return {QStringLiteral("tray"), Verdict::warn,
             QStringLiteral("no org.kde.StatusNotifierWatcher on the bus, no X11 tray"),
@@ -266,7 +269,7 @@ QList<DoctorCheck> run(const DoctorServices &services)
         pinnedSource(seen, services),
         desktopSwitching(seen),
         keyboardLayout(seen, services.sessionType()),
-        tray(seen, services.trayHost()),
+        tray(seen, services.trayHost(), services.inKeyboardMenu),
         loginItem(services),
         instance(services),
         configuration(seen, services),

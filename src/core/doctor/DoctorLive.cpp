@@ -47,6 +47,7 @@ DoctorServices DoctorServices::live()
     s.stack = session.stack;
     s.sessionType = session.sessionType;
     s.trayHost = session.trayHost;
+    s.inKeyboardMenu = system.inKeyboardMenu;
     s.framework = SourcesAvailability::frameworkName(system.backend);
     s.availability = system.availability;
     s.report = system.report;

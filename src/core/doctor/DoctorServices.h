@@ -33,6 +33,8 @@ struct DoctorServices
     std::function<SessionFacts::Stack()> stack;
     std::function<QString()> sessionType;
     std::function<std::optional<QString>()> trayHost;
+    // Whether the desktop's keyboard menu shows Tolvar instead.
+    std::function<bool()> inKeyboardMenu = [] { return false; };
     // The stack in use, by its framework's name ("IBus"), and what it says.
     QString framework;
     std::function<InputSources::Availability()> availability;

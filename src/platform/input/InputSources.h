@@ -94,6 +94,9 @@ struct InputSources
     // What the stack tells of itself, for a check of the machine; asked in a
     // bounded time, and only while the stack itself can be reached.
     std::function<StackReport()> report = [] { return StackReport{}; };
+    // Whether the desktop's own keyboard menu shows Tolvar now (GNOME Shell's,
+    // through the extension), which serves where no tray shows its icon.
+    std::function<bool()> inKeyboardMenu = [] { return false; };
 
     // Selects `id`, asking again up to three times, after `firstPause` and then
     // twice as long each time, while the system turns it down: IBus refuses a

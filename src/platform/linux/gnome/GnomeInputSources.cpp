@@ -152,6 +152,14 @@ bool keymapHeld()
     });
 }
 
+// An extension older than this has no section to show.
+bool inKeyboardMenu()
+{
+    const QVariant shown =
+        firstArgument(call(service, path, interface, QStringLiteral("GetMenuShown"), {}, reportTimeoutMs));
+    return shown.metaType() == QMetaType::fromType<bool>() && shown.toBool();
+}
+
 qint32 activate(const QString &id)
 {
     const QDBusMessage reply = callExtension(QStringLiteral("Activate"), {id});
@@ -228,6 +236,7 @@ InputSources onSessionBus()
     sources.keymapHeld = keymapHeld;
     sources.availability = availability;
     sources.report = report;
+    sources.inKeyboardMenu = inKeyboardMenu;
     // The extension's signal carries the new source, and another tells of a changed list.
     const auto known = std::make_shared<KnownSources>(KnownSources::Signals{
         .service = service,
