@@ -2,6 +2,8 @@
 
 #include "platform/linux/dbus/DBusBuses.h"
 
+#include <QDBusPendingCallWatcher>
+
 namespace Fcitx5Controller {
 
 QDBusMessage message(const QString &method, const QVariantList &arguments)
@@ -24,6 +26,50 @@ QString text(const QDBusMessage &reply)
         return {};
     const QVariant first = reply.arguments().constFirst();
     return first.metaType() == QMetaType::fromType<QString>() ? first.toString() : QString();
+}
+
+QDBusArgument argument(const QDBusMessage &reply, qsizetype index, const char *signature)
+{
+    if (reply.type() != QDBusMessage::ReplyMessage)
+        return {};
+    const QVariant value = reply.arguments().value(index);
+    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
+        return {};
+    QDBusArgument argument = value.value<QDBusArgument>();
+    return argument.currentSignature() == QLatin1String(signature) ? argument : QDBusArgument();
+}
+
+QStringList groupItems(const QDBusMessage &groupInfo)
+{
+    const QDBusArgument items = argument(groupInfo, 1, "a(ss)");
+    if (items.currentSignature().isEmpty())
+        return {};
+    QStringList names;
+    items.beginArray();
+    while (!items.atEnd()) {
+        QString name, layout;
+        items.beginStructure();
+        items >> name >> layout;
+        items.endStructure();
+        names << name;
+    }
+    items.endArray();
+    return names;
+}
+
+bool callLater(const QString &method, const QVariantList &arguments, QObject *context,
+               std::function<void(const QDBusMessage &reply)> answered)
+{
+    const std::optional<QDBusConnection> bus = DBusBuses::session();
+    if (!bus)
+        return false;
+    auto *watcher = new QDBusPendingCallWatcher(bus->asyncCall(message(method, arguments), callTimeoutMs), context);
+    QObject::connect(watcher, &QDBusPendingCallWatcher::finished, context,
+                     [answered = std::move(answered)](QDBusPendingCallWatcher *finished) {
+                         finished->deleteLater();
+                         answered(finished->reply());
+                     });
+    return true;
 }
 
 } // namespace Fcitx5Controller

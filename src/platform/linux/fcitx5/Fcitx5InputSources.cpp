@@ -6,7 +6,7 @@
 #include "platform/linux/dbus/SignalReceiver.h"
 #include "platform/linux/fcitx5/Fcitx5Addon.h"
 #include "platform/linux/fcitx5/Fcitx5Controller.h"
-#include "platform/linux/fcitx5/Fcitx5SelectionPoll.h"
+#include "platform/linux/fcitx5/Fcitx5Poll.h"
 
 #include <QDBusArgument>
 #include <QDBusConnection>
@@ -27,7 +27,10 @@ using namespace std::chrono_literals;
 // bench: median 160 ms, p95 200 ms); each look costs about 0.25 ms of CPU,
 // some 60 ms a minute while a source is kept, and nothing while none is
 // (bench/run-engine --backend fcitx5).
-constexpr auto pollInterval = 250ms;
+constexpr auto selectionInterval = 250ms;
+// Nor a changed group: the controller declares a signal for it but never sends
+// it. A group is edited seldom, and its look costs two calls.
+constexpr auto groupInterval = 2s;
 
 struct Entry
 {
@@ -36,23 +39,12 @@ struct Entry
     QString language;
 };
 
-QDBusArgument argumentOf(const QDBusMessage &reply, qsizetype index, const char *signature)
-{
-    if (reply.type() != QDBusMessage::ReplyMessage)
-        return {};
-    const QVariant value = reply.arguments().value(index);
-    if (value.metaType() != QMetaType::fromType<QDBusArgument>())
-        return {};
-    QDBusArgument argument = value.value<QDBusArgument>();
-    return argument.currentSignature() == QLatin1String(signature) ? argument : QDBusArgument();
-}
-
 // Every input method Fcitx5 has loaded, by unique name.
 QHash<QString, Entry> available()
 {
     QHash<QString, Entry> entries;
     const QDBusArgument argument =
-        argumentOf(Fcitx5Controller::call(QStringLiteral("AvailableInputMethods")), 0, "a(ssssssb)");
+        Fcitx5Controller::argument(Fcitx5Controller::call(QStringLiteral("AvailableInputMethods")), 0, "a(ssssssb)");
     if (argument.currentSignature().isEmpty())
         return entries;
     argument.beginArray();
@@ -75,21 +67,7 @@ QStringList groupItems()
     const QString group = Fcitx5Controller::text(Fcitx5Controller::call(QStringLiteral("CurrentInputMethodGroup")));
     if (group.isEmpty())
         return {};
-    const QDBusArgument argument =
-        argumentOf(Fcitx5Controller::call(QStringLiteral("InputMethodGroupInfo"), {group}), 1, "a(ss)");
-    if (argument.currentSignature().isEmpty())
-        return {};
-    QStringList names;
-    argument.beginArray();
-    while (!argument.atEnd()) {
-        QString name, layout;
-        argument.beginStructure();
-        argument >> name >> layout;
-        argument.endStructure();
-        names << name;
-    }
-    argument.endArray();
-    return names;
+    return Fcitx5Controller::groupItems(Fcitx5Controller::call(QStringLiteral("InputMethodGroupInfo"), {group}));
 }
 
 // An item whose method Fcitx5 has not loaded cannot be selected; it keeps its
@@ -132,36 +110,47 @@ qint32 statusOf(const QDBusMessage &reply)
     return reply.type() == QDBusMessage::ReplyMessage ? 0 : SelectStatus::ofError(reply);
 }
 
-// How every observer learns of a switch: from Tolvar's addon while Fcitx5 has
-// it loaded, else by polls, started and stopped together. The addon comes and
-// goes with Fcitx5, which may start again with or without it.
+bool lookAtCurrent(QObject *context, std::function<void(std::optional<QString>)> seen)
+{
+    return Fcitx5Controller::callLater(QStringLiteral("CurrentInputMethod"), {}, context,
+                                       [seen](const QDBusMessage &reply) { seen(Fcitx5Controller::text(reply)); });
+}
+
+// The current group's name and items as one text, which a switch to another
+// group and an edit of this one both change.
+bool lookAtGroup(QObject *context, std::function<void(std::optional<QString>)> seen)
+{
+    return Fcitx5Controller::callLater(
+        QStringLiteral("CurrentInputMethodGroup"), {}, context, [context, seen](const QDBusMessage &reply) {
+            const QString group = Fcitx5Controller::text(reply);
+            if (group.isEmpty()) {
+                seen(group);
+                return;
+            }
+            const auto items = [group, seen](const QDBusMessage &info) {
+                seen((QStringList{group} + Fcitx5Controller::groupItems(info)).join(u'\n'));
+            };
+            if (!Fcitx5Controller::callLater(QStringLiteral("InputMethodGroupInfo"), {group}, context, items))
+                seen(std::nullopt);
+        });
+}
+
+// How every observer learns of a switch or a changed group: from Tolvar's
+// addon while Fcitx5 has it loaded, else by polls, started and stopped
+// together. The addon comes and goes with Fcitx5, which may start again with
+// or without it.
 class Watches : public std::enable_shared_from_this<Watches>
 {
 public:
-    bool add(QObject *context, std::function<void()> callback)
+    bool addSelected(QObject *context, std::function<void()> callback)
     {
-        const std::optional<QDBusConnection> session = DBusBuses::session();
-        if (!context || !session)
-            return false;
-        QDBusConnection bus = *session;
-        auto *receiver = new SignalReceiver(callback, context);
-        bus.connect(Fcitx5Addon::service, Fcitx5Addon::path, Fcitx5Addon::interface, QStringLiteral("CurrentChanged"),
-                    receiver, SLOT(deliver()));
-        auto *watcher = new QDBusServiceWatcher(
-            Fcitx5Addon::service, bus,
-            QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration, receiver);
-        // Whatever happened while nobody was told is caught up at each change of hands.
-        const auto handOver = [self = shared_from_this(), receiver](bool present) {
-            self->setAddon(present);
-            receiver->deliver();
-        };
-        QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, [handOver] { handOver(true); });
-        QObject::connect(watcher, &QDBusServiceWatcher::serviceUnregistered, receiver, [handOver] { handOver(false); });
-        auto *poll = new Fcitx5SelectionPoll(std::move(callback), pollInterval, context);
-        m_polls.removeIf([](const QPointer<Fcitx5SelectionPoll> &p) { return p.isNull(); });
-        m_polls << poll;
-        setAddon(Fcitx5Addon::present());
-        return true;
+        return add(context, std::move(callback), QStringLiteral("CurrentChanged"), lookAtCurrent, selectionInterval,
+                   m_selection);
+    }
+
+    bool addGroups(QObject *context, std::function<void()> callback)
+    {
+        return add(context, std::move(callback), QStringLiteral("GroupsChanged"), lookAtGroup, groupInterval, m_groups);
     }
 
     void setNeeded(bool needed)
@@ -174,12 +163,43 @@ public:
     // take the next outside switch back to the same method for no change.
     void selected(const QString &current)
     {
-        for (const QPointer<Fcitx5SelectionPoll> &poll : std::as_const(m_polls))
+        for (const QPointer<Fcitx5Poll> &poll : std::as_const(m_selection))
             if (poll)
                 poll->setLast(current);
     }
 
 private:
+    using Polls = QList<QPointer<Fcitx5Poll>>;
+
+    bool add(QObject *context, std::function<void()> callback, const QString &signal, const Fcitx5Poll::Look &look,
+             std::chrono::milliseconds interval, Polls &polls)
+    {
+        const std::optional<QDBusConnection> session = DBusBuses::session();
+        if (!context || !session)
+            return false;
+        QDBusConnection bus = *session;
+        auto *receiver = new SignalReceiver(callback, context);
+        if (!bus.connect(Fcitx5Addon::service, Fcitx5Addon::path, Fcitx5Addon::interface, signal, receiver,
+                         SLOT(deliver()))) {
+            delete receiver;
+            return false;
+        }
+        auto *watcher = new QDBusServiceWatcher(
+            Fcitx5Addon::service, bus,
+            QDBusServiceWatcher::WatchForRegistration | QDBusServiceWatcher::WatchForUnregistration, receiver);
+        // Whatever happened while nobody was told is caught up at each change of hands.
+        const auto handOver = [self = shared_from_this(), receiver](bool present) {
+            self->setAddon(present);
+            receiver->deliver();
+        };
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, [handOver] { handOver(true); });
+        QObject::connect(watcher, &QDBusServiceWatcher::serviceUnregistered, receiver, [handOver] { handOver(false); });
+        polls.removeIf([](const QPointer<Fcitx5Poll> &poll) { return poll.isNull(); });
+        polls << new Fcitx5Poll(look, std::move(callback), interval, receiver);
+        setAddon(Fcitx5Addon::present());
+        return true;
+    }
+
     void setAddon(bool present)
     {
         m_addon = present;
@@ -188,14 +208,16 @@ private:
 
     void apply()
     {
-        for (const QPointer<Fcitx5SelectionPoll> &poll : std::as_const(m_polls))
-            if (poll)
-                poll->setRunning(m_needed && !m_addon);
+        for (const Polls *polls : {&m_selection, &m_groups})
+            for (const QPointer<Fcitx5Poll> &poll : *polls)
+                if (poll)
+                    poll->setRunning(m_needed && !m_addon);
     }
 
     bool m_needed = true;
     bool m_addon = false;
-    QList<QPointer<Fcitx5SelectionPoll>> m_polls;
+    Polls m_selection;
+    Polls m_groups;
 };
 
 // Fcitx5 accepts any name without a word: only reading back tells.
@@ -208,23 +230,21 @@ qint32 selectIM(const QString &id, Watches &watches)
     return current == id ? 0 : InputSources::refused;
 }
 
-// A changed group, and Fcitx5 starting again, can change the list. Only the
-// addon tells of a changed group: the controller declares its signal but never
-// sends it.
-bool observeEnabled(QObject *context, std::function<void()> callback)
+// A changed group, and Fcitx5 starting again, can change the list.
+bool observeEnabled(QObject *context, std::function<void()> callback, Watches &watches)
 {
     const std::optional<QDBusConnection> session = DBusBuses::session();
     if (!context || !session)
         return false;
-    auto *receiver = new SignalReceiver(std::move(callback), context);
+    auto *receiver = new SignalReceiver(callback, context);
     QDBusConnection bus = *session;
     auto *watcher =
         new QDBusServiceWatcher(Fcitx5Controller::service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);
     QObject::connect(watcher, &QDBusServiceWatcher::serviceRegistered, receiver, &SignalReceiver::deliver);
+    // Should a later Fcitx5 send the signal it declares.
     bus.connect(Fcitx5Controller::service, Fcitx5Controller::path, Fcitx5Controller::interface,
                 QStringLiteral("InputMethodGroupsChanged"), receiver, SLOT(deliver()));
-    return bus.connect(Fcitx5Addon::service, Fcitx5Addon::path, Fcitx5Addon::interface, QStringLiteral("GroupsChanged"),
-                       receiver, SLOT(deliver()));
+    return watches.addGroups(context, std::move(callback));
 }
 
 // Without a shared input state every input context keeps a method of its own,
@@ -270,9 +290,12 @@ InputSources live()
                          .secureInput = [] { return false; },
                          .observeSelected =
                              [watches](QObject *context, std::function<void()> callback) {
-                                 return watches->add(context, std::move(callback));
+                                 return watches->addSelected(context, std::move(callback));
                              },
-                         .observeEnabled = observeEnabled,
+                         .observeEnabled =
+                             [watches](QObject *context, std::function<void()> callback) {
+                                 return observeEnabled(context, std::move(callback), *watches);
+                             },
                          .backend = QStringLiteral("fcitx5"),
                          // SetCurrentIM takes effect at once, whatever the method.
                          .cjkvNeedsFocus = false,

@@ -1,0 +1,44 @@
+#include "platform/linux/fcitx5/Fcitx5Poll.h"
+
+Fcitx5Poll::Fcitx5Poll(Look look, std::function<void()> changed, std::chrono::milliseconds interval, QObject *parent)
+    : QObject(parent)
+    , m_look(std::move(look))
+    , m_changed(std::move(changed))
+    , m_timer(this)
+{
+    m_timer.setInterval(interval);
+    connect(&m_timer, &QTimer::timeout, this, &Fcitx5Poll::look);
+}
+
+void Fcitx5Poll::setRunning(bool running)
+{
+    // The first look learns what is there: the sooner, the less goes unseen.
+    if (running && !m_timer.isActive()) {
+        m_timer.start();
+        look();
+    } else if (!running)
+        m_timer.stop();
+}
+
+void Fcitx5Poll::setLast(const QString &last)
+{
+    m_last = last;
+}
+
+void Fcitx5Poll::look()
+{
+    if (m_waiting)
+        return;
+    m_waiting = true;
+    const bool asked = m_look(this, [this](std::optional<QString> seen) {
+        m_waiting = false;
+        if (!seen || seen == m_last)
+            return;
+        const bool first = !m_last;
+        m_last = seen;
+        if (!first)
+            m_changed();
+    });
+    if (!asked)
+        m_waiting = false;
+}
