@@ -9,6 +9,7 @@
 #include "platform/linux/ibus/IBusInputSources.h"
 
 #include "support/DesktopSession.h"
+#include "support/ParamName.h"
 #include "support/StoppedStack.h"
 
 #include <QDBusArgument>
@@ -275,15 +276,26 @@ TEST_F(GnomeEndToEndTest, SetMakesTheShellSwitchAndTheInstanceSwitchesBack)
     EXPECT_EQ(StoppedStack::look(backend, program().processId(), false).current, german);
 }
 
-TEST_F(GnomeEndToEndTest, LeavesAKeymapSetFromOutsideAlone)
+// A keymap the shell did not choose: one set from outside, or one locked.
+struct HeldCase
 {
-    // Through the same call as mutter's remote desktop sessions, whose own SetKeymap
-    // brings down a headless GNOME 51. The shell took no part in choosing this one.
-    const auto [set, error] = evaluate("global.backend.set_keymap_async(imports.gi.Meta.KeymapDescription"
-                                       ".new_from_rules('pc105', 'fr', '', '', ['French'], ['fr']), 0, null); 0");
+    const char *name;
+    const char *hold;
+    const char *release;
+    QVariantList flags; // (external, locked) as the extension tells them
+};
+
+class GnomeKeymapTest : public GnomeEndToEndTest, public testing::WithParamInterface<HeldCase>
+{
+};
+
+TEST_P(GnomeKeymapTest, LeavesAHeldKeymapAlone)
+{
+    const HeldCase &held = GetParam();
+    const auto [set, error] = evaluate(held.hold);
     if (!set)
-        GTEST_SKIP() << "this shell has no keymaps set from outside (GNOME 50 and later): " << qPrintable(error);
-    ASSERT_TRUE(spinUntil([] { return callExtension("GetKeymap").arguments() == QVariantList{true, false}; }, 5000));
+        GTEST_SKIP() << "this shell has no keymaps held from outside (GNOME 50 and later): " << qPrintable(error);
+    ASSERT_TRUE(spinUntil([&] { return callExtension("GetKeymap").arguments() == held.flags; }, 5000));
     const ProcessResult switched = tolvar({"set", german, "--json"});
     EXPECT_EQ(switched.exitCode, 1);
     EXPECT_EQ(errorCode(switched), "keymap_held");
@@ -296,12 +308,32 @@ TEST_F(GnomeEndToEndTest, LeavesAKeymapSetFromOutsideAlone)
         }
     }
 
-    // The shell takes its own keymap back, and the pin is kept again.
-    ASSERT_TRUE(evaluate("import('resource:///org/gnome/shell/misc/keyboardManager.js')"
-                         ".then(m => m.getKeyboardManager().reapply()); 0")
+    // The shell has its own keymap back, and the pin is kept again.
+    ASSERT_TRUE(evaluate(QString("import('resource:///org/gnome/shell/misc/keyboardManager.js')"
+                                 ".then(m => { const k = m.getKeyboardManager(); %1; }); 0")
+                             .arg(held.release))
                     .first);
     EXPECT_TRUE(spinUntil([] { return current() == german; }, 10000)) << qPrintable(current());
 }
+
+// A remote desktop session sets the keymap through the same call as here; its
+// own SetKeymap brings down a headless GNOME 51. Only mutter's C code locks a
+// keymap, so the shell is told of a lock as mutter would tell it.
+INSTANTIATE_TEST_SUITE_P(
+    Gnome, GnomeKeymapTest,
+    testing::Values(HeldCase{"SetFromOutside",
+                             "global.backend.set_keymap_async(imports.gi.Meta.KeymapDescription"
+                             ".new_from_rules('pc105', 'fr', '', '', ['French'], ['fr']), 0, null); 0",
+                             "k.reapply()",
+                             {true, false}},
+                    HeldCase{
+                        "Locked",
+                        "imports.gi.Meta.KeymapDescription.prototype.is_locked;"
+                        "import('resource:///org/gnome/shell/misc/keyboardManager.js').then(m => {"
+                        " const k = m.getKeyboardManager(); k.isLocked = () => true; k.emit('keymap-changed'); }); 0",
+                        "delete k.isLocked; k.emit('keymap-changed')",
+                        {false, true}}),
+    ParamName());
 
 TEST_F(GnomeEndToEndTest, KeyboardMenuShowsKeepingAndChangesItThroughTolvar)
 {
