@@ -16,7 +16,9 @@
 #include <QSettings>
 #include <QStandardPaths>
 
+#include <algorithm>
 #include <memory>
+#include <optional>
 
 namespace {
 
@@ -150,8 +152,29 @@ public:
 
     bool addGroups(QObject *context, std::function<void()> callback)
     {
-        return add(context, std::move(callback), QStringLiteral("GroupsChanged"), lookAtGroup, groupInterval, m_groups);
+        const auto told = [weak = weak_from_this(), callback] {
+            if (const auto self = weak.lock())
+                self->forget();
+            callback();
+        };
+        return add(context, told, QStringLiteral("GroupsChanged"), lookAtGroup, groupInterval, m_groups);
     }
+
+    // Without the addon the group's look is the list's only signal: while one
+    // runs and knows the group, the list read once is kept until it tells.
+    QList<SourceProperties> enabled(const std::function<QList<SourceProperties>()> &read)
+    {
+        const bool watched = std::any_of(m_groups.cbegin(), m_groups.cend(),
+                                         [](const QPointer<Fcitx5Poll> &poll) { return poll && poll->knows(); });
+        if (!watched)
+            return read();
+        if (!m_enabled)
+            m_enabled = read();
+        return *m_enabled;
+    }
+
+    // A changed group, or Fcitx5 started again, perhaps with other methods.
+    void forget() { m_enabled.reset(); }
 
     void setNeeded(bool needed)
     {
@@ -208,6 +231,7 @@ private:
 
     void apply()
     {
+        forget();
         for (const Polls *polls : {&m_selection, &m_groups})
             for (const QPointer<Fcitx5Poll> &poll : *polls)
                 if (poll)
@@ -218,6 +242,7 @@ private:
     bool m_addon = false;
     Polls m_selection;
     Polls m_groups;
+    std::optional<QList<SourceProperties>> m_enabled;
 };
 
 // Fcitx5 accepts any name without a word: only reading back tells.
@@ -231,12 +256,17 @@ qint32 selectIM(const QString &id, Watches &watches)
 }
 
 // A changed group, and Fcitx5 starting again, can change the list.
-bool observeEnabled(QObject *context, std::function<void()> callback, Watches &watches)
+bool observeEnabled(QObject *context, std::function<void()> callback, const std::shared_ptr<Watches> &watches)
 {
     const std::optional<QDBusConnection> session = DBusBuses::session();
     if (!context || !session)
         return false;
-    auto *receiver = new SignalReceiver(callback, context);
+    const auto changed = [weak = std::weak_ptr<Watches>(watches), callback] {
+        if (const auto known = weak.lock())
+            known->forget();
+        callback();
+    };
+    auto *receiver = new SignalReceiver(changed, context);
     QDBusConnection bus = *session;
     auto *watcher =
         new QDBusServiceWatcher(Fcitx5Controller::service, bus, QDBusServiceWatcher::WatchForRegistration, receiver);
@@ -244,7 +274,7 @@ bool observeEnabled(QObject *context, std::function<void()> callback, Watches &w
     // Should a later Fcitx5 send the signal it declares.
     bus.connect(Fcitx5Controller::service, Fcitx5Controller::path, Fcitx5Controller::interface,
                 QStringLiteral("InputMethodGroupsChanged"), receiver, SLOT(deliver()));
-    return watches.addGroups(context, std::move(callback));
+    return watches->addGroups(context, std::move(callback));
 }
 
 // Without a shared input state every input context keeps a method of its own,
@@ -281,7 +311,7 @@ InputSources live()
         .currentOf = [](const QDBusMessage &signal,
                         const QList<SourceProperties> *) { return signal.arguments().value(0).toString(); },
         .listChanged = {QStringLiteral("GroupsChanged")}});
-    InputSources sources{.enabled = [] { return describe(groupItems()); },
+    InputSources sources{.enabled = [watches] { return watches->enabled([] { return describe(groupItems()); }); },
                          // From the enabled sources, as known.
                          .matching = {},
                          .currentID = currentID,
@@ -294,7 +324,7 @@ InputSources live()
                              },
                          .observeEnabled =
                              [watches](QObject *context, std::function<void()> callback) {
-                                 return observeEnabled(context, std::move(callback), *watches);
+                                 return observeEnabled(context, std::move(callback), watches);
                              },
                          .backend = QStringLiteral("fcitx5"),
                          // SetCurrentIM takes effect at once, whatever the method.

@@ -20,6 +20,11 @@ void Fcitx5Poll::setRunning(bool running)
         m_timer.stop();
 }
 
+bool Fcitx5Poll::knows() const
+{
+    return m_timer.isActive() && m_last.has_value();
+}
+
 void Fcitx5Poll::setLast(const QString &last)
 {
     m_last = last;

@@ -22,6 +22,8 @@ public:
     Fcitx5Poll(Look look, std::function<void()> changed, std::chrono::milliseconds interval, QObject *parent);
 
     void setRunning(bool running);
+    // Whether it runs and has seen something, so that a change will be told.
+    bool knows() const;
     // What this process last saw otherwise.
     void setLast(const QString &last);
 
