@@ -106,9 +106,7 @@ TEST_F(Fcitx5Test, BackgroundInstanceUndoesOutsideSwitchesUntilPausedAndAcrossAR
 // list is read afresh at each call.
 TEST_F(Fcitx5Test, GroupChangeIsListed)
 {
-    const QDBusMessage set = Fcitx5Session::controller(
-        "SetInputMethodGroupInfo",
-        {"Default", "us", QVariant::fromValue(QList<Fcitx5ClientInfo>{{us, ""}, {hangul, ""}})});
+    const QDBusMessage set = Fcitx5Session::setGroup({us, hangul});
     ASSERT_EQ(set.type(), QDBusMessage::ReplyMessage) << qPrintable(set.errorMessage());
     EXPECT_EQ(m_session.listed(), (QStringList{us, hangul}));
 }
@@ -176,12 +174,21 @@ TEST_P(Fcitx5FollowTest, SeesSwitchesAndGroupChanges)
     EXPECT_EQ(stopped.enabled, (QStringList{us, german, hangul}));
     // Without the addon, a look at the group every 2 s tells (its first look only learned it).
     const int told = groups;
-    Fcitx5Session::controller("SetInputMethodGroupInfo",
-                              {"Default", "us", QVariant::fromValue(QList<Fcitx5ClientInfo>{{us, ""}, {german, ""}})});
+    Fcitx5Session::setGroup({us, german});
     EXPECT_TRUE(spinUntil([&] { return groups > told; }, 5000)) << "a changed group is told";
     qsizetype listed = 0;
     StoppedStack::inLoop([&] { listed = backend.enabled().size(); });
     EXPECT_EQ(listed, 2) << "a changed group is read again";
+    if (!GetParam().addonFirst) {
+        // Paused, nothing looks at the group, so each read asks.
+        backend.needSelected(false);
+        for (const QStringList &group : {QStringList{us}, QStringList{us, hangul}}) {
+            Fcitx5Session::setGroup(group);
+            StoppedStack::inLoop([&] { listed = backend.enabled().size(); });
+            EXPECT_EQ(listed, group.size()) << "paused, an edited group is read afresh";
+        }
+        backend.needSelected(true);
+    }
     m_session.stop();
     ASSERT_TRUE(m_session.start({us, german, hangul}, GetParam().addonThen ? TOLVAR_BUILD_DIR : QByteArray()));
     expectFollowing(GetParam().addonThen, context, heard);
