@@ -2,6 +2,7 @@
 // fcitx5 (group: keyboard-us, keyboard-de, hangul), which the fixture starts.
 #include "core/sources/Catalog.h"
 #include "platform/linux/fcitx5/Fcitx5InputSources.h"
+#include "platform/linux/fcitx5/Fcitx5Poll.h"
 #include "platform/linux/input/LinuxInputBackend.h"
 
 #include "desktops/Fcitx5Session.h"
@@ -15,6 +16,8 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+using namespace std::chrono_literals;
 
 const QString us = "keyboard-us";
 const QString german = "keyboard-de";
@@ -172,7 +175,7 @@ TEST_P(Fcitx5FollowTest, SeesSwitchesAndGroupChanges)
     const StoppedStack stopped = StoppedStack::look(backend, m_session.program().processId());
     EXPECT_EQ(stopped.current, GetParam().addonFirst ? Fcitx5Session::current() : QString());
     EXPECT_EQ(stopped.enabled, (QStringList{us, german, hangul}));
-    // Without the addon, a look at the group every 2 s tells (its first look only learned it).
+    // Without the addon, a look at the group every 2 s tells.
     const int told = groups;
     Fcitx5Session::setGroup({us, german});
     EXPECT_TRUE(spinUntil([&] { return groups > told; }, 5000)) << "a changed group is told";
@@ -199,6 +202,22 @@ INSTANTIATE_TEST_SUITE_P(Fcitx5, Fcitx5FollowTest,
                                          FollowCase{"AddonComesWithARestart", false, true},
                                          FollowCase{"AddonGoneAfterARestart", true, false}),
                          ParamName());
+
+// A look answered before our own switch must not hide the next switch to what it saw.
+TEST(Fcitx5PollTest, AnAnswerOlderThanOurOwnSwitchIsDropped)
+{
+    std::function<void(std::optional<QString>)> answer;
+    int told = 0;
+    QObject parent;
+    Fcitx5Poll poll([&](QObject *, auto seen) { return answer = std::move(seen), true; }, [&] { ++told; }, 1h, &parent);
+    poll.setRunning(true);
+    poll.setLast(german);
+    answer(us);
+    poll.setRunning(false);
+    poll.setRunning(true);
+    answer(us);
+    EXPECT_EQ(told, 1) << "a switch to the old answer's method is told";
+}
 
 // Without a running fcitx5 nothing may start it, neither the choice nor a call.
 class Fcitx5AbsentTest : public testing::TestWithParam<const char *>

@@ -12,7 +12,7 @@ Fcitx5Poll::Fcitx5Poll(Look look, std::function<void()> changed, std::chrono::mi
 
 void Fcitx5Poll::setRunning(bool running)
 {
-    // The first look learns what is there: the sooner, the less goes unseen.
+    // What changed before the first look is told by it: the sooner, the better.
     if (running && !m_timer.isActive()) {
         m_timer.start();
         look();
@@ -28,6 +28,9 @@ bool Fcitx5Poll::knows() const
 void Fcitx5Poll::setLast(const QString &last)
 {
     m_last = last;
+    // A look still on its way was answered before: taken now, it would hide
+    // the next switch to what it saw.
+    ++m_lastSet;
 }
 
 void Fcitx5Poll::look()
@@ -35,14 +38,12 @@ void Fcitx5Poll::look()
     if (m_waiting)
         return;
     m_waiting = true;
-    const bool asked = m_look(this, [this](std::optional<QString> seen) {
+    const bool asked = m_look(this, [this, lastSet = m_lastSet](std::optional<QString> seen) {
         m_waiting = false;
-        if (!seen || seen == m_last)
+        if (!seen || seen == m_last || lastSet != m_lastSet)
             return;
-        const bool first = !m_last;
         m_last = seen;
-        if (!first)
-            m_changed();
+        m_changed();
     });
     if (!asked)
         m_waiting = false;

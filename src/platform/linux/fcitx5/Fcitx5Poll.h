@@ -9,9 +9,10 @@
 #include <optional>
 
 // Looks at something of Fcitx5's every `interval` and calls `changed` when it
-// differs from the last look; the first look only learns it. A look never blocks the thread: `look` answers
-// through the event loop, and a look still waiting for its answer makes the
-// next one wait. Lives on its parent's thread, as its child.
+// differs from the last look, the first look included, since nobody knows what
+// happened before it. A look never blocks the thread: `look` answers through
+// the event loop, and a look still waiting for its answer makes the next one
+// wait. Lives on its parent's thread, as its child.
 class Fcitx5Poll : public QObject
 {
 public:
@@ -34,5 +35,6 @@ private:
     std::function<void()> m_changed;
     QTimer m_timer;
     std::optional<QString> m_last;
+    quint64 m_lastSet = 0;
     bool m_waiting = false;
 };
