@@ -172,7 +172,9 @@ TEST_P(Fcitx5FollowTest, SeesSwitchesAndGroupChanges)
     expectFollowing(GetParam().addonFirst, context, heard);
     // At rest the list is not asked for again: stopped, Fcitx5 still has it told
     // (and its method, where the addon tells it).
-    const StoppedStack stopped = StoppedStack::look(backend, m_session.program().processId());
+    StoppedStack::inLoop([&] { backend.currentID(), backend.enabled(); });
+    backend.needSelected(true); // as every look of the engine's says
+    const StoppedStack stopped = StoppedStack::look(backend, m_session.program().processId(), false);
     EXPECT_EQ(stopped.current, GetParam().addonFirst ? Fcitx5Session::current() : QString());
     EXPECT_EQ(stopped.enabled, (QStringList{us, german, hangul}));
     // Without the addon, a look at the group every 2 s tells.

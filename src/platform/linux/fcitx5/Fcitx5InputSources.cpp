@@ -19,6 +19,7 @@
 #include <algorithm>
 #include <memory>
 #include <optional>
+#include <utility>
 
 namespace {
 
@@ -176,10 +177,11 @@ public:
     // A changed group, or Fcitx5 started again, perhaps with other methods.
     void forget() { m_enabled.reset(); }
 
+    // Told at every look of the engine's; only a change starts or stops anything.
     void setNeeded(bool needed)
     {
-        m_needed = needed;
-        apply();
+        if (std::exchange(m_needed, needed) != needed)
+            apply();
     }
 
     // Our own switch is no change to report, and a look that missed it would
