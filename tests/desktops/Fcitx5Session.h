@@ -76,13 +76,13 @@ public:
     // Another program switching, as Fcitx5's own hotkeys and indicator do.
     static void switchTo(const QString &name) { controller(QStringLiteral("SetCurrentIM"), {name}); }
     // The default group edited, as Fcitx5's own configuration tool does.
-    static QDBusMessage setGroup(const QStringList &names)
+    static void setGroup(const QStringList &names)
     {
         QList<Fcitx5ClientInfo> items;
         for (const QString &name : names)
             items << Fcitx5ClientInfo{name, QString()};
-        return controller(QStringLiteral("SetInputMethodGroupInfo"),
-                          {QStringLiteral("Default"), QStringLiteral("us"), QVariant::fromValue(items)});
+        controller(QStringLiteral("SetInputMethodGroupInfo"),
+                   {QStringLiteral("Default"), QStringLiteral("us"), QVariant::fromValue(items)});
     }
     static QString current()
     {

@@ -1,7 +1,6 @@
-// The real tolvar command and background instance against a headless GNOME
-// Shell in the private session: sources xkb:us (current), xkb:de and
-// ibus:hangul, and Tolvar's extension installed under the temporary HOME the
-// way `cmake --install` puts it there.
+// The real tolvar command and background instance against a headless GNOME Shell in the private session:
+// sources xkb:us (current), xkb:de and ibus:hangul, and Tolvar's extension installed under the temporary HOME
+// the way `cmake --install` puts it there.
 #include "core/l10n/L10n.h"
 #include "platform/input/GnomeShellExtension.h"
 #include "platform/linux/gnome/GnomeInputSources.h"
@@ -316,9 +315,8 @@ TEST_P(GnomeKeymapTest, LeavesAHeldKeymapAlone)
     EXPECT_TRUE(spinUntil([] { return current() == german; }, 10000)) << qPrintable(current());
 }
 
-// A remote desktop session sets the keymap through the same call as here; its
-// own SetKeymap brings down a headless GNOME 51. Only mutter's C code locks a
-// keymap, so the shell is told of a lock as mutter would tell it.
+// A remote desktop session sets the keymap through the same call as here; its own SetKeymap brings down a
+// headless GNOME 51. Only mutter's C code locks a keymap, so the shell is told of a lock as mutter would tell it.
 INSTANTIATE_TEST_SUITE_P(
     Gnome, GnomeKeymapTest,
     testing::Values(HeldCase{"SetFromOutside",

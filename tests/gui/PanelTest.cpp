@@ -261,11 +261,10 @@ TEST_F(PanelTest, ChoosingALanguageKeepsItAndRetranslates)
     EXPECT_EQ(find<QAbstractButton>(Identifier::about)->text(), L10n::text("about.title"));
 }
 
-// What the panel and setup write, on the live wiring: sources from a fake
-// port, config.json in a temporary folder, and the world's login item and
-// keeper, which ends a switch at once as the engine does for a layout. Setup
-// starts from what is kept now and changes the login item only when asked; a
-// failed save changes nothing and leaves setup open; no click reads the file twice.
+// What the panel and setup write, on the live wiring: sources from a fake port, config.json in a temporary
+// folder, and the world's login item and keeper, which ends a switch at once as the engine does for a layout.
+// Setup starts from what is kept now and changes the login item only when asked; a failed save changes nothing
+// and leaves setup open; no click reads the file twice.
 struct WriteRow
 {
     std::string name;

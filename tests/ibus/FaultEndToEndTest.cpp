@@ -1,7 +1,6 @@
-// The real tolvar command in hostile surroundings, inside the private session
-// (engines xkb:us::eng, xkb:de::deu, hangul): whatever stands at its files and
-// whatever its daemons do, it returns within a few seconds, reports once, and
-// leaves the files as they were.
+// The real tolvar command in hostile surroundings, inside the private session (engines xkb:us::eng,
+// xkb:de::deu, hangul): whatever stands at its files and whatever its daemons do, it returns within a few
+// seconds, reports once, and leaves the files as they were.
 #include "core/config/ConfigStore.h"
 #include "core/instance/InstanceLock.h"
 #include "platform/AppPlaces.h"

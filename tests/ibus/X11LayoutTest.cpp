@@ -61,9 +61,8 @@ TEST_P(X11LayoutTest, SetFollowsIBusSettingAndOutsideChanges)
 INSTANTIATE_TEST_SUITE_P(X11Layout, X11LayoutTest, testing::Values(std::pair{false, "de"}, std::pair{true, "us"}),
                          [](const auto &row) { return row.param.first ? "SystemLayoutKept" : "EngineLayoutSet"; });
 
-// `ibus engine` runs its own setxkbmap after setting the engine: when the
-// instance switches back first, the tool's late setxkbmap leaves the engine
-// right and the layout wrong, which the instance must see and repair too.
+// `ibus engine` runs its own setxkbmap after setting the engine: when the instance switches back first, the
+// tool's late setxkbmap leaves the engine right and the layout wrong, which the instance must see and repair too.
 TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)
 {
     ASSERT_EQ(tolvar({"set", "xkb:de::deu"}).exitCode, 0);
@@ -77,9 +76,8 @@ TEST_F(X11LayoutTest, BackgroundInstanceBringsTheLayoutBack)
     }
 }
 
-// A Plasma X11 session that does not type through IBus and has no
-// org.kde.keyboard, as from Plasma 6.8: tolvar sets the X layout itself, one
-// layout of kxkbrc at a time, and says so.
+// A Plasma X11 session that does not type through IBus and has no org.kde.keyboard, as from Plasma 6.8:
+// tolvar sets the X layout itself, one layout of kxkbrc at a time, and says so.
 TEST_F(X11LayoutTest, PlasmaWithoutItsKeyboardServiceSetsTheServerLayout)
 {
     environment.insert("XDG_CURRENT_DESKTOP", "KDE");
