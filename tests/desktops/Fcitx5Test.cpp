@@ -50,8 +50,7 @@ TEST_F(Fcitx5Test, ChosenListsTheGroupWithNamesAndIconsAndReadsBack)
     const std::optional<Source> source = Catalog::find(hangul, Fcitx5InputSources::live());
     ASSERT_TRUE(source);
     EXPECT_TRUE(source->icon()) << "fcitx5-hangul's themed icon";
-    // A name Fcitx5 ignores is refused.
-    EXPECT_EQ(Fcitx5InputSources::live().select("keyboard-nowhere"), InputSources::refused);
+    EXPECT_EQ(Fcitx5InputSources::live().select("keyboard-nowhere"), InputSources::refused) << "an ignored name";
 }
 
 struct SetCase
@@ -161,11 +160,8 @@ TEST_P(Fcitx5FollowTest, SeesSwitchesAndGroupChanges)
     ASSERT_TRUE(backend.observeSelected(&context, [&] { ++heard; }));
     ASSERT_TRUE(backend.observeEnabled(&context, [&] { ++groups; }));
     expectFollowing(GetParam().addonFirst, context, heard);
-    // At rest the list is not asked for again: stopped, Fcitx5 still has it told
-    // (and its method, where the addon tells it).
-    StoppedStack::inLoop([&] { backend.currentID(), backend.enabled(); });
-    backend.needSelected(true); // as every look of the engine's says
-    const StoppedStack stopped = StoppedStack::look(backend, m_session.program().processId(), false);
+    // At rest nothing asks for the list again: stopped, Fcitx5 still has it told (its method too, with the addon).
+    const StoppedStack stopped = StoppedStack::look(backend, m_session.program().processId());
     EXPECT_EQ(stopped.current, GetParam().addonFirst ? Fcitx5Session::current() : QString());
     EXPECT_EQ(stopped.enabled, (QStringList{us, german, hangul}));
     // Without the addon, a look at the group every 2 s tells.
@@ -199,13 +195,14 @@ TEST(Fcitx5PollTest, AnAnswerOlderThanOurOwnSwitchIsDropped)
 {
     std::function<void(std::optional<QString>)> answer;
     int told = 0;
-    QObject parent;
-    Fcitx5Poll poll([&](QObject *, auto seen) { return answer = std::move(seen), true; }, [&] { ++told; }, 1h, &parent);
+    Fcitx5Poll poll([&](QObject *, auto seen) { return answer = std::move(seen), true; }, [&] { ++told; }, 1h, nullptr);
     poll.setRunning(true);
     poll.setLast(german);
     answer(us);
     const int before = told;
-    poll.setRunning(false), poll.setRunning(true), answer(us);
+    poll.setRunning(false);
+    poll.setRunning(true);
+    answer(us);
     EXPECT_EQ(told, before + 1) << "a switch to the old answer's method is told";
 }
 

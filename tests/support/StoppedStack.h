@@ -27,7 +27,7 @@ struct StoppedStack
         loop.exec();
     }
 
-    // After one look with the stack running, unless `warm` is false.
+    // After one look with the stack running (unless `warm` is false) and the engine's word that it keeps a source.
     static StoppedStack look(const InputSources &backend, qint64 pid, bool warm = true)
     {
         if (warm)
@@ -35,6 +35,8 @@ struct StoppedStack
                 backend.currentID();
                 backend.enabled();
             });
+        if (backend.needSelected)
+            backend.needSelected(true);
         ::kill(static_cast<pid_t>(pid), SIGSTOP);
         StoppedStack seen;
         inLoop([&] {

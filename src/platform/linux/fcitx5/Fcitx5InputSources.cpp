@@ -150,14 +150,10 @@ public:
                    m_selection);
     }
 
+    // `callback` forgets the kept list itself (observeEnabled).
     bool addGroups(QObject *context, std::function<void()> callback)
     {
-        const auto told = [weak = weak_from_this(), callback] {
-            if (const auto self = weak.lock())
-                self->forget();
-            callback();
-        };
-        return add(context, told, QStringLiteral("GroupsChanged"), lookAtGroup, groupInterval, m_groups);
+        return add(context, std::move(callback), QStringLiteral("GroupsChanged"), lookAtGroup, groupInterval, m_groups);
     }
 
     // Without the addon the group's look is the list's only signal: while one
@@ -262,7 +258,8 @@ bool observeEnabled(QObject *context, std::function<void()> callback, const std:
     const std::optional<QDBusConnection> session = DBusBuses::session();
     if (!context || !session)
         return false;
-    const auto changed = [weak = std::weak_ptr<Watches>(watches), callback] {
+    // Whoever tells of a change, the list kept so far is read again.
+    const std::function<void()> changed = [weak = std::weak_ptr<Watches>(watches), callback] {
         if (const auto known = weak.lock())
             known->forget();
         callback();
@@ -275,7 +272,7 @@ bool observeEnabled(QObject *context, std::function<void()> callback, const std:
     // Should a later Fcitx5 send the signal it declares.
     bus.connect(Fcitx5Controller::service, Fcitx5Controller::path, Fcitx5Controller::interface,
                 QStringLiteral("InputMethodGroupsChanged"), receiver, SLOT(deliver()));
-    return watches->addGroups(context, std::move(callback));
+    return watches->addGroups(context, changed);
 }
 
 // Without a shared input state every input context keeps a method of its own,
